@@ -1,0 +1,45 @@
+/*
+ * Values of counters, meters and the WRED block as a caller holds them, in host order.
+ *
+ * SPDX-License-Identifier: Apache-2.0
+ */
+#ifndef TARVEX_PD_RESOURCE_VALUES_H
+#define TARVEX_PD_RESOURCE_VALUES_H
+
+#include "tarvex_pd/types.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/** Counter cell: counts of packets and of bytes. */
+typedef struct pd_counter_value {
+  uint64_t packets;
+  uint64_t bytes;
+} pd_counter_value_t;
+
+/** Values of pd_meter_spec_t.meter_type. */
+enum { PD_METER_TYPE_COLOR_AWARE = 0, PD_METER_TYPE_COLOR_UNAWARE = 1 };
+
+/** Meter: two rates with their bursts, in the driver's unit and scale, and the kind of meter. */
+typedef struct pd_meter_spec {
+  uint32_t cir;
+  uint32_t cburst;
+  uint32_t pir;
+  uint32_t pburst;
+  uint32_t meter_type; /**< the pipeline's own meters take PD_METER_TYPE_COLOR_UNAWARE alone */
+} pd_meter_spec_t;
+
+/** WRED cell, 16 bytes. */
+typedef struct pd_wred_spec {
+  float time_constant;
+  uint32_t min_threshold;
+  uint32_t max_threshold;
+  float max_probability;
+} pd_wred_spec_t;
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

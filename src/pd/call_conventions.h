@@ -1,0 +1,28 @@
+// How targets and narrow arguments travel to the driver, and how a broken reply stops a call.
+//
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <assert.h>
+
+#include "tarvex_pd/types.h"
+
+namespace tarvex::pd {
+
+/// Device and pipe; the top 16 bits carry nothing and never reach the driver.
+[[gnu::always_inline]] constexpr pd_dev_tgt_t whole_target(pd_dev_tgt_t dev_tgt) { return dev_tgt & 0xffff'ffff'ffffu; }
+
+/// The low 8 bits of an argument, zero-extended. Callers may leave anything above them in the register, and compilers
+/// disagree on who clears it, so the library's own parameters are 32 bits wide and cut here.
+[[gnu::always_inline]] constexpr std::uint32_t low_byte(std::uint32_t v) { return v & 0xffu; }
+
+inline constexpr char pd_source[] = "bf_tarvex_switch_mpls_baremetal/src/pd";
+
+/// A reply of the driver that contradicts the pipeline stops the process, in release builds too. `function` is the
+/// exported function that was called.
+[[noreturn, gnu::cold, gnu::noinline]] inline void stop_on_broken_reply(const char *function)
+{
+  __assert_fail("((void *)0)", pd_source, __LINE__, function);
+}
+
+}  // namespace tarvex::pd

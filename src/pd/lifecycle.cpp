@@ -1,0 +1,84 @@
+// Start, stop and device events.
+//
+// SPDX-License-Identifier: Apache-2.0
+#include "tarvex_pd/lifecycle.h"
+
+#include <cstring>
+
+#include <cjson/cJSON.h>
+
+#include "call_conventions.h"
+#include "profile_states.h"
+
+namespace tarvex::pd {
+
+ms_state *profile_states[profile_count];
+
+namespace {
+
+/// Kind of client that the driver is told; a number of the driver's.
+constexpr std::uint32_t client_kind = 2;
+
+bool is(const cJSON *item, int type) { return item != nullptr && (item->type & 0xff) == type; }
+
+}  // namespace
+}  // namespace tarvex::pd
+
+using namespace tarvex::pd;
+
+uint32_t bf_drv_hdl = 0;
+
+pd_status_t p4_pd_tarvex_switch_init(void)
+{
+  p4_pd_ms_init();
+  for (ms_state *&state : profile_states) state = p4_pd_ms_init_state();
+  if (bf_drv_register("p4_pd_tarvex_switch_pd", &bf_drv_hdl) != BF_SUCCESS)
+    __assert_fail("r == BF_SUCCESS", pd_source, __LINE__, __func__);
+
+  drv_client_callbacks_t callbacks{};
+  callbacks.dev_remove = p4_pd_tarvex_switch_dev_remove;
+  callbacks.dev_log = p4_pd_tarvex_switch_dev_log;
+  callbacks.dev_restore = p4_pd_tarvex_switch_dev_restore;
+  return bf_drv_client_register_callbacks(bf_drv_hdl, &callbacks, client_kind, 0);
+}
+
+pd_status_t p4_pd_tarvex_switch_cleanup(void) { return bf_drv_deregister(bf_drv_hdl); }
+
+void p4_pd_tarvex_switch_device_state_cleanup(void) {}
+
+pd_status_t p4_pd_tarvex_switch_dev_remove(uint32_t dev_id)
+{
+  for (ms_state *state : profile_states) p4_pd_ms_destroy_state_for_dev(state, dev_id);
+  p4_pd_ms_destroy_txn_state_for_dev(dev_id);
+  return BF_SUCCESS;
+}
+
+pd_status_t p4_pd_tarvex_switch_dev_log(uint32_t dev_id, cJSON *log)
+{
+  if (log == nullptr) return BF_SUCCESS;
+  cJSON_AddItemToObject(log, "name", cJSON_CreateString("tarvex_switch"));
+  cJSON *profiles = cJSON_CreateArray();
+  cJSON_AddItemToObject(log, "act_profs", profiles);
+  for (std::size_t i = 0; i < profile_count; ++i) {
+    cJSON *profile = cJSON_CreateObject();
+    cJSON_AddItemToArray(profiles, profile);
+    cJSON_AddItemToObject(profile, "name", cJSON_CreateString(profile_names[i]));
+    p4_pd_ms_log_state(low_byte(dev_id), profile_states[i], profile);
+  }
+  return BF_SUCCESS;
+}
+
+pd_status_t p4_pd_tarvex_switch_dev_restore(uint32_t dev_id, cJSON *log)
+{
+  const cJSON *profiles = cJSON_GetObjectItem(log, "act_profs");
+  if (!is(profiles, cJSON_Array)) return BF_SUCCESS;
+  for (cJSON *profile = profiles->child; profile != nullptr; profile = profile->next) {
+    if (!is(profile, cJSON_Object)) continue;
+    const cJSON *name = cJSON_GetObjectItem(profile, "name");
+    if (!is(name, cJSON_String) || name->valuestring == nullptr) continue;
+    for (std::size_t i = 0; i < profile_count; ++i)
+      if (std::strcmp(name->valuestring, profile_names[i]) == 0)
+        p4_pd_ms_restore_state(low_byte(dev_id), profile_states[i], profile);
+  }
+  return BF_SUCCESS;
+}

@@ -1,0 +1,106 @@
+// Catalogue rows as the families see them: constant descriptors, one for each field, action, use of an action and table.
+// The rows themselves are generated. Families take them as template arguments, so that offsets, widths and handles
+// become immediates.
+//
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <utility>
+
+namespace tarvex::pd {
+
+enum class match_kind : std::uint8_t { exact, ternary, lpm, partition };
+enum class table_kind : std::uint8_t { keyless, exact, ternary, lpm };
+
+/// A key field: where its member stands in the caller's structure and where its bytes stand in the key.
+struct field_row {
+  std::uint16_t member;       // offset of the member
+  std::uint16_t member_size;  // 1, 2, 4 or 16
+  std::uint16_t companion;    // offset of the mask (ternary) or of the prefix length (lpm)
+  std::uint16_t bits;
+  std::uint16_t key_at;
+  std::uint16_t key_size;
+  match_kind match;
+};
+
+/// A parameter of an action: its member, and its bytes in the action data.
+struct param_row {
+  std::uint16_t member;
+  std::uint16_t member_size;
+  std::uint16_t data_at;
+  std::uint16_t data_size;
+  bool resource_index;  // travels as the index of a resource; its data bytes stay 0
+};
+
+/// An action by name, the same in every table.
+struct action_row {
+  const char *full_name;
+  std::uint16_t full_name_size;  // with its NUL
+  std::uint16_t enum_value;
+  std::uint16_t data_bits;
+  std::uint16_t data_bytes;
+  std::uint16_t record_size;  // of the caller's parameter structure, 0 without parameters
+  const param_row *params;
+  std::uint16_t param_count;
+  const std::uint32_t *index_resources;  // whose index the index parameter holds; a later one found stands
+  std::uint16_t index_resource_count;
+};
+
+enum class resource_form : std::uint8_t { direct_counter, direct_meter, direct_register, indexed, detached };
+
+struct resource_row {
+  std::uint32_t handle;
+  resource_form form;
+};
+
+/// An action as one table uses it.
+struct action_use_row {
+  std::uint32_t handle;
+  const action_row *action;
+  const resource_row *resources;
+  std::uint16_t resource_count;
+};
+
+struct table_row {
+  std::uint32_t handle;
+  table_kind kind;
+  std::uint16_t key_bits;
+  std::uint16_t key_bytes;
+  std::uint16_t record_size;  // of the caller's key structure, room included
+  const field_row *fields;
+  std::uint16_t field_count;
+  const action_use_row *const *actions;
+  std::uint16_t action_count;
+};
+
+/// Room for the largest action data, the same for every table on reads.
+inline constexpr std::size_t read_data_bytes = 28;
+
+template <const table_row &T>
+using field_indices = std::make_index_sequence<T.field_count>;
+template <const action_row &A>
+using param_indices = std::make_index_sequence<A.param_count>;
+template <const table_row &T>
+using action_indices = std::make_index_sequence<T.action_count>;
+
+/// The partition field of a table, as an index into its fields; field_count where it has none.
+template <const table_row &T>
+constexpr std::size_t partition_field()
+{
+  for (std::size_t i = 0; i < T.field_count; ++i)
+    if (T.fields[i].match == match_kind::partition) return i;
+  return T.field_count;
+}
+
+/// The lpm field of a table, as an index into its fields.
+template <const table_row &T>
+constexpr std::size_t lpm_field()
+{
+  for (std::size_t i = 0; i < T.field_count; ++i)
+    if (T.fields[i].match == match_kind::lpm) return i;
+  return T.field_count;
+}
+
+}  // namespace tarvex::pd

@@ -1,0 +1,42 @@
+// Look-ups in the catalogue.
+//
+// SPDX-License-Identifier: Apache-2.0
+#include "model.h"
+
+#include <algorithm>
+
+namespace catalogue {
+
+namespace {
+
+template <class Rows, class Matches>
+auto find_row(const Rows &rows, Matches matches)
+{
+  const auto found = std::find_if(rows.begin(), rows.end(), matches);
+  return found == rows.end() ? nullptr : &*found;
+}
+
+}  // namespace
+
+const position &origin::of(std::string_view key) const
+{
+  const auto found = values.find(key);
+  return found == values.end() ? at : found->second;
+}
+
+const table *model::find_table(const std::string &name) const
+{
+  return find_row(tables, [&](const table &t) { return t.name == name; });
+}
+
+const profile *model::find_profile(const std::string &name) const
+{
+  return find_row(profiles, [&](const profile &p) { return p.name == name; });
+}
+
+const resource *model::find_resource(std::uint32_t handle) const
+{
+  return find_row(resources, [&](const resource &r) { return r.handle == handle; });
+}
+
+}  // namespace catalogue

@@ -1,0 +1,179 @@
+// The catalogue as the compiler holds it: rows as they were read, each with the place it stands at, and what follows
+// from them (layouts of the caller's structures, byte positions, enumeration).
+//
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace catalogue {
+
+/// Where something stands in a catalogue file.
+struct position {
+  std::string file;
+  std::uint32_t line = 0;
+  std::uint32_t column = 0;
+};
+
+/// What every row has: its own place, the places of its values, and whether all of it could be read.
+struct origin {
+  position at;
+  std::map<std::string, position, std::less<>> values;
+  bool sound = false;
+
+  /// Place of a value, or of the row where it has no such value.
+  const position &of(std::string_view key) const;
+};
+
+enum class match_kind { exact, ternary, lpm };
+enum class table_kind { exact, ternary, lpm, keyless };
+enum class resource_form { direct_counter, direct_meter, direct_register, indexed, detached };
+
+/// Member type of the caller's structures.
+enum class storage { u8, u16, u32, bytes16 };
+
+/// A byte position in key or action data; `partition` fields travel beside the key.
+struct byte_range {
+  unsigned first = 0;
+  unsigned count = 0;
+  bool partition = false;
+};
+
+/// One key field.
+struct field : origin {
+  std::string name;
+  std::string short_name;
+  storage type = storage::u8;
+  unsigned bits = 0;
+  bool live_all = true;
+  std::array<std::uint8_t, 16> live{};  // most significant byte first, right-aligned; all ones of `bits` if live_all
+  match_kind match = match_kind::exact;
+  byte_range key;
+  std::string display;  // empty for none
+  unsigned room = 0;    // bytes that the structure holds ahead of the member
+
+  // Follows from the rows: offsets in the caller's structure.
+  unsigned offset = 0;
+  unsigned companion_offset = 0;  // of `{name}_mask` or `{name}_prefix_length`
+};
+
+/// One parameter of an action.
+struct parameter : origin {
+  std::string name;
+  storage type = storage::u8;
+  unsigned bits = 0;
+  byte_range data;
+  std::string display;
+  unsigned room = 0;
+
+  unsigned offset = 0;
+  bool resource_index = false;  // travels in res_index, its data bytes stay 0
+};
+
+struct resource_use : origin {
+  resource_form form = resource_form::direct_counter;
+  std::uint32_t handle = 0;
+  std::string param;  // of an indexed one
+};
+
+/// An action as one table or profile uses it.
+struct action_use : origin {
+  std::string name;
+  unsigned enum_value = 0;
+  std::uint32_t handle = 0;
+  bool is_default = false;
+  unsigned data_bits = 0;
+  unsigned data_bytes = 0;
+  std::vector<resource_use> resources;
+  std::size_t action = 0;  // index into model::actions, which is the enumeration value
+};
+
+/// An action by name: its parameters are the same wherever it is used.
+struct action : origin {
+  std::string name;
+  std::vector<parameter> params;
+  unsigned record_bytes = 0;  // stated length of the structure, 0 where it follows from the members
+
+  unsigned data_bits = 0;
+  unsigned data_bytes = 0;
+  unsigned record_size = 0;
+  std::size_t group = 0;  // group that tells it
+  std::vector<std::uint32_t> index_resources;  // of the index parameter, in the order of the resource list
+};
+
+struct table : origin {
+  std::string name;
+  std::uint32_t handle = 0;
+  table_kind kind = table_kind::keyless;
+  unsigned key_bits = 0;
+  unsigned key_bytes = 0;
+  bool idle_time = false;
+  bool counter_label = false;
+  std::string profile;                     // of an indirect table
+  unsigned record_bytes = 0;               // stated length of the key structure, 0 where it follows from the members
+  std::vector<std::string> record_order;   // order of the structure's members where it is not the key's
+  std::vector<field> fields;               // key order
+  std::vector<action_use> actions;         // handle order; none for an indirect table
+
+  std::size_t group = 0;
+  unsigned record_size = 0;
+  std::vector<std::size_t> members;        // fields in structure order
+
+  bool keyed() const { return kind != table_kind::keyless; }
+  bool indirect() const { return !profile.empty(); }
+  bool priority() const { return kind == table_kind::ternary; }
+};
+
+struct profile : origin {
+  std::string name;
+  std::uint32_t action_data_table = 0;
+  std::uint32_t selector_table = 0;
+  std::string table;
+  std::vector<action_use> actions;
+};
+
+enum class resource_kind { counter, meter, wred, register_ };
+
+struct resource : origin {
+  std::string name;
+  std::uint32_t handle = 0;
+  resource_kind kind = resource_kind::counter;
+  bool direct = false;
+  std::string table;  // empty where no table uses it
+};
+
+/// One catalogue file with tables.
+struct group {
+  std::string file;  // "fib" of fib.toml
+  std::string title;
+};
+
+struct model {
+  std::vector<group> groups;        // in the order of their first table's handle
+  std::vector<table> tables;        // handle order
+  std::vector<action> actions;      // enumeration order
+  std::vector<profile> profiles;    // order of their state objects
+  std::vector<resource> resources;  // handle order
+
+  const table *find_table(const std::string &name) const;
+  const profile *find_profile(const std::string &name) const;
+  const resource *find_resource(std::uint32_t handle) const;
+};
+
+inline unsigned storage_size(storage s)
+{
+  switch (s) {
+    case storage::u8: return 1;
+    case storage::u16: return 2;
+    case storage::u32: return 4;
+    default: return 16;
+  }
+}
+inline unsigned storage_align(storage s) { return s == storage::bytes16 ? 1 : storage_size(s); }
+
+}  // namespace catalogue

@@ -1,0 +1,24 @@
+// The readers of each kind of row. They take the values as they stand; what the values must be to fit together is
+// checked when all files have been read.
+//
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <optional>
+
+#include "model.h"
+#include "toml_rows.h"
+#include "totals.h"
+
+namespace catalogue {
+
+table read_table(const toml::table &node, row &file);
+action read_action(const toml::table &node, row &file);
+profile read_profile(const toml::table &node, row &file);
+resource read_resource(const toml::table &node, row &file, resource_kind kind);
+stated_totals read_totals(const toml::table &node, row &file);
+
+/// Actions as tables and profiles list them; only a table's say more than their handle and sums.
+std::vector<action_use> read_action_uses(row &owner, bool of_table);
+
+}  // namespace catalogue

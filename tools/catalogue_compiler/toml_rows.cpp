@@ -1,0 +1,159 @@
+// Typed access to the rows of a catalogue file.
+//
+// SPDX-License-Identifier: Apache-2.0
+#include "toml_rows.h"
+
+namespace catalogue {
+
+std::string list_words(std::span<const std::string_view> words)
+{
+  std::string list;
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    if (i > 0) list += i + 1 == words.size() ? " or " : ", ";
+    list += "'" + std::string(words[i]) + "'";
+  }
+  return list;
+}
+
+row::row(const toml::table &root, std::string file, diagnostics &diag)
+    : node_(root), file_(std::move(file)), diag_(diag)
+{
+}
+
+row::row(const toml::table &node, row &parent, std::string_view kind, std::string_view name_key)
+    : node_(node), file_(parent.file_), diag_(parent.diag_)
+{
+  subject_ = parent.subject_ + (parent.subject_.empty() ? "" : ", ") + std::string(kind);
+  if (name_key.empty()) return;
+  if (const auto name = node[name_key].value_exact<std::string>()) subject_ += " '" + *name + "'";
+}
+
+std::string row::text(std::string_view key)
+{
+  const toml::node *node = required(key);
+  if (node == nullptr) return {};
+  const auto value = node->value_exact<std::string>();
+  if (!value) {
+    wrong_type(key, *node, "a string");
+    return {};
+  }
+  if (value->empty()) error(key, "'" + std::string(key) + "' is empty");
+  return *value;
+}
+
+std::uint32_t row::number(std::string_view key)
+{
+  const toml::node *node = required(key);
+  if (node == nullptr) return 0;
+  const auto value = node->value_exact<std::int64_t>();
+  if (!value) {
+    wrong_type(key, *node, "an integer");
+    return 0;
+  }
+  if (*value < 0 || *value > std::numeric_limits<std::uint32_t>::max()) {
+    error(key, "'" + std::string(key) + "' is not a number of 32 bits");
+    return 0;
+  }
+  return static_cast<std::uint32_t>(*value);
+}
+
+std::uint32_t row::extra_number(std::string_view key)
+{
+  if (!optional(key)) return 0;
+  if (node_[key].value_exact<std::int64_t>() == 0) error(key, "'" + std::string(key) + "' is 0; leave it out");
+  return number(key);
+}
+
+bool row::flag(std::string_view key)
+{
+  const toml::node *node = required(key);
+  if (node == nullptr) return false;
+  const auto value = node->value_exact<bool>();
+  if (!value) wrong_type(key, *node, "true or false");
+  return value.value_or(false);
+}
+
+bool row::mark(std::string_view key)
+{
+  if (!optional(key)) return false;
+  if (node_[key].value_exact<bool>() == false) error(key, "'" + std::string(key) + "' is false; leave it out");
+  return flag(key);
+}
+
+std::vector<std::string> row::extra_texts(std::string_view key)
+{
+  std::vector<std::string> texts;
+  if (!optional(key)) return texts;
+  const toml::node &node = *required(key);
+  const toml::array *elements = node.as_array();
+  if (elements == nullptr) {
+    wrong_type(key, node, "an array of strings");
+    return texts;
+  }
+  for (const toml::node &element : *elements) {
+    if (const auto value = element.value_exact<std::string>()) {
+      texts.push_back(*value);
+    } else {
+      wrong_type(key, element, "an array of strings");
+    }
+  }
+  return texts;
+}
+
+void row::refuse(std::string_view key, std::string_view why)
+{
+  if (optional(key)) error(key, "'" + std::string(key) + "' must be left out: " + std::string(why));
+}
+
+void row::error(std::string_view key, std::string message)
+{
+  const toml::node *node = node_.get(key);
+  report(place((node != nullptr ? *node : static_cast<const toml::node &>(node_)).source()), std::move(message));
+}
+
+origin row::finish()
+{
+  origin result;
+  result.at = place(node_.source());
+  for (const auto &[key, value] : node_) {
+    if (std::find(asked_.begin(), asked_.end(), key.str()) != asked_.end()) {
+      result.values.emplace(std::string(key.str()), place(value.source()));
+    } else {
+      report(place(key.source()), "unknown key '" + std::string(key.str()) + "'; known here: " + list_words(asked_));
+    }
+  }
+  result.sound = sound_;
+  return result;
+}
+
+const toml::node *row::required(std::string_view key)
+{
+  optional(key);
+  const toml::node *node = node_.get(key);
+  if (node == nullptr) report(place(node_.source()), "key '" + std::string(key) + "' is missing");
+  return node;
+}
+
+bool row::optional(std::string_view key)
+{
+  if (std::find(asked_.begin(), asked_.end(), key) == asked_.end()) asked_.push_back(key);
+  return has(key);
+}
+
+void row::wrong_type(std::string_view key, const toml::node &node, std::string_view wanted)
+{
+  report(place(node.source()), "'" + std::string(key) + "' must be " + std::string(wanted));
+}
+
+void row::report(const position &at, std::string message)
+{
+  sound_ = false;
+  diag_.error(at, subject_.empty() ? std::move(message) : subject_ + ": " + message);
+}
+
+position row::place(const toml::source_region &region) const
+{
+  return {file_, static_cast<std::uint32_t>(region.begin.line), static_cast<std::uint32_t>(region.begin.column)};
+}
+
+}  // namespace catalogue

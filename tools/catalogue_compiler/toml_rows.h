@@ -1,0 +1,113 @@
+// Typed access to the rows of a catalogue file: each value is asked for once, by key, and what is missing, of the wrong
+// type or not asked for becomes an error at its place.
+//
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <toml++/toml.h>
+
+#include "model.h"
+#include "read.h"
+
+namespace catalogue {
+
+/// A word of the rows and what it stands for.
+template <class Value>
+using word = std::pair<std::string_view, Value>;
+
+/// "exact, ternary or lpm"
+std::string list_words(std::span<const std::string_view> words);
+
+class row {
+ public:
+  /// A whole file; its errors have no subject.
+  row(const toml::table &root, std::string file, diagnostics &diag);
+
+  /// A row of its own or within another one: its name, if it has one, makes the subject of its errors
+  /// ("table 'ipv4Host', field 'ingIpv4_dip'").
+  row(const toml::table &node, row &parent, std::string_view kind, std::string_view name_key = "name");
+
+  bool has(std::string_view key) const { return node_.contains(key); }
+
+  std::string text(std::string_view key);
+  std::uint32_t number(std::string_view key);
+  /// A number that stands only where the rule does not give it, so it is never 0.
+  std::uint32_t extra_number(std::string_view key);
+  bool flag(std::string_view key);
+  /// A mark that stands only on the rows that have it, so it is never false.
+  bool mark(std::string_view key);
+  std::vector<std::string> extra_texts(std::string_view key);
+  std::string extra_text(std::string_view key) { return optional(key) ? text(key) : std::string(); }
+
+  template <class Value>
+  Value choice(std::string_view key, std::span<const word<Value>> words)
+  {
+    const std::string given = text(key);
+    if (given.empty()) return Value{};
+    std::vector<std::string_view> known;
+    for (const auto &[name, value] : words) {
+      if (name == given) return value;
+      known.push_back(name);
+    }
+    error(key, "'" + std::string(key) + "' is '" + given + "'; it must be " + list_words(known));
+    return Value{};
+  }
+
+  /// Calls `read` with each table of the array `key`, in their order; a row without the array has none.
+  template <class Read>
+  void each_extra(std::string_view key, Read read)
+  {
+    if (optional(key)) each(key, read);
+  }
+  template <class Read>
+  void each(std::string_view key, Read read)
+  {
+    const toml::node *node = required(key);
+    if (node == nullptr) return;
+    const toml::array *elements = node->as_array();
+    if (elements == nullptr) return wrong_type(key, *node, "an array of tables");
+    for (const toml::node &element : *elements) {
+      if (const toml::table *inner = element.as_table()) {
+        read(*inner);
+      } else {
+        wrong_type(key, element, "an array of tables");
+      }
+    }
+  }
+
+  /// Tells that a row of this sort has no `key`, and why.
+  void refuse(std::string_view key, std::string_view why);
+
+  /// An error at the value of `key`.
+  void error(std::string_view key, std::string message);
+
+  /// Ends the reading: tells the keys that nobody asked for, and where everything stands.
+  origin finish();
+
+  const std::string &file() const { return file_; }
+
+ private:
+  const toml::node *required(std::string_view key);
+  bool optional(std::string_view key);
+  void wrong_type(std::string_view key, const toml::node &node, std::string_view wanted);
+  void report(const position &at, std::string message);
+  position place(const toml::source_region &region) const;
+
+  const toml::table &node_;
+  std::string file_;
+  diagnostics &diag_;
+  std::string subject_;
+  std::vector<std::string_view> asked_;
+  bool sound_ = true;
+};
+
+}  // namespace catalogue
