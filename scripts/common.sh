@@ -5,6 +5,10 @@
 repository=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 script_name=$(basename "$0")
 jobs=$(nproc)
+# shellcheck disable=SC2034  # read by the scripts that source this
+full_route_list=$repository/build/routes/ipasn6_20151101.dat.gz
+# shellcheck disable=SC2034
+small_route_list=$repository/data/routes_small.txt.gz
 
 say() { printf '%s\n' "$*"; }
 
@@ -27,27 +31,46 @@ quietly() {
   say "$what: done in $((SECONDS - from)) s"
 }
 
-# build_preset PRESET CMAKE-ARGUMENT...: configures and builds everything of a preset.
-build_preset() {
-  local preset=$1 folder=$repository/build/$1
-  shift
-  quietly "$folder/configure.log" "configure $preset" \
-    cmake -S "$repository" --preset "$preset" -Wno-dev "$@" || return
-  quietly "$folder/build.log" "build $preset" cmake --build "$folder" -j "$jobs"
+# packages_of GROUP LIST: the packages of a group of scripts/packages.txt, one a line.
+packages_of() {
+  awk -v group="[$1]" '{ sub(/#.*/, "") } /^\[/ { inside = $1 == group; next } inside && NF { print $1 }' "$2"
 }
 
-# test_preset PRESET [WRAPPER...]: runs a preset's tests, prints a line that counts them, fails if one failed or
-# none ran.
+# wrapper_of PRESET: what its programs are started under. The thread sanitizer wants memory where it has always been,
+# which a kernel that scatters it widely denies.
+wrapper_of() {
+  if [[ $1 == tsan ]] && setarch -R true 2>/dev/null; then
+    printf 'setarch\n-R\n'
+  fi
+}
+
+# build_preset PRESET [TARGET [CMAKE-ARGUMENT...]]: configures a preset and builds a target of it, 'all' by default.
+build_preset() {
+  local preset=$1 target=${2:-all} folder=$repository/build/$1 wrapper
+  shift $(($# < 2 ? $# : 2))
+  mapfile -t wrapper < <(wrapper_of "$preset")
+  quietly "$folder/configure.log" "configure $preset" cmake -S "$repository" --preset "$preset" "$@" || return
+  quietly "$folder/build.log" "build $preset" \
+    "${wrapper[@]}" cmake --build "$folder" --target "$target" -j "$jobs"
+}
+
+# test_preset PRESET: runs a preset's tests; sets tests_passed and tests_failed. Fails if a test failed or none ran.
 test_preset() {
-  local preset=$1 folder=$repository/build/$1 status=0 head
-  shift
+  local preset=$1 folder=$repository/build/$1 wrapper status=0 head from=$SECONDS
+  tests_passed=0 tests_failed=0
+  mapfile -t wrapper < <(wrapper_of "$preset")
   rm -f "$folder/tests.xml"
-  "$@" ctest --test-dir "$folder" -j "$jobs" --output-on-failure --output-junit "$folder/tests.xml" \
+  (cd "$repository" && "${wrapper[@]}" ctest --preset "$preset" -j "$jobs" --output-junit "$folder/tests.xml") \
     >"$folder/tests.log" 2>&1 </dev/null || status=$?
-  head=$(tr '\n' ' ' <"$folder/tests.xml" 2>/dev/null | grep -o '<testsuite [^>]*>' | head -n 1) || true
-  count_of() { sed -n "s/.* $1=\"\([0-9]*\)\".*/\1/p" <<<"$head"; }
-  tests_failed=$(count_of failures) tests_skipped=$(($(count_of skipped) + $(count_of disabled)))
-  tests_passed=$(($(count_of tests) - ${tests_failed:=0} - tests_skipped))
+  head=$(tr -s '[:space:]' ' ' <"$folder/tests.xml" 2>/dev/null | grep -o '<testsuite [^>]*>' | head -n 1) || true
+  count_of() {
+    local count
+    count=$(sed -n "s/.* $1=\"\([0-9]*\)\".*/\1/p" <<<"$head")
+    printf '%d' "${count:-0}"
+  }
+  local skipped=$(($(count_of skipped) + $(count_of disabled)))
+  tests_failed=$(count_of failures)
+  tests_passed=$(($(count_of tests) - tests_failed - skipped))
   if ((status != 0 || tests_failed > 0)); then
     # The failing tests with their output, not the hundreds that passed.
     grep -vE '^ *(Start +[0-9]+:|[0-9]+/[0-9]+ Test +#[0-9]+:.* (Passed|\*+Skipped) )' "$folder/tests.log" |
@@ -58,8 +81,7 @@ test_preset() {
     printf '%s: no test ran in %s\n' "$script_name" "$folder" >&2
     tests_failed=1
   fi
-  local skipped=
-  ((tests_skipped == 0)) || skipped=", $tests_skipped skipped"
-  say "$tests_passed passed, $tests_failed failed$skipped"
+  say "test $preset: done in $((SECONDS - from)) s"
+  ((skipped == 0)) || say "test $preset: $skipped skipped; $folder/tests.log tells which"
   ((tests_failed == 0))
 }

@@ -20,7 +20,7 @@ struct file_error : std::runtime_error {
 };
 
 class line_reader {
-public:
+ public:
   enum class result { line, too_long, end };
 
   static constexpr std::size_t longest_line = 65536;
@@ -35,7 +35,7 @@ public:
   std::uint64_t bytes_read() const;
   std::uint64_t bytes_total() const { return bytes_total_; }
 
-private:
+ private:
   bool fill();
 
   struct closer {

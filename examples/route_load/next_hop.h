@@ -3,7 +3,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <string>
 
 namespace tarvex::route_load {
 
@@ -16,7 +18,7 @@ struct hop {
   bool operator==(const hop &) const = default;
 };
 
-/// Stands in a partition entry where no shorter route covers the block; no route has it, as hop_of never gives 0.
+/// What a packet gets that no route covers. No route has it, as hop_of never gives 0.
 inline constexpr hop no_route{};
 
 /// The rule: the value is the AS number folded to 16 bits (upper half xor lower half), 0xffff where that gives 0.
@@ -33,6 +35,12 @@ constexpr hop hop_of(std::uint32_t origin_as)
     }
   }();
   return {kind, folded != 0 ? folded : std::uint16_t{0xffff}};
+}
+
+inline std::string to_string(const hop &h)
+{
+  static constexpr const char *actions[] = {"setNextHop ", "setNextHop2 ", "setNextHop3 ", "setEcmp "};
+  return h == no_route ? "no route" : actions[static_cast<std::size_t>(h.kind)] + std::to_string(h.value);
 }
 
 }  // namespace tarvex::route_load

@@ -31,7 +31,7 @@ fib_table table_without_partition(const prefix &p)
 }
 
 class planner {
-public:
+ public:
   planner(std::span<const route> routes, const last_indices &last) : routes_(routes), last_(last) {}
 
   load_plan run()
@@ -43,7 +43,7 @@ public:
     return std::move(plan_);
   }
 
-private:
+ private:
   void place(const route &r)
   {
     while (!covering_.empty() && !covering_.back()->destination.covers(r.destination)) {
@@ -109,9 +109,16 @@ private:
 
 const char *table_name(fib_table table)
 {
-  static constexpr std::array<const char *, fib_table_count> names{
-      "ipv4Host",         "ipv6Host",               "ipv4Partition",    "ipv6Partition",    "ipv6LgMaskPartition",
-      "ipv4FinalResolve", "ipv6LgMaskFinalResolve", "ipv6FinalResolve", "ipv4ShortMaskLpm", "ipv6ShortMaskLpm"};
+  static constexpr std::array<const char *, fib_table_count> names{"ipv4Host",
+                                                                   "ipv6Host",
+                                                                   "ipv4Partition",
+                                                                   "ipv6Partition",
+                                                                   "ipv6LgMaskPartition",
+                                                                   "ipv4FinalResolve",
+                                                                   "ipv6LgMaskFinalResolve",
+                                                                   "ipv6FinalResolve",
+                                                                   "ipv4ShortMaskLpm",
+                                                                   "ipv6ShortMaskLpm"};
   return names[static_cast<std::size_t>(table)];
 }
 

@@ -11,10 +11,10 @@
 // A final table does not see the bits of the block: its entries stand under the partition index that the block's entry
 // in the partition table gives. Index 0 is what a packet carries that no partition entry matched, so no block gets it.
 //
-// A packet whose block has an entry but for which the final table has none takes
-//   IPv4  the result of ipv4ShortMaskLpm, as ipv4Partition gives an index and nothing else;
-//   IPv6  the result that the partition entry carries beside the index: that of the longest loaded route that covers the
-//         whole block, or next hop 0 where there is none. The chain ends there, shorter tables are not asked.
+// Beside the index a partition entry carries the result of the longest loaded route that covers the whole block: it is
+// what a packet takes that the final table has nothing for. Where no route covers the block it carries none, and the
+// packet goes on to the tables of shorter prefixes (which have nothing for it either): in IPv4 the entry is of
+// setIpv4PartIdx, index alone; IPv6 has no such action, so the entry carries next hop 0, which no route has.
 //
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
@@ -76,7 +76,7 @@ struct placement {
 struct partition_entry {
   prefix block;
   std::uint16_t index = 0;
-  hop otherwise = no_route;  // result of a packet that the final table has nothing for; unused in IPv4
+  hop otherwise = no_route;  // result of a packet that the final table has nothing for
 };
 
 /// A block for which no index was left, with the routes that it keeps out.

@@ -44,6 +44,18 @@ constexpr address fill_behind(const address &a, unsigned bits, family f)
   return {a.hi | (width.hi & ~kept.hi), a.lo | (width.lo & ~kept.lo)};
 }
 
+/// The neighbours of an address in the numbers of its family, round the end.
+constexpr address before(const address &a, family f)
+{
+  if (f == family::ipv4) return {a.hi - (std::uint64_t{1} << 32), 0};
+  return {a.hi - (a.lo == 0 ? 1 : 0), a.lo - 1};
+}
+constexpr address after(const address &a, family f)
+{
+  if (f == family::ipv4) return {a.hi + (std::uint64_t{1} << 32), 0};
+  return {a.hi + (a.lo == ~std::uint64_t{0} ? 1 : 0), a.lo + 1};
+}
+
 struct prefix {
   family fam = family::ipv4;
   address addr;

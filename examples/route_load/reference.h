@@ -14,7 +14,7 @@
 namespace tarvex::route_load {
 
 class reference_search {
-public:
+ public:
   /// Over those of `routes`, which must outlive the search, that `wanted` picks by their place.
   template <typename Wanted>
   reference_search(const std::vector<route> &routes, Wanted wanted)
@@ -54,7 +54,7 @@ public:
     }
   }
 
-private:
+ private:
   struct item {
     address network;
     const route *found;

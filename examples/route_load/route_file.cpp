@@ -105,21 +105,15 @@ parsed_line parse_line(std::string_view line)
   return route{std::get<prefix>(destination), static_cast<std::uint32_t>(*as_number), 0};
 }
 
-route_list read_route_file(const std::string &path, const read_progress &progress)
+route_list read_route_file(const std::string &path, const progress_report &progress)
 {
   route_list list;
   line_reader reader(path);
-  const auto refuse = [&](std::string reason) {
-    if (list.bad_line_count++ < route_list::bad_lines_kept) {
-      list.bad_lines.push_back({reader.line_number(), std::move(reason)});
-    }
-  };
+  const auto refuse = [&](std::string reason) { list.bad_lines.add({reader.line_number(), std::move(reason)}); };
 
   std::string_view line;
   for (auto got = reader.next(line); got != line_reader::result::end; got = reader.next(line)) {
-    if (progress && reader.line_number() % 4096 == 0) {
-      progress(reader.bytes_read(), reader.bytes_total());
-    }
+    if (progress && reader.line_number() % 4096 == 0) progress(reader.bytes_read(), reader.bytes_total());
     if (got == line_reader::result::too_long) {
       refuse("the line is longer than " + std::to_string(line_reader::longest_line) + " bytes");
       continue;

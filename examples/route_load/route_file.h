@@ -3,11 +3,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "first_few.h"
 #include "line_reader.h"
+#include "progress.h"
 #include "route.h"
 
 #include <cstdint>
-#include <functional>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -22,24 +23,17 @@ struct bad_line {
 };
 
 struct route_list {
-  /// Bad lines beyond this many are counted only.
-  static constexpr std::size_t bad_lines_kept = 20;
-
   std::vector<route> routes;  // sorted by destination, each destination once
   std::uint64_t lines = 0;
   std::uint64_t duplicates = 0;  // prefixes given again; the later line counts
-  std::uint64_t bad_line_count = 0;
-  std::vector<bad_line> bad_lines;
+  first_few<bad_line> bad_lines;
 };
 
 /// Nothing (a comment or an empty line), a route, or the reason why it is none.
 using parsed_line = std::variant<std::monostate, route, std::string>;
 parsed_line parse_line(std::string_view line);
 
-/// Told now and then how many bytes of how many have been read.
-using read_progress = std::function<void(std::uint64_t, std::uint64_t)>;
-
-/// Throws file_error if the file cannot be read to its end.
-route_list read_route_file(const std::string &path, const read_progress &progress = {});
+/// Reports bytes read as its progress. Throws file_error if the file cannot be read to its end.
+route_list read_route_file(const std::string &path, const progress_report &progress = {});
 
 }  // namespace tarvex::route_load

@@ -52,11 +52,14 @@ TARVEX_PD_LAYOUT(offsetof(drv_act_data_t, data_bytes) == 2);
 TARVEX_PD_LAYOUT(offsetof(drv_act_data_t, reserved) == 4);
 TARVEX_PD_LAYOUT(offsetof(drv_act_data_t, data) == 8);
 
+/** Values of drv_meter_spec_t's unit kinds. */
+enum { DRV_METER_UNIT_BYTES = 0, DRV_METER_UNIT_PACKETS = 1 };
+
 /** Meter value, 56 bytes. Rates and bursts are in the unit of unit_kind and the driver's scale. */
 typedef struct drv_meter_spec {
   uint32_t color_mode; /**< 0 colour aware, 1 colour unaware */
   uint32_t reserved_4;
-  uint32_t first_unit_kind; /**< 0 bytes, 1 packets */
+  uint32_t first_unit_kind; /**< DRV_METER_UNIT_BYTES or DRV_METER_UNIT_PACKETS */
   uint32_t reserved_12;
   uint64_t first_rate;
   uint64_t first_burst;

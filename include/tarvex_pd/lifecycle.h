@@ -73,6 +73,17 @@ pd_status_t p4_pd_tarvex_switch_dev_log(uint32_t dev_id, struct cJSON *log);
  */
 pd_status_t p4_pd_tarvex_switch_dev_restore(uint32_t dev_id, struct cJSON *log);
 
+/**
+ * Has the driver restore the state of a virtual device after a warm restart, and rebuilds the member-selector states of
+ * the five action profiles from what the driver reports of its tables on the way. The five arguments are the driver's:
+ * they are handed on with all their bits.
+ *
+ * @return the driver's status
+ */
+pd_status_t p4_pd_tarvex_switch_restore_virtual_dev_state(uintptr_t argument_1, uintptr_t argument_2,
+                                                          uintptr_t argument_3, uintptr_t argument_4,
+                                                          uintptr_t argument_5);
+
 /** Actions of the pipeline, and the value of the action enumeration that stands for none. */
 #define P4_PD_TARVEX_SWITCH_ACTION_COUNT 231
 

@@ -45,12 +45,15 @@ typedef void (*pd_callback_t)(void);
 /** Statuses that the library itself gives. Every other non-zero status is the driver's, unchanged. */
 enum {
   BF_SUCCESS = 0,
-  PD_STATUS_NO_MEMORY = 2,        /**< a working block could not be had from bf_sys_calloc */
-  PD_STATUS_INVALID_ARG = 3,      /**< an argument that the operation cannot take; the driver was not called */
-  PD_STATUS_UNEXPECTED_REPLY = 6  /**< the driver gave an entry of another kind than the table holds */
+  PD_STATUS_NO_MEMORY = 2,       /**< a working block could not be had from bf_sys_calloc */
+  PD_STATUS_INVALID_ARG = 3,     /**< an argument that the operation cannot take; the driver was not called */
+  PD_STATUS_UNEXPECTED_REPLY = 6 /**< the driver gave an entry of another kind than the table holds */
 };
 /** A member is modified by the function of another action than its own; the driver was not called. */
 #define PD_STATUS_WRONG_MEMBER_ACTION 0xffffffffu
+
+/** State of a member within a selector group. */
+enum { P4_PD_GRP_MBR_STATE_ACTIVE = 0, P4_PD_GRP_MBR_STATE_INACTIVE = 1 };
 
 /** All pipes of a device, as a pipe id. */
 #define PD_ALL_PIPES 0xffffu

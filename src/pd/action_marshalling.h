@@ -37,9 +37,11 @@ template <const action_row &A>
   action.spec.act_data.data_bits = A.data_bits;
   action.spec.act_data.data_bytes = A.data_bytes;
   action.spec.act_data.data = action.data;
-  [&]<std::size_t... I>(std::index_sequence<I...>) __attribute__((always_inline)) {
+  [&]<std::size_t... I>(std::index_sequence<I...>) __attribute__((always_inline))
+  {
     (build_param<A, I>(action.data, action_spec), ...);
-  }(param_indices<A>{});
+  }
+  (param_indices<A>{});
 }
 
 /// The value of the action's resource index parameter.
@@ -84,9 +86,11 @@ inline void unbuild_action(const drv_act_data_t *act_data, const pd_res_spec_t *
                            void *action_spec)
 {
   std::memset(action_spec, 0, A.record_size);
-  [&]<std::size_t... I>(std::index_sequence<I...>) {
+  [&]<std::size_t... I>(std::index_sequence<I...>)
+  {
     (unbuild_param<A, I>(act_data->data, list, count, action_spec), ...);
-  }(param_indices<A>{});
+  }
+  (param_indices<A>{});
 }
 
 }  // namespace tarvex::pd

@@ -9,8 +9,7 @@ namespace tarvex::pd {
 
 template <const table_row &T, const action_use_row &U>
 [[gnu::always_inline]] inline pd_status_t set_default_action(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt,
-                                                             const void *action_spec,
-                                                             const pd_meter_spec_t *meter_spec,
+                                                             const void *action_spec, const pd_meter_spec_t *meter_spec,
                                                              pd_entry_hdl_t *entry_hdl)
 {
   action_record<*U.action> action;

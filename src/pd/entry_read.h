@@ -54,15 +54,14 @@ template <const table_row &T, std::size_t... I>
                                                      const resource_list &resources, const action_outputs &out,
                                                      std::index_sequence<I...>)
 {
-  return ((act_hdl == T.actions[I]->handle &&
-           (deliver_action<*T.actions[I]->action>(spec, resources, out), true)) ||
+  return ((act_hdl == T.actions[I]->handle && (deliver_action<*T.actions[I]->action>(spec, resources, out), true)) ||
           ...);
 }
 
 /// Delivers key, priority and no-key flag. Without a key the caller's structure stays as it is.
 template <const table_row &T>
-[[gnu::always_inline]] inline void deliver_key(const drv_match_spec_t &spec, void *match_spec,
-                                               std::uint32_t *priority, std::uint8_t *no_key)
+[[gnu::always_inline]] inline void deliver_key(const drv_match_spec_t &spec, void *match_spec, std::uint32_t *priority,
+                                               std::uint8_t *no_key)
 {
   const bool has_key = spec.key_value != nullptr;
   *no_key = has_key ? 0 : 1;
@@ -73,10 +72,9 @@ template <const table_row &T>
 }
 
 template <const table_row &T>
-inline pd_status_t get_entry(const char *function, pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id,
-                             pd_entry_hdl_t entry_hdl, pd_flag8_t read_from_hw, void *match_spec,
-                             std::uint32_t *priority, char *name, void *action_spec, std::uint32_t *enum_value,
-                             std::uint8_t *no_key)
+inline pd_status_t get_entry(const char *function, pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id, pd_entry_hdl_t entry_hdl,
+                             pd_flag8_t read_from_hw, void *match_spec, std::uint32_t *priority, char *name,
+                             void *action_spec, std::uint32_t *enum_value, std::uint8_t *no_key)
 {
   read_key<T> key;
   std::uint8_t data[read_data_bytes]{};

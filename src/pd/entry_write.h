@@ -1,4 +1,5 @@
-// Entry writes: add, modify, delete and finding an entry's handle. Each ends in one driver call whose status it returns.
+// Entry writes: add, modify, delete and finding an entry's handle. Each ends in one driver call whose status it
+// returns.
 //
 // SPDX-License-Identifier: Apache-2.0
 #pragma once

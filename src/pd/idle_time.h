@@ -50,22 +50,21 @@ template <const table_row &T>
                                                         pd_entry_hdl_t entry_hdl, std::uint32_t *hit_state)
 {
   std::uint32_t found = 0;
-  const pd_status_t status =
-      pipe_mgr_idle_time_get_hit_state(sess_hdl, low_byte(dev_id), T.handle, entry_hdl, &found);
+  const pd_status_t status = pipe_mgr_idle_time_get_hit_state(sess_hdl, low_byte(dev_id), T.handle, entry_hdl, &found);
   *hit_state = found;
   return status;
 }
 
 template <const table_row &T>
-[[gnu::always_inline]] inline pd_status_t set_ttl(pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id,
-                                                  pd_entry_hdl_t entry_hdl, std::uint32_t ttl)
+[[gnu::always_inline]] inline pd_status_t set_ttl(pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id, pd_entry_hdl_t entry_hdl,
+                                                  std::uint32_t ttl)
 {
   return pipe_mgr_mat_ent_set_idle_ttl(sess_hdl, low_byte(dev_id), T.handle, entry_hdl, ttl, 0);
 }
 
 template <const table_row &T>
-[[gnu::always_inline]] inline pd_status_t get_ttl(pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id,
-                                                  pd_entry_hdl_t entry_hdl, std::uint32_t *ttl)
+[[gnu::always_inline]] inline pd_status_t get_ttl(pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id, pd_entry_hdl_t entry_hdl,
+                                                  std::uint32_t *ttl)
 {
   return pipe_mgr_mat_ent_get_idle_ttl(sess_hdl, low_byte(dev_id), T.handle, entry_hdl, ttl);
 }

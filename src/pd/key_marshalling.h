@@ -143,9 +143,8 @@ template <const table_row &T>
 inline void unbuild_key(const drv_match_spec_t *spec, void *match_spec)
 {
   std::memset(match_spec, 0, T.record_size);
-  [&]<std::size_t... I>(std::index_sequence<I...>) {
-    (unbuild_field<T, I>(spec, match_spec), ...);
-  }(field_indices<T>{});
+  [&]<std::size_t... I>(std::index_sequence<I...>) { (unbuild_field<T, I>(spec, match_spec), ...); }
+  (field_indices<T>{});
 }
 
 /// Prefix length that a mask implies: the field's width less the index of its lowest set bit.
@@ -172,9 +171,8 @@ template <const table_row &T, std::size_t I>
 template <const table_row &T>
 inline void unbuild_mask(const drv_match_spec_t *spec, void *match_spec)
 {
-  [&]<std::size_t... I>(std::index_sequence<I...>) {
-    (unbuild_companion<T, I>(spec, match_spec), ...);
-  }(field_indices<T>{});
+  [&]<std::size_t... I>(std::index_sequence<I...>) { (unbuild_companion<T, I>(spec, match_spec), ...); }
+  (field_indices<T>{});
 }
 
 }  // namespace tarvex::pd

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 
+#include "rows.h"
 #include "tarvex_platform/driver.h"
 
 namespace tarvex::pd {
@@ -16,5 +17,11 @@ extern const char *const profile_names[profile_count];
 
 /// Null until p4_pd_tarvex_switch_init has run; written once.
 extern ms_state *profile_states[profile_count];
+
+template <const profile_row &P>
+[[gnu::always_inline]] inline ms_state *state_of()
+{
+  return profile_states[P.state];
+}
 
 }  // namespace tarvex::pd

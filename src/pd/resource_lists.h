@@ -60,9 +60,11 @@ template <const action_use_row &U, entry_operation Op>
 [[gnu::always_inline]] inline void name_resources(drv_action_spec_t &spec, const void *action_spec,
                                                   const pd_meter_spec_t *meter_spec)
 {
-  [&]<std::size_t... I>(std::index_sequence<I...>) __attribute__((always_inline)) {
+  [&]<std::size_t... I>(std::index_sequence<I...>) __attribute__((always_inline))
+  {
     (name_resource<U, I, Op>(spec, action_spec, meter_spec), ...);
-  }(std::make_index_sequence<U.resource_count>{});
+  }
+  (std::make_index_sequence<U.resource_count>{});
 }
 
 /// Resources read back, attached ones alone, in a block that lives for one call.

@@ -1,6 +1,6 @@
-// Catalogue rows as the families see them: constant descriptors, one for each field, action, use of an action and table.
-// The rows themselves are generated. Families take them as template arguments, so that offsets, widths and handles
-// become immediates.
+// Catalogue rows as the families see them: constant descriptors, one for each field, action, use of an action and
+// table. The rows themselves are generated. Families take them as template arguments, so that offsets, widths and
+// handles become immediates.
 //
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
@@ -73,6 +73,32 @@ struct table_row {
   std::uint16_t field_count;
   const action_use_row *const *actions;
   std::uint16_t action_count;
+};
+
+/// An action profile with its tables and its members' actions.
+struct profile_row {
+  std::uint32_t action_data_table;
+  std::uint32_t selector_table;
+  std::uint16_t state;  // index of its member-selector state
+  const action_use_row *const *actions;
+  std::uint16_t action_count;
+};
+
+/// A counter as its operations address it: a direct one by the handle of its match table.
+struct counter_row {
+  std::uint32_t handle;
+  bool direct;
+};
+
+/// A meter, or the WRED block.
+struct meter_row {
+  std::uint32_t handle;
+  bool direct;
+  std::uint32_t table;  // of a direct one
+};
+
+struct register_row {
+  std::uint32_t handle;
 };
 
 /// Room for the largest action data, the same for every table on reads.

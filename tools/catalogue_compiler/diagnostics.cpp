@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <tuple>
 
-#include "read.h"
+#include "diagnostics.h"
 
 namespace catalogue {
 

@@ -1,9 +1,7 @@
-// Look-ups in the catalogue.
+// Look-ups in the catalogue, and the words of its kinds.
 //
 // SPDX-License-Identifier: Apache-2.0
 #include "model.h"
-
-#include <algorithm>
 
 namespace catalogue {
 
@@ -24,6 +22,16 @@ const position &origin::of(std::string_view key) const
   return found == values.end() ? at : found->second;
 }
 
+std::string_view kind_name(resource_kind kind)
+{
+  switch (kind) {
+    case resource_kind::counter: return "counter";
+    case resource_kind::meter: return "meter";
+    case resource_kind::wred: return "wred";
+    default: return "register";
+  }
+}
+
 const table *model::find_table(const std::string &name) const
 {
   return find_row(tables, [&](const table &t) { return t.name == name; });
@@ -32,6 +40,11 @@ const table *model::find_table(const std::string &name) const
 const profile *model::find_profile(const std::string &name) const
 {
   return find_row(profiles, [&](const profile &p) { return p.name == name; });
+}
+
+const action *model::find_action(const std::string &name) const
+{
+  return find_row(actions, [&](const action &a) { return a.name == name; });
 }
 
 const resource *model::find_resource(std::uint32_t handle) const

@@ -4,6 +4,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <map>
@@ -29,6 +30,13 @@ struct origin {
   /// Place of a value, or of the row where it has no such value.
   const position &of(std::string_view key) const;
 };
+
+/// Whether a row and all rows within it could be read.
+template <class Row>
+bool all_sound(const origin &owner, const std::vector<Row> &rows)
+{
+  return owner.sound && std::all_of(rows.begin(), rows.end(), [](const origin &row) { return row.sound; });
+}
 
 enum class match_kind { exact, ternary, lpm };
 enum class table_kind { exact, ternary, lpm, keyless };
@@ -139,6 +147,9 @@ struct profile : origin {
 
 enum class resource_kind { counter, meter, wred, register_ };
 
+/// The word of the rows: "counter", "meter", "wred", "register".
+std::string_view kind_name(resource_kind kind);
+
 struct resource : origin {
   std::string name;
   std::uint32_t handle = 0;
@@ -161,6 +172,7 @@ struct model {
   std::vector<resource> resources;  // handle order
 
   const table *find_table(const std::string &name) const;
+  const action *find_action(const std::string &name) const;
   const profile *find_profile(const std::string &name) const;
   const resource *find_resource(std::uint32_t handle) const;
 };

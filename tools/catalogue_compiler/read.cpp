@@ -12,7 +12,9 @@
 
 #include "checks.h"
 #include "layout.h"
-#include "readers.h"
+#include "ordering.h"
+#include "read_rows.h"
+#include "totals.h"
 
 namespace catalogue {
 
@@ -22,22 +24,29 @@ struct catalogue_reader {
   diagnostics &diag;
   model made;
   std::optional<stated_totals> totals;
+  bool files_read = true;
 
-  void read_file(const std::filesystem::path &path, const std::string &shown);
+  void read_file(const std::filesystem::path &path);
 
  private:
   void read_rows(const toml::table &root, const std::string &stem, const std::string &shown);
 };
 
-void catalogue_reader::read_file(const std::filesystem::path &path, const std::string &shown)
+void catalogue_reader::read_file(const std::filesystem::path &path)
 {
+  const std::string shown = path.string();
   std::ifstream in(path, std::ios::binary);
   std::ostringstream content;
-  content << in.rdbuf();
-  if (!in || content.fail()) return diag.error({shown}, "cannot be read; check that it is a file and its permissions");
+  // A stream takes nothing of an empty file for a failure.
+  if (in.peek() != std::ifstream::traits_type::eof()) content << in.rdbuf();
+  if (!in.is_open() || in.bad() || content.bad()) {
+    files_read = false;
+    return diag.error({shown}, "cannot be read; check that it is a file and its permissions");
+  }
   try {
     read_rows(toml::parse(content.view(), shown), path.stem().string(), shown);
   } catch (const toml::parse_error &e) {
+    files_read = false;
     const toml::source_position at = e.source().begin;
     diag.error({shown, static_cast<std::uint32_t>(at.line), static_cast<std::uint32_t>(at.column)},
                std::string(e.description()));
@@ -47,32 +56,44 @@ void catalogue_reader::read_file(const std::filesystem::path &path, const std::s
 void catalogue_reader::read_rows(const toml::table &root, const std::string &stem, const std::string &shown)
 {
   row file(root, shown, diag);
-  const std::size_t group = made.groups.size();
+  const bool is_group = file.has("table") || file.has("action");
+  const std::string title = is_group ? file.text("title") : file.extra_text("title");
+  if (is_group) made.groups.push_back({stem, title});
   file.each_extra("table", [&](const toml::table &node) {
     made.tables.push_back(read_table(node, file));
-    made.tables.back().group = group;
+    made.tables.back().group = made.groups.size() - 1;
   });
   file.each_extra("action", [&](const toml::table &node) {
     made.actions.push_back(read_action(node, file));
-    made.actions.back().group = group;
+    made.actions.back().group = made.groups.size() - 1;
   });
-  if (file.has("table") || file.has("action")) made.groups.push_back({stem, file.text("title")});
-
   file.each_extra("profile", [&](const toml::table &node) { made.profiles.push_back(read_profile(node, file)); });
-  constexpr word<resource_kind> resources[] = {{"counter", resource_kind::counter},
-                                               {"meter", resource_kind::meter},
-                                               {"wred", resource_kind::wred},
-                                               {"register", resource_kind::register_}};
-  for (const auto &[key, kind] : resources) {
-    file.each_extra(key, [&, of = kind](const toml::table &node) {
-      made.resources.push_back(read_resource(node, file, of));
+  for (const resource_kind kind :
+       {resource_kind::counter, resource_kind::meter, resource_kind::wred, resource_kind::register_}) {
+    file.each_extra(kind_name(kind), [&](const toml::table &node) {
+      made.resources.push_back(read_resource(node, file, kind));
     });
   }
   file.extra_table("totals", [&](const toml::table &node) {
     if (totals) return file.error("totals", "the totals stand in " + totals->at.file + " already");
     totals = read_totals(node, file);
   });
-  if (!file.has("title") || !file.extra_text("title").empty()) file.finish();
+  file.finish();
+}
+
+template <class Row>
+bool all_named(const std::vector<Row> &rows)
+{
+  return std::none_of(rows.begin(), rows.end(), [](const Row &r) { return r.name.empty(); });
+}
+
+/// Whether every row is known by its name, so that what is missing is missing indeed.
+bool all_rows_known(const model &m)
+{
+  const auto uses_named = [](const auto &owner) { return all_named(owner.actions); };
+  return all_named(m.tables) && all_named(m.actions) && all_named(m.profiles) && all_named(m.resources) &&
+         std::all_of(m.tables.begin(), m.tables.end(), uses_named) &&
+         std::all_of(m.profiles.begin(), m.profiles.end(), uses_named);
 }
 
 std::vector<std::filesystem::path> catalogue_files(const std::filesystem::path &folder, std::error_code &failure)
@@ -89,29 +110,43 @@ std::vector<std::filesystem::path> catalogue_files(const std::filesystem::path &
 
 model read_catalogue(const std::filesystem::path &folder, diagnostics &diag)
 {
-  std::filesystem::path shown = folder.lexically_normal();
-  if (!shown.has_filename()) shown = shown.parent_path();
-  shown = shown.filename();
-
   std::error_code failure;
   const auto files = catalogue_files(folder, failure);
+  const position whole{folder.string()};
   if (failure) {
-    diag.error({folder.string()}, "the catalogue folder cannot be read: " + failure.message());
-  } else if (files.empty()) {
-    diag.error({folder.string()}, "no .toml file in the catalogue folder");
+    diag.error(whole, "the catalogue folder cannot be read: " + failure.message());
+    return {};
+  }
+  if (files.empty()) {
+    diag.error(whole, "no .toml file in the catalogue folder");
+    return {};
   }
 
   catalogue_reader reader{diag, {}, {}};
-  for (const auto &path : files) reader.read_file(path, (shown / path.filename()).string());
-  const bool all_read = !diag.failed();
+  for (const auto &path : files) reader.read_file(path);
+  const bool rows_read = !diag.failed();
 
   model &m = reader.made;
   check_file_order(m, diag);
   sort_by_handle(m);
-  check_rows(m, diag);
   lay_out(m, diag);
+  check_names(m, diag);
+  check_handles(m, diag);
+  check_keys(m, diag);
+  check_parameters(m, diag);
+  if (reader.files_read && all_rows_known(m)) {
+    check_action_uses(m, diag);
+    check_resources(m, diag);
+    check_profiles(m, diag);
+  }
   // A row that could not be read would be missed in every total.
-  if (all_read && reader.totals) check_totals(m, *reader.totals, diag);
+  if (rows_read) {
+    if (reader.totals) {
+      check_totals(m, *reader.totals, diag);
+    } else {
+      diag.error(whole, "no file states the totals; add a [totals] table");
+    }
+  }
   if (!diag.failed()) number_actions(m);
   return std::move(m);
 }

@@ -1,8 +1,8 @@
-// Tables, their key fields and the actions they use.
+// Tables and their key fields.
 //
 // SPDX-License-Identifier: Apache-2.0
 #include "read_values.h"
-#include "readers.h"
+#include "read_rows.h"
 
 namespace catalogue {
 
@@ -15,12 +15,6 @@ constexpr word<table_kind> table_kinds[] = {{"exact", table_kind::exact},
 
 constexpr word<match_kind> match_kinds[] = {
     {"exact", match_kind::exact}, {"ternary", match_kind::ternary}, {"lpm", match_kind::lpm}};
-
-constexpr word<resource_form> resource_forms[] = {{"direct counter", resource_form::direct_counter},
-                                                  {"direct meter", resource_form::direct_meter},
-                                                  {"direct register", resource_form::direct_register},
-                                                  {"indexed", resource_form::indexed},
-                                                  {"detached", resource_form::detached}};
 
 constexpr std::string_view keyed_only[] = {"key_bits",     "key_bytes", "fields", "record_bytes",
                                            "record_order", "profile",   "idle_time"};
@@ -42,42 +36,7 @@ field read_field(const toml::table &node, row &owner)
   return f;
 }
 
-resource_use read_resource_use(const toml::table &node, row &owner)
-{
-  row r(node, owner, "resource", "");
-  resource_use u;
-  u.form = r.choice<resource_form>("form", resource_forms);
-  u.handle = r.number("handle");
-  if (u.form == resource_form::indexed) u.param = r.text("param");
-  static_cast<origin &>(u) = r.finish();
-  return u;
-}
-
-action_use read_action_use(const toml::table &node, row &owner, bool of_table)
-{
-  row r(node, owner, "action");
-  action_use u;
-  u.name = r.text("name");
-  u.enum_value = r.number("enum");
-  u.handle = r.number("handle");
-  if (of_table) u.is_default = r.flag("default");
-  u.data_bits = r.number("data_bits");
-  u.data_bytes = r.number("data_bytes");
-  if (of_table) {
-    r.each("resources", [&](const toml::table &inner) { u.resources.push_back(read_resource_use(inner, r)); });
-  }
-  static_cast<origin &>(u) = r.finish();
-  return u;
-}
-
 }  // namespace
-
-std::vector<action_use> read_action_uses(row &owner, bool of_table)
-{
-  std::vector<action_use> uses;
-  owner.each("actions", [&](const toml::table &inner) { uses.push_back(read_action_use(inner, owner, of_table)); });
-  return uses;
-}
 
 table read_table(const toml::table &node, row &file)
 {

@@ -102,7 +102,9 @@ std::vector<std::string> row::extra_texts(std::string_view key)
 
 void row::refuse(std::string_view key, std::string_view why)
 {
-  if (optional(key)) error(key, "'" + std::string(key) + "' must be left out: " + std::string(why));
+  if (!has(key)) return;
+  asked_.push_back(key);
+  error(key, "'" + std::string(key) + "' must be left out: " + std::string(why));
 }
 
 void row::error(std::string_view key, std::string message)

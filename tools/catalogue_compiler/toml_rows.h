@@ -15,8 +15,8 @@
 
 #include <toml++/toml.h>
 
+#include "diagnostics.h"
 #include "model.h"
-#include "read.h"
 
 namespace catalogue {
 
@@ -81,6 +81,19 @@ class row {
       } else {
         wrong_type(key, element, "an array of tables");
       }
+    }
+  }
+
+  /// Calls `read` with the table `key` if there is one.
+  template <class Read>
+  void extra_table(std::string_view key, Read read)
+  {
+    if (!optional(key)) return;
+    const toml::node &node = *node_.get(key);
+    if (const toml::table *inner = node.as_table()) {
+      read(*inner);
+    } else {
+      wrong_type(key, node, "a table");
     }
   }
 

@@ -123,6 +123,15 @@ constexpr std::array counted{
 
 std::span<const total> all_totals() { return counted; }
 
+stated_totals read_totals(const toml::table &node, row &file)
+{
+  row r(node, file, "totals", "");
+  stated_totals stated;
+  for (const total &t : all_totals()) stated.numbers.push_back(r.number(t.key));
+  static_cast<origin &>(stated) = r.finish();
+  return stated;
+}
+
 void check_totals(const model &m, const stated_totals &stated, diagnostics &diag)
 {
   for (std::size_t i = 0; i < counted.size(); ++i) {

@@ -8,8 +8,9 @@
 #include <string_view>
 #include <vector>
 
+#include "diagnostics.h"
 #include "model.h"
-#include "read.h"
+#include "toml_rows.h"
 
 namespace catalogue {
 
@@ -25,6 +26,8 @@ std::span<const total> all_totals();
 struct stated_totals : origin {
   std::vector<std::size_t> numbers;
 };
+
+stated_totals read_totals(const toml::table &node, row &file);
 
 void check_totals(const model &m, const stated_totals &stated, diagnostics &diag);
 

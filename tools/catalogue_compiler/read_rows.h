@@ -4,11 +4,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <optional>
-
 #include "model.h"
 #include "toml_rows.h"
-#include "totals.h"
 
 namespace catalogue {
 
@@ -16,7 +13,6 @@ table read_table(const toml::table &node, row &file);
 action read_action(const toml::table &node, row &file);
 profile read_profile(const toml::table &node, row &file);
 resource read_resource(const toml::table &node, row &file, resource_kind kind);
-stated_totals read_totals(const toml::table &node, row &file);
 
 /// Actions as tables and profiles list them; only a table's say more than their handle and sums.
 std::vector<action_use> read_action_uses(row &owner, bool of_table);

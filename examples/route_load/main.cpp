@@ -1,0 +1,145 @@
+// Loads an internet routing table through the library into a stand-in switch and checks that it arrived.
+//
+// SPDX-License-Identifier: Apache-2.0
+#include <sys/resource.h>
+
+#include <chrono>
+#include <cinttypes>
+#include <cstdio>
+
+#include "library_switch.h"
+#include "loader.h"
+#include "options.h"
+#include "resolver.h"
+#include "route_file.h"
+
+namespace {
+
+using namespace tarvex::route_load;
+
+enum exit_status {
+  all_well = 0,
+  wrong_use = 1,
+  refused_by_driver = 2,
+  differences_found = 3,
+  bad_file = 4,
+  bad_line_in_strict = 5
+};
+
+template <typename Things, typename Text>
+void tell_first(std::uint64_t count, const Things &things, const char *what, Text text)
+{
+  std::uint64_t told = 0;
+  for (const auto &thing : things) {
+    if (told == first_few<int>::most_kept) break;
+    std::fprintf(stderr, "%s\n", text(thing).c_str());
+    ++told;
+  }
+  if (count > told) std::fprintf(stderr, "... and %" PRIu64 " more %s\n", count - told, what);
+}
+
+/// Runs a step under a progress bar of its own and gives its result; adds a line of its seconds.
+template <typename Step>
+auto timed(const char *label, double &seconds, Step step)
+{
+  progress_bar bar(label);
+  const auto begin = std::chrono::steady_clock::now();
+  auto result = step(bar.report());
+  seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+  return result;
+}
+
+double peak_memory_mib()
+{
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  return static_cast<double>(usage.ru_maxrss) / 1024;
+}
+
+void tell_refused_blocks(const load_plan &plan)
+{
+  tell_first(plan.refused.size(), plan.refused, "blocks without a partition index", [](const refused_block &block) {
+    const auto &layout = partition_layouts[static_cast<std::size_t>(block.space)];
+    return "no partition index left for block " + to_string(block.block) + ": all " +
+           std::to_string(layout.last_index) + " of " + table_name(layout.partition) + " are given away; " +
+           std::to_string(block.routes) + " routes of the block are not loaded";
+  });
+}
+
+void print_entries(std::span<const fib_entry> entries)
+{
+  std::array<std::size_t, fib_table_count> counts{};
+  for (const fib_entry &entry : entries) ++counts[static_cast<std::size_t>(entry.table)];
+  for (std::size_t table = 0; table < fib_table_count; ++table) {
+    std::printf("  %-24s %10zu entries\n", table_name(static_cast<fib_table>(table)), counts[table]);
+  }
+}
+
+exit_status run(const options &wanted)
+{
+  double read_seconds = 0, load_seconds = 0, compare_seconds = 0, resolve_seconds = 0;
+  const auto list = timed("reading", read_seconds,
+                          [&](const progress_report &report) { return read_route_file(wanted.file, report); });
+  tell_first(list.bad_lines.count(), list.bad_lines.kept(), "bad lines",
+             [&](const bad_line &bad) { return wanted.file + ':' + std::to_string(bad.line) + ": " + bad.reason; });
+  std::printf("routes read     %10zu in %.2f s: %" PRIu64 " lines, %" PRIu64 " bad, %" PRIu64 " prefixes given again\n",
+              list.routes.size(), read_seconds, list.lines, list.bad_lines.count(), list.duplicates);
+  if (wanted.strict && list.bad_lines.count() != 0) {
+    std::printf("result: nothing loaded, %" PRIu64 " bad lines\n", list.bad_lines.count());
+    return bad_line_in_strict;
+  }
+  if (list.routes.empty()) throw file_error(wanted.file + ": holds no route");
+
+  const load_plan plan = make_plan(list.routes);
+  tell_refused_blocks(plan);
+  const auto entries = make_entries(list.routes, plan);
+  const std::size_t loaded = list.routes.size() - plan.routes_not_loaded;
+  const reference_search reference(list.routes, [&](std::size_t i) { return plan.placements[i].loaded; });
+
+  library_switch device;
+  differences found;
+  const auto handles =
+      timed("loading", load_seconds, [&](const progress_report &report) { return program(device, entries, report); });
+  std::printf("routes loaded   %10zu in %.2f s: %.0f routes per second, %zu not loaded\n", loaded, load_seconds,
+              static_cast<double>(loaded) / load_seconds, plan.routes_not_loaded);
+  print_entries(entries);
+  const auto compared = timed("comparing", compare_seconds, [&](const progress_report &report) {
+    return read_back(device, entries, handles, found, report);
+  });
+  std::printf("compared        %10" PRIu64 " entries in %.2f s\n", compared, compare_seconds);
+  const auto resolved = timed("resolving", resolve_seconds, [&](const progress_report &report) {
+    compare_resolution(device, list.routes, reference, wanted.seed, wanted.resolve, found, report);
+    return wanted.resolve;
+  });
+  std::printf("resolved        %10" PRIu64 " addresses in %.2f s\n", resolved, resolve_seconds);
+  tell_first(found.count(), found.kept(), "differences", [](const std::string &text) { return text; });
+  std::printf("differences     %10" PRIu64 "\n", found.count());
+  std::printf("peak memory     %10.1f MiB\n", peak_memory_mib());
+  std::printf("result: %s: %zu routes loaded, %zu not loaded, %" PRIu64 " entries compared, %" PRIu64
+              " addresses resolved, %" PRIu64 " differences, %.2f s\n",
+              found.count() == 0 ? "good" : "DIFFERENT", loaded, plan.routes_not_loaded, compared, resolved,
+              found.count(), read_seconds + load_seconds + compare_seconds + resolve_seconds);
+  return found.count() == 0 ? all_well : differences_found;
+}
+
+}  // namespace
+
+int main(int argc, char **argv)
+try {
+  const options wanted = parse_options({argv + 1, static_cast<std::size_t>(argc > 0 ? argc - 1 : 0)});
+  if (wanted.help) {
+    std::fputs(usage_text, stdout);
+    return all_well;
+  }
+  return run(wanted);
+} catch (const usage_error &error) {
+  std::fprintf(stderr, "route_load: %s\n%s", error.what(), usage_text);
+  return wrong_use;
+} catch (const file_error &error) {
+  std::fprintf(stderr, "route_load: %s\n", error.what());
+  return bad_file;
+} catch (const driver_refused &error) {
+  std::fprintf(stderr, "route_load: %s\n", error.what());
+  std::puts("result: the driver refused");
+  return refused_by_driver;
+}

@@ -1,0 +1,75 @@
+// The command line of route_load.
+//
+// SPDX-License-Identifier: Apache-2.0
+#include "options.h"
+
+#include <charconv>
+#include <string_view>
+
+namespace tarvex::route_load {
+namespace {
+
+std::uint64_t parse_count(std::string_view option, std::string_view text)
+{
+  std::uint64_t value = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (error != std::errc() || end != text.data() + text.size()) {
+    throw usage_error(std::string(option) + " takes a number from 0 up to 64 bits, not '" + std::string(text) + "'");
+  }
+  return value;
+}
+
+}  // namespace
+
+const char *const usage_text =
+    R"(usage: route_load [--strict] [--seed N] [--resolve N] FILE
+
+Programs the routes of FILE into the forwarding tables of a stand-in switch, reads all entries back, resolves
+addresses through the tables, and compares both with the file.
+
+FILE holds lines 'prefix, blank or tab, origin AS number', plain or gzip; ';' and '#' begin a comment. Of a prefix given
+twice the later line counts. The next hop of a route is made from its AS number.
+
+  --strict      a bad line ends the run before anything is loaded (otherwise it is named, counted and passed over)
+  --seed N      picks other addresses to resolve (default 1)
+  --resolve N   how many (default 100000)
+  --help        this text
+
+Exit status: 0 all as the file says; 1 wrong use; 2 the driver refused; 3 differences; 4 the file cannot be read or holds
+no route; 5 --strict and a bad line.
+)";
+
+options parse_options(std::span<const char *const> arguments)
+{
+  options result;
+  bool file_given = false;
+  for (auto at = arguments.begin(); at != arguments.end(); ++at) {
+    const std::string_view argument = *at;
+    const auto number = [&] {
+      if (++at == arguments.end()) throw usage_error(std::string(argument) + " takes a number");
+      return parse_count(argument, *at);
+    };
+    if (argument == "--help" || argument == "-h") {
+      result.help = true;
+      return result;
+    }
+    if (argument == "--strict") {
+      result.strict = true;
+    } else if (argument == "--seed") {
+      result.seed = number();
+    } else if (argument == "--resolve") {
+      result.resolve = number();
+    } else if (argument.starts_with('-')) {
+      throw usage_error("there is no option '" + std::string(argument) + "'");
+    } else if (file_given) {
+      throw usage_error("one file at a time; '" + std::string(argument) + "' is a second one");
+    } else {
+      result.file = argument;
+      file_given = true;
+    }
+  }
+  if (!file_given) throw usage_error("no file given");
+  return result;
+}
+
+}  // namespace tarvex::route_load

@@ -1,0 +1,256 @@
+// One forwarding table through the library's functions, behind an interface that is the same for all ten: structures of
+// the table and of its actions are filled and read by the members that they have.
+//
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <tarvex_pd/tarvex_pd.h>
+
+#include <cstring>
+#include <tuple>
+#include <type_traits>
+
+#include "fib_entries.h"
+
+namespace tarvex::route_load {
+
+struct switch_target {
+  pd_sess_hdl_t session;
+  pd_dev_id_t device;
+  pd_dev_tgt_t all_pipes;
+};
+
+/// The functions give the status of the library's.
+class table_access {
+ public:
+  virtual ~table_access() = default;
+
+  virtual std::uint32_t table_handle() const = 0;
+  virtual pd_status_t add(const switch_target &to, const fib_entry &entry, pd_entry_hdl_t &handle) const = 0;
+  virtual pd_status_t first(const switch_target &from, pd_entry_hdl_t &handle) const = 0;
+  virtual pd_status_t next(const switch_target &from, pd_entry_hdl_t after,
+                           std::span<pd_entry_hdl_t> handles) const = 0;
+  virtual pd_status_t read(const switch_target &from, pd_entry_hdl_t handle, fib_entry &entry) const = 0;
+  /// Whether key and parameters are as `expected` in each byte of their structures.
+  virtual pd_status_t compare(const switch_target &from, pd_entry_hdl_t handle, const fib_entry &expected,
+                              bool &same) const = 0;
+};
+
+/// The functions of one table. `add` stands in the order of hop_kind; a fifth one is the action of a partition index
+/// and no result.
+template <typename Key, typename... Add>
+struct table_functions {
+  fib_table table;
+  pd_status_t (*get_handle)(std::uint32_t *);
+  pd_status_t (*get_first)(pd_sess_hdl_t, pd_dev_tgt_t, pd_entry_hdl_t *);
+  pd_status_t (*get_next)(pd_sess_hdl_t, pd_dev_tgt_t, pd_entry_hdl_t, std::uint32_t, pd_entry_hdl_t *);
+  pd_status_t (*get_entry)(pd_sess_hdl_t, pd_dev_id_t, pd_entry_hdl_t, pd_flag8_t, Key *, char *, void *,
+                           std::uint32_t *, std::uint8_t *);
+  std::array<const char *, sizeof...(Add)> action_names;  // in the order of `add`
+  std::tuple<Add...> add;
+};
+
+template <typename Key, typename... Add>
+class typed_table_access final : public table_access {
+ public:
+  explicit constexpr typed_table_access(const table_functions<Key, Add...> &functions) : functions_(functions) {}
+
+  std::uint32_t table_handle() const override
+  {
+    std::uint32_t handle = 0;
+    functions_.get_handle(&handle);
+    return handle;
+  }
+
+  pd_status_t add(const switch_target &to, const fib_entry &entry, pd_entry_hdl_t &handle) const override
+  {
+    pd_status_t status = BF_SUCCESS;
+    with_action(action_of(entry), [&](auto function) { status = call_add(function, to, entry, handle); });
+    return status;
+  }
+
+  pd_status_t first(const switch_target &from, pd_entry_hdl_t &handle) const override
+  {
+    return functions_.get_first(from.session, from.all_pipes, &handle);
+  }
+
+  pd_status_t next(const switch_target &from, pd_entry_hdl_t after, std::span<pd_entry_hdl_t> handles) const override
+  {
+    return functions_.get_next(from.session, from.all_pipes, after, static_cast<std::uint32_t>(handles.size()),
+                               handles.data());
+  }
+
+  pd_status_t read(const switch_target &from, pd_entry_hdl_t handle, fib_entry &entry) const override
+  {
+    raw_entry raw;
+    const pd_status_t status = fetch(from, handle, raw);
+    if (status != BF_SUCCESS) return status;
+    entry.table = functions_.table;
+    entry.destination = destination_of(raw.key);
+    if constexpr (requires(Key k) { k.ingIpv4_fibPartitionIndex; }) {
+      entry.partition_index = raw.key.ingIpv4_fibPartitionIndex;
+    } else if constexpr (requires(Key k) { k.ingIpv6_fibPartitionIndex; }) {
+      entry.partition_index = raw.key.ingIpv6_fibPartitionIndex;
+    }
+    const std::size_t action = action_numbered(raw.action);
+    entry.result.kind = action < 4 ? static_cast<hop_kind>(action) : hop_kind::next_hop;
+    with_action(action, [&](auto function) { take_parameters(function, raw, entry); });
+    return BF_SUCCESS;
+  }
+
+  pd_status_t compare(const switch_target &from, pd_entry_hdl_t handle, const fib_entry &expected,
+                      bool &same) const override
+  {
+    raw_entry raw;
+    const pd_status_t status = fetch(from, handle, raw);
+    if (status != BF_SUCCESS) return status;
+    const Key key = key_of(expected);
+    const std::size_t action = action_of(expected);
+    same = raw.no_key == 0 && std::memcmp(&raw.key, &key, sizeof key) == 0 && action_numbered(raw.action) == action;
+    with_action(action, [&](auto function) { same = same && has_parameters_of(function, raw, expected); });
+    return BF_SUCCESS;
+  }
+
+ private:
+  /// What get_entry gives. Filled with junk ahead of it, so that a byte that it leaves out shows.
+  struct raw_entry {
+    Key key;
+    alignas(8) std::array<std::uint8_t, 32> parameters;
+    std::uint32_t action;
+    std::uint8_t no_key;
+  };
+
+  pd_status_t fetch(const switch_target &from, pd_entry_hdl_t handle, raw_entry &raw) const
+  {
+    std::memset(&raw, 0xa5, sizeof raw);
+    return functions_.get_entry(from.session, from.device, handle, 0, &raw.key, nullptr, raw.parameters.data(),
+                                &raw.action, &raw.no_key);
+  }
+
+  static std::size_t action_of(const fib_entry &entry)
+  {
+    return sizeof...(Add) > 4 && entry.result == no_route ? 4 : static_cast<std::size_t>(entry.result.kind);
+  }
+
+  /// Place of an action in the functions; behind the last for one that is none of them.
+  std::size_t action_numbered(std::uint32_t action) const
+  {
+    const char *name = p4_pd_tarvex_switch_action_enum_to_string(action);
+    std::size_t number = 0;
+    while (number < sizeof...(Add) && (name == nullptr || std::strcmp(name, functions_.action_names[number]) != 0)) {
+      ++number;
+    }
+    return number;
+  }
+
+  template <typename Use>
+  void with_action(std::size_t number, Use use) const
+  {
+    std::size_t at = 0;
+    std::apply([&](auto... function) { ((at++ == number && (use(function), true)) || ...); }, functions_.add);
+  }
+
+  template <typename Structure>
+  static Structure cleared()
+  {
+    Structure result;
+    std::memset(&result, 0, sizeof result);
+    return result;
+  }
+
+  static Key key_of(const fib_entry &entry)
+  {
+    const auto bytes = address_bytes(entry.destination.addr);
+    Key key = cleared<Key>();
+    if constexpr (requires { key.l3Info_vrfId; }) key.l3Info_vrfId = load_vrf;
+    if constexpr (requires { key.ingIpv4_fibPartitionIndex; }) key.ingIpv4_fibPartitionIndex = entry.partition_index;
+    if constexpr (requires { key.ingIpv6_fibPartitionIndex; }) key.ingIpv6_fibPartitionIndex = entry.partition_index;
+    if constexpr (requires { key.ingIpv4_dip; }) key.ingIpv4_dip = ipv4_value(entry.destination.addr);
+    if constexpr (requires { key.ingIpv4_dipAndVrf; }) key.ingIpv4_dipAndVrf = ipv4_value(entry.destination.addr);
+    if constexpr (requires { key.ingIpv6_dip; }) std::memcpy(key.ingIpv6_dip, bytes.data(), bytes.size());
+    if constexpr (requires { key.ingIpv4_dip_prefix_length; }) key.ingIpv4_dip_prefix_length = entry.destination.length;
+    if constexpr (requires { key.ingIpv4_dipAndVrf_prefix_length; })
+      key.ingIpv4_dipAndVrf_prefix_length = entry.destination.length;
+    if constexpr (requires { key.ingIpv6_dip_prefix_length; }) key.ingIpv6_dip_prefix_length = entry.destination.length;
+    return key;
+  }
+
+  static prefix destination_of(const Key &key)
+  {
+    if constexpr (requires { key.ingIpv4_dipAndVrf; }) {
+      return {family::ipv4, ipv4_address(key.ingIpv4_dipAndVrf),
+              static_cast<std::uint8_t>(key.ingIpv4_dipAndVrf_prefix_length)};
+    } else if constexpr (requires { key.ingIpv4_dip_prefix_length; }) {
+      return {family::ipv4, ipv4_address(key.ingIpv4_dip), static_cast<std::uint8_t>(key.ingIpv4_dip_prefix_length)};
+    } else if constexpr (requires { key.ingIpv4_dip; }) {
+      return {family::ipv4, ipv4_address(key.ingIpv4_dip), 32};
+    } else if constexpr (requires { key.ingIpv6_dip_prefix_length; }) {
+      return {family::ipv6, ipv6_address(key.ingIpv6_dip), static_cast<std::uint8_t>(key.ingIpv6_dip_prefix_length)};
+    } else {
+      return {family::ipv6, ipv6_address(key.ingIpv6_dip), 128};
+    }
+  }
+
+  template <typename Parameters>
+  static Parameters parameters_of(const fib_entry &entry)
+  {
+    auto parameters = cleared<Parameters>();
+    if constexpr (requires { parameters.action_partitionIndex; })
+      parameters.action_partitionIndex = entry.partition_index;
+    if constexpr (requires { parameters.action_nextHop; }) parameters.action_nextHop = entry.result.value;
+    if constexpr (requires { parameters.action_ecmpGroup; }) parameters.action_ecmpGroup = entry.result.value;
+    return parameters;
+  }
+
+  // An add function tells its action's structure; on a table with idle time it takes a ttl too.
+  template <typename Parameters>
+  using plain_add = pd_status_t (*)(pd_sess_hdl_t, pd_dev_tgt_t, const Key *, const Parameters *, pd_entry_hdl_t *);
+  template <typename Parameters>
+  using add_with_ttl = pd_status_t (*)(pd_sess_hdl_t, pd_dev_tgt_t, const Key *, const Parameters *, std::uint32_t,
+                                       pd_entry_hdl_t *);
+
+  template <typename Parameters>
+  static Parameters structure_of(plain_add<Parameters>);
+  template <typename Parameters>
+  static Parameters structure_of(add_with_ttl<Parameters>);
+
+  template <typename Function>
+  static pd_status_t call_add(Function function, const switch_target &to, const fib_entry &entry,
+                              pd_entry_hdl_t &handle)
+  {
+    const Key key = key_of(entry);
+    const auto parameters = parameters_of<decltype(structure_of(function))>(entry);
+    if constexpr (requires { function(to.session, to.all_pipes, &key, &parameters, &handle); }) {
+      return function(to.session, to.all_pipes, &key, &parameters, &handle);
+    } else {
+      return function(to.session, to.all_pipes, &key, &parameters, 0, &handle);  // ttl 0: a route does not age
+    }
+  }
+
+  template <typename Function>
+  static bool has_parameters_of(Function function, const raw_entry &raw, const fib_entry &expected)
+  {
+    const auto parameters = parameters_of<decltype(structure_of(function))>(expected);
+    static_assert(sizeof parameters <= sizeof raw.parameters);
+    return std::memcmp(&parameters, raw.parameters.data(), sizeof parameters) == 0;
+  }
+
+  template <typename Function>
+  static void take_parameters(Function function, const raw_entry &raw, fib_entry &entry)
+  {
+    decltype(structure_of(function)) parameters;
+    std::memcpy(&parameters, raw.parameters.data(), sizeof parameters);
+    if constexpr (requires { parameters.action_partitionIndex; })
+      entry.partition_index = parameters.action_partitionIndex;
+    if constexpr (requires { parameters.action_nextHop; })
+      entry.result.value = static_cast<std::uint16_t>(parameters.action_nextHop);
+    if constexpr (requires { parameters.action_ecmpGroup; }) entry.result.value = parameters.action_ecmpGroup;
+  }
+
+  table_functions<Key, Add...> functions_;
+};
+
+/// Of the table in the library.
+const table_access &access_to(fib_table table);
+
+}  // namespace tarvex::route_load

@@ -1,0 +1,79 @@
+// One action profile of a device: members with their action data, and groups of members.
+//
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "driver_exports.h"
+#include "match_table.h"
+#include "pipeline.h"
+#include "slot_pool.h"
+
+namespace tarvex::standin {
+
+struct member {
+  const pipeline_action *action = nullptr;
+  std::vector<std::uint8_t> data;
+  std::uint32_t uses = 0;  // by entries, groups and as the fallback
+};
+
+struct membership {
+  pd_mbr_hdl_t member = 0;
+  bool active = true;
+};
+
+struct group {
+  std::uint32_t most_members = 0;  // 0: any number
+  std::uint32_t uses = 0;          // by entries
+  std::vector<membership> members;  // in the order in which they were added
+
+  membership *find(pd_mbr_hdl_t handle)
+  {
+    for (membership &each : members)
+      if (each.member == handle) return &each;
+    return nullptr;
+  }
+};
+
+struct profile {
+  explicit profile(const pipeline_profile &its_row) : row(&its_row) {}
+
+  const pipeline_profile *row;
+  slot_map<member> members;
+  slot_map<group> groups;
+  pd_mbr_hdl_t fallback = 0;  // 0: none
+  client_callback member_updated;
+  client_callback group_updated;
+  client_callback group_tracked;
+
+  /// How often entries refer to a member or group, so that it is not deleted under them; null for an unknown one.
+  std::uint32_t *uses(std::uint8_t kind, std::uint32_t handle)
+  {
+    if (kind == DRV_ACT_MEMBER) {
+      member *const found = members.find(handle);
+      return found == nullptr ? nullptr : &found->uses;
+    }
+    group *const found = groups.find(handle);
+    return found == nullptr ? nullptr : &found->uses;
+  }
+};
+
+/// The action with a handle, or null.
+inline const pipeline_action *find_action(std::span<const pipeline_action> actions, std::uint32_t handle)
+{
+  for (const pipeline_action &each : actions)
+    if (each.handle == handle) return &each;
+  return nullptr;
+}
+
+/// Whether action data have the counts of the action.
+inline pd_status_t check_data(const pipeline_action &action, const drv_act_data_t &data)
+{
+  const bool fits = data.data_bits == action.data_bits && data.data_bytes == action.data_bytes &&
+                    (data.data_bytes == 0 || data.data != nullptr);
+  return fits ? BF_SUCCESS : STANDIN_BAD_ACTION;
+}
+
+}  // namespace tarvex::standin

@@ -1,0 +1,64 @@
+#!/bin/sh
+# Runs route_load on whole files: exit status, what it says on each output, the result line.
+# usage: program_test.sh ROUTE_LOAD SMALL_LIST
+#
+# SPDX-License-Identifier: Apache-2.0
+program=$1 small_list=$2 failures=0
+work=$(mktemp -d) || exit 1
+trap 'rm -rf "$work"' EXIT
+cd "$work" || exit 1
+
+# expect STATUS TEXT_OF_STDOUT TEXT_OF_STDERR ARGUMENT...: both texts as basic regular expressions; an empty one for
+# standard error says that nothing may stand there.
+expect() {
+  status=$1 out=$2 err=$3
+  shift 3
+  "$program" "$@" >out 2>err
+  got=$?
+  if [ $got -ne "$status" ] || ! grep -q -e "$out" out && [ -n "$out" ] || ! grep -q -e "$err" err && [ -n "$err" ] ||
+    [ -z "$err" ] && [ -s err ]; then
+    echo "FAILED: route_load $*: exit status $got, wanted $status, '$out' and '$err'"
+    cat out err
+    failures=$((failures + 1))
+  fi
+}
+
+expect 1 '' 'no file given'
+expect 1 '' "no option '--fast'" --fast small
+expect 1 '' 'one file at a time' one two
+expect 1 '' 'takes a number' small --seed
+expect 1 '' "not '-1'" --resolve -1 small
+expect 0 'usage: route_load' '' --help
+
+expect 4 '' 'missing: cannot be opened: No such file' missing
+printf '; nothing here\n' >empty
+expect 4 '' 'empty: holds no route' empty
+
+{
+  printf '10.0.0.0/8 1\n10.0.0.0/33 2\n10.0.0.0/8 3\n'
+  i=0
+  while [ $i -lt 24 ]; do
+    echo 'no route'
+    i=$((i + 1))
+  done
+} >bad
+expect 5 'nothing loaded, 25 bad lines' '^bad:2: prefix length 33 is beyond' --strict bad
+expect 0 'good: 1 routes loaded, 0 not loaded, 1 entries compared' '^\.\.\. and 5 more bad lines' bad
+expect 0 '25 bad, 1 prefixes given again' '^bad:22: no prefix length' bad
+
+# One block for each /64: 2,047 get an index.
+awk 'BEGIN { print "2001:db8::/32 9"; for (i = 0; i < 2100; ++i) printf "2001:db8:0:%x::/80 %d\n", i, i + 1 }' >crowded
+expect 0 'good: 2048 routes loaded, 53 not loaded, .* 5000 addresses resolved, 0 differences' \
+  'no partition index left for block 2001:db8:0:7ff::/64: all 2047 of ipv6LgMaskPartition' --resolve 5000 crowded
+
+# All lengths of both families, nested.
+awk 'BEGIN {
+  for (i = 0; i <= 32; ++i) printf "0.0.0.0/%d %d\n", i, i + 100
+  for (i = 0; i <= 128; ++i) printf "::/%d %d\n", i, i + 200
+}' | gzip >nested
+expect 0 'good: 162 routes loaded, 0 not loaded, 165 entries compared, 30000 .*, 0 differences' '' --resolve 30000 nested
+
+expect 0 'good: [1-9][0-9]\{4\} routes loaded, 0 not loaded, .* 100000 addresses resolved, 0 differences' '' "$small_list"
+expect 0 'good: .* 1000 addresses resolved, 0 differences' '' --strict --seed 77 --resolve 1000 "$small_list"
+
+[ $failures -eq 0 ]

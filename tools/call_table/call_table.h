@@ -1,0 +1,235 @@
+// Every exported function of the library by name, with its address and the kind of each argument, and the catalogue's
+// rows as they stand at run time. Whoever goes over all functions (tests, fault walkers, fuzzers, the shell) goes over
+// this table, so that nobody lists functions by hand. It holds no logic and is no part of the library.
+//
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+namespace tarvex::calls {
+
+enum class match_kind : std::uint8_t { exact, ternary, lpm, partition };
+enum class table_kind : std::uint8_t { keyless, exact, ternary, lpm };
+enum class resource_form : std::uint8_t { direct_counter, direct_meter, direct_register, indexed, detached };
+enum class resource_kind : std::uint8_t { counter, meter, wred, register_ };
+
+struct field_info {
+  const char *name;
+  const char *short_name;
+  const char *display;     // null for none
+  std::uint16_t bits;
+  std::uint16_t member;    // offset in the caller's structure
+  std::uint16_t member_size;
+  std::uint16_t companion; // offset of the mask or of the prefix length
+  std::uint16_t key_at;
+  std::uint16_t key_size;
+  match_kind match;
+  std::uint8_t live[16];   // bits that the pipeline matches on, most significant byte first, right-aligned
+};
+
+struct param_info {
+  const char *name;
+  const char *display;
+  std::uint16_t bits;
+  std::uint16_t member;
+  std::uint16_t member_size;
+  std::uint16_t data_at;
+  std::uint16_t data_size;
+  bool resource_index;
+};
+
+struct action_info {
+  const char *name;
+  std::uint16_t enum_value;
+  std::uint16_t data_bits;
+  std::uint16_t data_bytes;
+  std::uint16_t record_size;
+  std::span<const param_info> params;
+  std::span<const std::uint32_t> index_resources;
+};
+
+struct resource_use_info {
+  std::uint32_t handle;
+  resource_form form;
+};
+
+/// An action as a table or a profile has it.
+struct use_info {
+  std::uint32_t handle;
+  const action_info *action;
+  bool is_default;
+  std::span<const resource_use_info> resources;
+};
+
+struct profile_info {
+  const char *name;
+  std::uint32_t action_data_table;
+  std::uint32_t selector_table;
+  std::uint32_t table;
+  std::span<const use_info> actions;
+};
+
+struct table_info {
+  const char *name;
+  std::uint32_t handle;
+  table_kind kind;
+  std::uint16_t key_bits;
+  std::uint16_t key_bytes;
+  std::uint16_t record_size;
+  bool idle_time;
+  bool counter_label;
+  const profile_info *profile;         // of an indirect table
+  std::span<const field_info> fields;  // key order
+  std::span<const use_info> actions;
+};
+
+struct resource_info {
+  const char *name;
+  std::uint32_t handle;
+  resource_kind kind;
+  bool direct;
+  std::uint32_t table;  // 0 where no table has it
+};
+
+/// What an exported function does; each is told once, and exists for many rows.
+enum class family_id : std::uint8_t {
+  lifecycle,
+  unbuild_action_spec,
+  entry_add,
+  entry_modify,
+  entry_modify_by_match_spec,
+  entry_delete,
+  entry_delete_by_match_spec,
+  match_spec_to_entry_hdl,
+  set_default_action,
+  reset_default_entry,
+  get_default_entry_handle,
+  get_entry,
+  get_indirect_entry,
+  get_entry_count,
+  get_first_entry_handle,
+  get_next_entry_handles,
+  unbuild_key,
+  unbuild_mask,
+  set_property,
+  get_property,
+  register_mat_update_cb,
+  get_mat_table_handle,
+  idle_tmo_enable,
+  idle_tmo_disable,
+  idle_register_tmo_cb,
+  set_ttl,
+  get_ttl,
+  update_hit_state,
+  get_hit_state,
+  add_member,
+  modify_member,
+  del_member,
+  register_callback,
+  create_group,
+  del_group,
+  add_member_to_group,
+  del_member_from_group,
+  group_member_state_set,
+  group_member_state_get,
+  set_fallback_member,
+  reset_fallback_member,
+  sel_track_updates,
+  get_member,
+  get_member_from_plcmt_data,
+  get_full_member_info_from_plcmt_data,
+  get_first_of_profile,
+  get_next_of_profile,
+  get_profile_count,
+  register_profile_update_cb,
+  get_profile_table_handle,
+  get_first_group_member,
+  get_next_group_members,
+  add_indirect_entry,
+  modify_indirect_entry,
+  modify_indirect_entry_by_match_spec,
+  set_indirect_default,
+};
+
+enum class result_kind : std::uint8_t { status, none, number, text };
+
+/// Kinds of arguments; "_out" receives, the others are read.
+enum class argument_kind : std::uint8_t {
+  sess_hdl,
+  dev_tgt,
+  dev_id,        // cut to 8 bits
+  whole_dev_id,  // 32 bits
+  entry_hdl,
+  match_spec,
+  priority,
+  action_spec,
+  ttl,
+  meter_spec,
+  entry_hdl_out,
+  read_from_hw,  // cut to 8 bits
+  match_spec_out,
+  priority_out,
+  action_name_out,
+  any_action_spec_out,
+  action_enum_out,
+  no_key_out,
+  is_member_out,
+  is_group_out,
+  grp_hdl_out,
+  mbr_hdl_out,
+  entry_count_out,
+  handle_count,
+  next_entry_hdls_out,
+  drv_match_spec,
+  drv_act_data,
+  res_list,
+  res_count,
+  action_spec_out,
+  property,
+  property_value,
+  property_argument,
+  property_value_out,
+  property_argument_out,
+  callback,
+  cookie,
+  table_handle_out,
+  idle_params,  // by value, 40 bytes
+  word,
+  hit_state_out,
+  ttl_out,
+  log,
+  action_enum,
+  action_name,
+  mbr_hdl,
+  grp_hdl,
+  max_grp_size,
+  member_state,
+  member_state_out,
+  plcmt_data,
+  member_action_out,
+};
+
+using address = void (*)();
+
+struct exported_function {
+  const char *name;
+  address function;
+  family_id family;
+  result_kind result;
+  std::span<const argument_kind> arguments;
+  const table_info *table;      // null where the function is of no table; a profile's is its indirect table
+  const profile_info *profile;  // of a profile's function
+  const use_info *use;
+  const action_info *action;
+};
+
+// Generated. Tables in handle order, actions in enumeration order, profiles in the order of their states.
+extern const std::span<const exported_function> functions;
+extern const std::span<const table_info> tables;
+extern const std::span<const action_info> actions;
+extern const std::span<const profile_info> profiles;
+extern const std::span<const resource_info> resources;
+
+}  // namespace tarvex::calls

@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "argument_kinds.h"
+
+#include <stdexcept>
+#include <string>
+
+namespace catalogue {
+
+namespace {
+
+constexpr argument_kind_row rows[] = {
+    // Who and where.
+    {"sess_hdl", "pd_sess_hdl_t ", "sess_hdl", "session with the driver"},
+    {"dev_tgt", "pd_dev_tgt_t ", "dev_tgt", "device and pipe, from pd_dev_tgt()"},
+    {"dev_id", "pd_dev_id_t ", "dev_id", "the device, its low 8 bits"},
+    {"whole_dev_id", "uint32_t ", "dev_id", "the device; all 32 bits are handed on"},
+    // Entries on the way to the driver.
+    {"entry_hdl", "pd_entry_hdl_t ", "entry_hdl", "the entry"},
+    {"match_spec", "const {key} *", "match_spec", "key of the entry; read during the call only"},
+    {"priority", "uint32_t ", "priority", "priority of the entry, the smaller wins"},
+    {"action_spec", "const {params} *", "action_spec", "parameters of the action; read during the call only"},
+    {"ttl", "uint32_t ", "ttl", "time to live without a hit, in the driver's unit"},
+    {"meter_spec", "const pd_meter_spec_t *", "stormControlMeter_spec", "value of the entry's meter"},
+    {"entry_hdl_out", "pd_entry_hdl_t *", "entry_hdl", "where the driver writes the handle of the entry"},
+    // Entries on the way back.
+    {"read_from_hw", "pd_flag8_t ", "read_from_hw", "not 0: the driver reads the hardware; low 8 bits"},
+    {"match_spec_out", "{key} *", "match_spec", "receives the key, unless the entry has none"},
+    {"priority_out", "uint32_t *", "priority", "receives the priority, with or without a key"},
+    {"action_name_out", "char *", "action_name",
+     "receives the action's name with its prefix and NUL, at most P4_PD_TARVEX_SWITCH_ACTION_NAME_SIZE bytes; may be "
+     "null"},
+    {"any_action_spec_out", "void *", "action_spec",
+     "receives the parameters of the action that the entry has, in that action's structure: give room for the largest "
+     "of the table. Not written for an action without parameters"},
+    {"action_enum_out", "uint32_t *", "action_enum", "receives the action's enumeration value; may be null"},
+    {"no_key_out", "uint8_t *", "no_key", "receives 1 if the entry has no key, as a default entry, else 0"},
+    {"is_member_out", "uint8_t *", "is_member", "receives 1 if the entry points at a member, else 0"},
+    {"is_group_out", "uint8_t *", "is_group", "receives 1 if the entry points at a group, else 0"},
+    {"grp_hdl_out", "pd_grp_hdl_t *", "grp_hdl", "receives the group; written only with is_group"},
+    {"mbr_hdl_out", "pd_mbr_hdl_t *", "mbr_hdl", "receives the member; written only with is_member"},
+    {"entry_count_out", "uint32_t *", "count", "where the driver writes the count, in the driver's width"},
+    {"handle_count", "uint32_t ", "n", "handles asked for"},
+    {"next_entry_hdls_out", "pd_entry_hdl_t *", "next_entry_hdls", "where the driver writes the handles; room for n"},
+    // Members and groups.
+    {"mbr_hdl", "pd_mbr_hdl_t ", "mbr_hdl", "the member"},
+    {"grp_hdl", "pd_grp_hdl_t ", "grp_hdl", "the group"},
+    {"max_grp_size", "uint32_t ", "max_grp_size", "members that the group will have at most"},
+    {"member_state", "uint32_t ", "state", "P4_PD_GRP_MBR_STATE_ACTIVE or P4_PD_GRP_MBR_STATE_INACTIVE"},
+    {"member_state_out", "uint32_t *", "state",
+     "receives the state; stays as it was if the driver names neither of the two"},
+    {"plcmt_data", "const void *", "plcmt_data", "placement data; only the driver reads it"},
+    {"member_action_out", "plcmt_action_t *", "action",
+     "receives the member's action and, if the action has any, its parameters"},
+    // Driver records.
+    {"drv_match_spec", "const drv_match_spec_t *", "drv_match_spec", "record that the driver has filled"},
+    {"drv_act_data", "const drv_act_data_t *", "act_data", "action data that the driver has filled"},
+    {"res_list", "const pd_res_spec_t *", "resources", "resources attached to the entry; may be null with a count of 0"},
+    {"res_count", "uint32_t ", "res_count", "elements of the list"},
+    {"action_spec_out", "{params} *", "action_spec", "receives the parameters; room in the structure is cleared"},
+    // Properties, callbacks and handles.
+    {"property", "uint32_t ", "property", "number of the property, as the driver counts them"},
+    {"property_value", "uint32_t ", "value", "value of the property"},
+    {"property_argument", "uint32_t ", "argument", "argument of the property"},
+    {"property_value_out", "uint32_t *", "value", "receives the value, or 0xffffffff if the driver fails"},
+    {"property_argument_out", "uint32_t *", "argument", "receives the argument, or 0xffffffff if the driver fails"},
+    {"callback", "pd_callback_t ", "cb", "function that the driver keeps and calls; its signature is the driver's"},
+    {"cookie", "void *", "cookie", "handed to the callback; the caller's"},
+    {"table_handle_out", "uint32_t *", "tbl_hdl", "receives the handle; may be null"},
+    // Idle time.
+    {"idle_params", "pd_idle_params_t ", "params", "settings of the idle time, by value; their meaning is the driver's"},
+    {"word", "uintptr_t ", "word", "handed on as it is"},
+    {"hit_state_out", "uint32_t *", "hit_state", "receives the hit state; written whatever the status"},
+    {"ttl_out", "uint32_t *", "ttl", "where the driver writes the ttl, in its unit"},
+    // Start, stop, device events and names.
+    {"log", "struct cJSON *", "log", "a JSON object that stays the driver's; may be null"},
+    {"action_enum", "uint32_t ", "action", "enumeration value"},
+    {"action_name", "const char *", "name", "name with its prefix; may be null"},
+};
+
+}  // namespace
+
+const argument_kind_row &argument_kind(std::string_view kind)
+{
+  for (const argument_kind_row &row : rows)
+    if (row.kind == kind) return row;
+  throw std::logic_error("no argument kind '" + std::string(kind) + "'");
+}
+
+}  // namespace catalogue

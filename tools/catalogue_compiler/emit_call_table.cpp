@@ -1,0 +1,190 @@
+// The call table and the rows at run time.
+//
+// SPDX-License-Identifier: Apache-2.0
+#include <map>
+#include <string>
+
+#include "emit.h"
+#include "spelling.h"
+
+namespace catalogue {
+
+namespace {
+
+using std::to_string;
+
+std::string quoted_or_null(const std::string &text) { return text.empty() ? "nullptr" : "\"" + text + "\""; }
+
+void action_rows(generated_file &to, const model &m)
+{
+  for (const action &a : m.actions) {
+    if (!a.params.empty()) {
+      to.line("constexpr param_info ", a.name, "_params[] = {");
+      for (const parameter &p : a.params)
+        to.line("    {\"", p.name, "\", ", quoted_or_null(p.display), ", ", to_string(p.bits), ", ",
+                offset_of(action_spec_type(a), member_name(p)), ", ", to_string(storage_size(p.type)), ", ",
+                to_string(p.data.first), ", ", to_string(p.data.count), ", ", p.resource_index ? "true" : "false",
+                "},");
+      to.line("};");
+    }
+    if (!a.index_resources.empty()) {
+      std::string handles;
+      for (const std::uint32_t h : a.index_resources) handles += (handles.empty() ? "" : ", ") + hex(h);
+      to.line("constexpr std::uint32_t ", a.name, "_index_resources[] = {", handles, "};");
+    }
+  }
+  to.line("constexpr action_info all_actions[] = {");
+  for (std::size_t i = 0; i < m.actions.size(); ++i) {
+    const action &a = m.actions[i];
+    to.line("    {\"", a.name, "\", ", to_string(i), ", ", to_string(a.data_bits), ", ", to_string(a.data_bytes), ", ",
+            a.params.empty() ? "0" : "sizeof(" + action_spec_type(a) + ")", ", ",
+            a.params.empty() ? "{}" : a.name + "_params", ", ",
+            a.index_resources.empty() ? "{}" : a.name + "_index_resources", "},");
+  }
+  to.line("};");
+}
+
+void use_rows(generated_file &to, const std::string &owner, const std::vector<action_use> &uses)
+{
+  if (uses.empty()) return;
+  for (const action_use &u : uses) {
+    if (u.resources.empty()) continue;
+    to.line("constexpr resource_use_info ", owner, "_", u.name, "_resources[] = {");
+    for (const resource_use &r : u.resources)
+      to.line("    {", hex(r.handle), ", resource_form::", form_name(r.form), "},");
+    to.line("};");
+  }
+  to.line("constexpr use_info ", owner, "_actions[] = {");
+  for (const action_use &u : uses)
+    to.line("    {", hex(u.handle), ", &all_actions[", to_string(u.action), "], ", u.is_default ? "true" : "false",
+            ", ", u.resources.empty() ? "{}" : owner + "_" + u.name + "_resources", "},");
+  to.line("};");
+}
+
+void profile_rows(generated_file &to, const model &m)
+{
+  for (const profile &p : m.profiles) use_rows(to, p.name, p.actions);
+  to.line("constexpr profile_info all_profiles[] = {");
+  for (const profile &p : m.profiles)
+    to.line("    {\"", p.name, "\", ", hex(p.action_data_table), ", ", hex(p.selector_table), ", ",
+            hex(m.find_table(p.table)->handle), ", ", p.name, "_actions},");
+  to.line("};");
+}
+
+void field_rows(generated_file &to, const table &t)
+{
+  if (t.fields.empty()) return;
+  to.line("constexpr field_info ", t.name, "_fields[] = {");
+  for (const field &f : t.fields) {
+    std::string live;
+    for (const std::uint8_t b : f.live) live += (live.empty() ? "" : ",") + to_string(b);
+    const std::string type = match_spec_type(t);
+    to.line("    {\"", f.name, "\", \"", f.short_name, "\", ", quoted_or_null(f.display), ", ", to_string(f.bits), ", ",
+            offset_of(type, f.name), ", ", to_string(storage_size(f.type)), ", ", offset_of(type, companion_name(f)),
+            ", ", to_string(f.key.first), ", ", to_string(f.key.count), ", match_kind::", match_name(f), ", {", live,
+            "}},");
+  }
+  to.line("};");
+}
+
+void table_rows(generated_file &to, const model &m)
+{
+  for (const table &t : m.tables) {
+    use_rows(to, t.name, t.actions);
+    field_rows(to, t);
+  }
+  to.line("constexpr table_info all_tables[] = {");
+  for (const table &t : m.tables) {
+    const std::string profile =
+        t.indirect() ? "&all_profiles[" + to_string(m.find_profile(t.profile) - m.profiles.data()) + "]" : "nullptr";
+    to.line("    {\"", t.name, "\", ", hex(t.handle), ", table_kind::", kind_name(t), ", ",
+            to_string(t.key_bits), ", ", to_string(t.key_bytes), ", ",
+            t.keyed() ? "sizeof(" + match_spec_type(t) + ")" : "0", ", ", t.idle_time ? "true" : "false", ", ",
+            t.counter_label ? "true" : "false", ", ", profile, ", ", t.fields.empty() ? "{}" : t.name + "_fields",
+            ", ", t.actions.empty() ? "{}" : t.name + "_actions", "},");
+  }
+  to.line("};");
+}
+
+void resource_rows(generated_file &to, const model &m)
+{
+  to.line("constexpr resource_info all_resources[] = {");
+  for (const resource &r : m.resources) {
+    to.line("    {\"", r.name, "\", ", hex(r.handle), ", resource_kind::", kind_name(r), ", ",
+            r.direct ? "true" : "false", ", ", r.table.empty() ? "0" : hex(m.find_table(r.table)->handle), "},");
+  }
+  to.line("};");
+}
+
+std::string_view result_name(result_kind kind)
+{
+  static constexpr std::string_view names[] = {"status", "none", "number", "text"};
+  return names[static_cast<int>(kind)];
+}
+
+std::string use_pointer(const exported_function &f)
+{
+  if (f.use == nullptr) return "nullptr";
+  const std::vector<action_use> &of = f.of_profile != nullptr ? f.of_profile->actions : f.of_table->actions;
+  const std::string &owner = f.of_profile != nullptr ? f.of_profile->name : f.of_table->name;
+  return "&" + owner + "_actions[" + to_string(f.use - of.data()) + "]";
+}
+
+void function_rows(generated_file &to, const model &m, const functions &all)
+{
+  // Functions with the same kinds of arguments share one list of them.
+  std::map<std::string, std::size_t> lists;
+  const auto kinds_of = [](const exported_function &f) {
+    std::string kinds;
+    for (const argument &a : f.arguments) kinds += (kinds.empty() ? "k::" : ", k::") + std::string(a.kind);
+    return kinds;
+  };
+  to.line("using k = argument_kind;");
+  for (const exported_function &f : all) {
+    const std::string kinds = kinds_of(f);
+    if (kinds.empty() || !lists.try_emplace(kinds, lists.size()).second) continue;
+    to.line("constexpr argument_kind arguments_", to_string(lists[kinds]), "[] = {", kinds, "};");
+  }
+  to.line("const exported_function all_functions[] = {");
+  for (const exported_function &f : all) {
+    const std::string kinds = kinds_of(f);
+    to.line("    {\"", f.name, "\", reinterpret_cast<address>(&::", f.name, "), family_id::", f.family,
+            ", result_kind::", result_name(f.result), ", ",
+            kinds.empty() ? "{}" : "arguments_" + to_string(lists[kinds]), ", ",
+            f.of_table == nullptr ? "nullptr" : "&all_tables[" + to_string(f.of_table - m.tables.data()) + "]", ", ",
+            f.of_profile == nullptr ? "nullptr" : "&all_profiles[" + to_string(f.of_profile - m.profiles.data()) + "]",
+            ", ", use_pointer(f), ", ",
+            f.of_action == nullptr ? "nullptr" : "&all_actions[" + to_string(f.of_action - m.actions.data()) + "]",
+            "},");
+  }
+  to.line("};");
+}
+
+}  // namespace
+
+void emit_call_table(const model &m, const functions &all, const std::filesystem::path &folder)
+{
+  generated_file to;
+  to.line("// Exported functions and rows at run time.").line("//");
+  to.line("// Generated from the catalogue; do not edit.").line("//").line("// SPDX-License-Identifier: Apache-2.0");
+  to.line("#include \"call_table.h\"").line().line("#include <cstddef>").line();
+  to.line("#include \"tarvex_pd/tarvex_pd.h\"").line().line("namespace tarvex::calls {").line();
+  to.line("namespace {").line();
+  action_rows(to, m);
+  profile_rows(to, m);
+  table_rows(to, m);
+  resource_rows(to, m);
+  function_rows(to, m, all);
+  to.line().line("}  // namespace").line();
+  for (const char *what : {"exported_function:functions", "table_info:tables", "action_info:actions",
+                           "profile_info:profiles", "resource_info:resources"}) {
+    const std::string_view both = what;
+    const std::size_t colon = both.find(':');
+    to.line("const std::span<const ", both.substr(0, colon), "> ", both.substr(colon + 1), " = all_",
+            both.substr(colon + 1), ";");
+  }
+  to.line().line("}  // namespace tarvex::calls");
+  to.write(folder / "call_table" / "call_table.cpp");
+}
+
+}  // namespace catalogue

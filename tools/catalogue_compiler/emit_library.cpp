@@ -1,0 +1,209 @@
+// Sources of the shared library: descriptors, exported functions that are one call each, names, symbol map.
+//
+// SPDX-License-Identifier: Apache-2.0
+#include <algorithm>
+
+#include "emit.h"
+#include "spelling.h"
+
+namespace catalogue {
+
+namespace {
+
+using std::to_string;
+
+void begin_source(generated_file &to, const std::string &about)
+{
+  to.line("// ", about).line("//").line("// Generated from the catalogue; do not edit.").line("//");
+  to.line("// SPDX-License-Identifier: Apache-2.0").line();
+}
+
+std::string array_or_null(bool empty, const std::string &name) { return empty ? "nullptr" : name; }
+
+void action_descriptors(generated_file &to, const action &a)
+{
+  const std::string &n = a.name;
+  if (!a.params.empty()) {
+    const std::string type = action_spec_type(a);
+    to.line("inline constexpr param_row ", n, "_params[] = {");
+    for (const parameter &p : a.params)
+      to.line("    {", offset_of(type, member_name(p)), ", ", to_string(storage_size(p.type)), ", ",
+              to_string(p.data.first), ", ", to_string(p.data.count), ", ", p.resource_index ? "true" : "false", "},");
+    to.line("};");
+  }
+  if (!a.index_resources.empty()) {
+    std::string handles;
+    for (const std::uint32_t h : a.index_resources) handles += (handles.empty() ? "" : ", ") + hex(h);
+    to.line("inline constexpr std::uint32_t ", n, "_index_resources[] = {", handles, "};");
+  }
+  const std::string full = "\"" + export_prefix + n + "\"";
+  to.line("inline constexpr action_row ", n, " = {", full, ", sizeof ", full, ", ",
+          "P4_PD_TARVEX_SWITCH_ACTION_" + n, ", ", to_string(a.data_bits), ", ", to_string(a.data_bytes), ", ",
+          a.params.empty() ? "0" : "sizeof(" + action_spec_type(a) + ")", ", ",
+          array_or_null(a.params.empty(), n + "_params"), ", ", to_string(a.params.size()), ", ",
+          array_or_null(a.index_resources.empty(), n + "_index_resources"), ", ",
+          to_string(a.index_resources.size()), "};");
+}
+
+void use_descriptors(generated_file &to, const std::string &owner, const std::vector<action_use> &uses)
+{
+  if (uses.empty()) return;
+  for (const action_use &u : uses) {
+    const std::string n = owner + "_" + u.name;
+    if (!u.resources.empty()) {
+      std::string list;
+      for (const resource_use &r : u.resources)
+        list += (list.empty() ? "{" : ", {") + hex(r.handle) + ", resource_form::" +
+                std::string(form_name(r.form)) + "}";
+      to.line("inline constexpr resource_row ", n, "_resources[] = {", list, "};");
+    }
+    to.line("inline constexpr action_use_row ", n, " = {", hex(u.handle), ", &actions::", u.name, ", ",
+            array_or_null(u.resources.empty(), n + "_resources"), ", ", to_string(u.resources.size()), "};");
+  }
+  to.line("inline constexpr const action_use_row *", owner, "_all[] = {");
+  for (const action_use &u : uses) to.line("    &", owner, "_", u.name, ",");
+  to.line("};");
+}
+
+void profile_descriptor_row(generated_file &to, const model &m, const profile &p)
+{
+  to.line("inline constexpr profile_row ", p.name, " = {", hex(p.action_data_table), ", ", hex(p.selector_table), ", ",
+          to_string(&p - m.profiles.data()), ", uses::", p.name, "_all, ", to_string(p.actions.size()), "};");
+}
+
+void table_descriptors(generated_file &to, const table &t)
+{
+  const std::string type = match_spec_type(t);
+  if (t.keyed()) {
+    to.line("inline constexpr field_row ", t.name, "_fields[] = {");
+    for (const field &f : t.fields)
+      to.line("    {", offset_of(type, f.name), ", ", to_string(storage_size(f.type)), ", ",
+              offset_of(type, companion_name(f)), ", ", to_string(f.bits), ", ", to_string(f.key.first), ", ",
+              to_string(f.key.count), ", match_kind::", match_name(f), "},");
+    to.line("};");
+  }
+  to.line("inline constexpr table_row ", t.name, " = {", hex(t.handle), ", table_kind::",
+          kind_name(t), ", ", to_string(t.key_bits), ", ", to_string(t.key_bytes), ", ",
+          t.keyed() ? "sizeof(" + type + ")" : "0", ", ", array_or_null(!t.keyed(), t.name + "_fields"), ", ",
+          to_string(t.fields.size()), ", ", array_or_null(t.actions.empty(), "uses::" + t.name + "_all"), ", ",
+          to_string(t.actions.size()), "};");
+}
+
+void emit_action_rows(const model &m, const std::filesystem::path &folder)
+{
+  generated_file to;
+  begin_source(to, "Descriptors of all actions.");
+  to.line("#pragma once").line().line("#include <cstddef>").line().line("#include \"rows.h\"");
+  to.line("#include \"tarvex_pd/actions.h\"").line();
+  to.line("namespace tarvex::pd::actions {").line();
+  for (const action &a : m.actions) action_descriptors(to, a);
+  to.line().line("}  // namespace tarvex::pd::actions");
+  to.write(folder / "action_rows.h");
+}
+
+void emit_exports(generated_file &to, const std::vector<const exported_function *> &of)
+{
+  for (const exported_function *f : of) {
+    to.line(c_result(f->result), f->name, "(", argument_list(*f), ")");
+    to.line("{").line("  ", f->result == result_kind::none ? "" : "return ", f->call, ";").line("}");
+  }
+}
+
+void emit_group(const model &m, const functions &all, std::size_t group, const std::filesystem::path &folder)
+{
+  const catalogue::group &g = m.groups[group];
+  const std::vector<const exported_function *> of = functions_of_group(all, group);
+  if (of.empty()) return;
+  generated_file to;
+  begin_source(to, g.title + ": descriptors and exported functions.");
+  to.line("#include \"tarvex_pd/", g.file, ".h\"").line().line("#include \"action_rows.h\"");
+  to.line("#include \"families.h\"").line();
+  to.line("namespace tarvex::pd {").line("namespace {").line();
+  const auto each_table = [&](const std::string &space, auto write) {
+    to.line("namespace ", space, " {");
+    for (const table &t : m.tables)
+      if (t.group == group) write(t, m.find_profile(t.profile));
+    to.line("}  // namespace ", space).line();
+  };
+  each_table("uses", [&](const table &t, const profile *p) {
+    use_descriptors(to, t.name, t.actions);
+    if (p != nullptr) use_descriptors(to, p->name, p->actions);
+  });
+  each_table("tables", [&](const table &t, const profile *) { table_descriptors(to, t); });
+  each_table("profiles", [&](const table &, const profile *p) {
+    if (p != nullptr) profile_descriptor_row(to, m, *p);
+  });
+  to.line("}  // namespace").line("}  // namespace tarvex::pd").line().line("using namespace tarvex::pd;").line();
+  emit_exports(to, of);
+  to.write(folder / ("exports_" + g.file + ".cpp"));
+}
+
+void emit_action_exports(const functions &all, const std::filesystem::path &folder)
+{
+  generated_file to;
+  begin_source(to, "Exported functions of actions.");
+  to.line("#include \"action_rows.h\"").line("#include \"families.h\"").line();
+  to.line("using namespace tarvex::pd;").line();
+  emit_exports(to, functions_of_actions(all));
+  to.write(folder / "exports_actions.cpp");
+}
+
+void emit_names(const model &m, const std::filesystem::path &folder)
+{
+  generated_file to;
+  begin_source(to, "Names of actions and action profiles.");
+  to.line("#include \"restorable_profiles.h\"").line("#include \"tarvex_pd/actions.h\"");
+  to.line("#include \"tarvex_pd/lifecycle.h\"").line();
+  std::size_t longest = 0;
+  to.line("const char *const p4_pd_tarvex_switch_action_name_strings[P4_PD_TARVEX_SWITCH_ACTION_COUNT] = {");
+  for (const action &a : m.actions) {
+    to.line("    \"", export_prefix, a.name, "\",");
+    longest = std::max(longest, export_prefix.size() + a.name.size());
+  }
+  to.line("};").line();
+  to.line("static_assert(P4_PD_TARVEX_SWITCH_ACTION_COUNT == ", to_string(m.actions.size()), ");");
+  to.line("static_assert(P4_PD_TARVEX_SWITCH_ACTION_NAME_SIZE == ", to_string(longest + 1), ");").line();
+  to.line("namespace tarvex::pd {").line().line("const char *const profile_names[profile_count] = {");
+  for (const profile &p : m.profiles) to.line("    \"", p.name, "\",");
+  to.line("};").line();
+  for (const profile &p : m.profiles) {
+    std::string handles;
+    for (const action_use &u : p.actions) handles += (handles.empty() ? "" : ", ") + hex(u.handle);
+    to.line("static constexpr std::uint32_t ", p.name, "_actions[] = {", handles, "};");
+  }
+  to.line("const restorable_profile restorable_profiles[profile_count] = {");
+  for (const profile &p : m.profiles)
+    to.line("    {", hex(p.action_data_table), ", ", p.name, "_actions, ", to_string(p.actions.size()), "},");
+  to.line("};").line().line("}  // namespace tarvex::pd");
+  to.write(folder / "names.cpp");
+}
+
+void emit_symbols(const functions &all, const std::filesystem::path &folder)
+{
+  std::vector<std::string> names = list_data_objects();
+  for (const exported_function &f : all) names.push_back(f.name);
+  std::sort(names.begin(), names.end());
+  generated_file list, map;
+  map.line("{").line("  global:");
+  for (const std::string &name : names) {
+    list.line(name);
+    map.line("    ", name, ";");
+  }
+  map.line("  local:").line("    *;").line("};");
+  list.write(folder / "exported_symbols.txt");
+  map.write(folder / "symbols.map");
+}
+
+}  // namespace
+
+void emit_library_sources(const model &m, const functions &all, const std::filesystem::path &folder)
+{
+  const std::filesystem::path pd = folder / "pd";
+  emit_action_rows(m, pd);
+  for (std::size_t g = 0; g < m.groups.size(); ++g) emit_group(m, all, g, pd);
+  emit_action_exports(all, pd);
+  emit_names(m, pd);
+  emit_symbols(all, folder);
+}
+
+}  // namespace catalogue

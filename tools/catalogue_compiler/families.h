@@ -1,0 +1,75 @@
+// The families of exported functions: which functions exist for which rows, their arguments, what their comments say and
+// how each calls the library's template. Header, exported functions, symbol map and call table all derive from this list.
+//
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "model.h"
+
+namespace catalogue {
+
+/// An argument of an exported function. Its kind is an enumerator of the call table's argument_kind.
+struct argument {
+  std::string_view kind;
+  std::string type;  // with its blank, or its star: "uint32_t ", "const char *"
+  std::string name;
+  std::string doc;
+
+  std::string declaration() const { return type + name; }
+};
+
+enum class result_kind { status, none, number, text };
+
+struct exported_function {
+  std::string name;
+  std::string_view family;  // an enumerator of the call table's family_id
+  result_kind result = result_kind::status;
+  std::vector<argument> arguments;
+  std::string brief;
+  std::string details;  // a further paragraph, empty for none
+  std::string returns;  // empty for none
+  std::string call;     // expression that the exported function returns; empty for a function written by hand
+  const table *of_table = nullptr;      // of a profile's function: the profile's indirect table
+  const profile *of_profile = nullptr;
+  const action_use *use = nullptr;
+  const action *of_action = nullptr;
+};
+
+/// All exported functions, in the order in which headers show them.
+std::vector<exported_function> list_functions(const model &m);
+
+/// The functions that a group's header and source hold.
+std::vector<const exported_function *> functions_of_group(const std::vector<exported_function> &all, std::size_t group);
+std::vector<const exported_function *> functions_of_actions(const std::vector<exported_function> &all);
+
+/// The exported data objects.
+std::vector<std::string> list_data_objects();
+
+// The files of families, in the order of list_functions.
+void add_fixed_functions(std::vector<exported_function> &to);
+void add_action_families(std::vector<exported_function> &to, const action &a);
+void add_entry_write_families(std::vector<exported_function> &to, const model &m, const table &t);
+void add_default_entry_families(std::vector<exported_function> &to, const model &m, const table &t);
+void add_read_back_families(std::vector<exported_function> &to, const model &m, const table &t);
+void add_indirect_entry_families(std::vector<exported_function> &to, const model &m, const table &t);
+void add_profile_families(std::vector<exported_function> &to, const model &m, const profile &p);
+void add_table_families(std::vector<exported_function> &to, const table &t);
+void add_idle_time_families(std::vector<exported_function> &to, const table &t);
+
+/// "p4_pd_tarvex_switch_"
+extern const std::string export_prefix;
+
+std::string match_spec_type(const table &t);
+std::string action_spec_type(const action &a);
+
+/// Names of the descriptors that stand for rows.
+std::string table_descriptor(const table &t);
+std::string use_descriptor(const std::string &owner, const action_use &u);
+std::string profile_descriptor(const std::string &profile);
+std::string action_descriptor(const action &a);
+
+}  // namespace catalogue

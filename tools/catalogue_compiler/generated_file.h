@@ -1,0 +1,39 @@
+// Text of one generated file: built line by line, written only if it differs from what is there.
+//
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace catalogue {
+
+class generated_file {
+ public:
+  /// Lines of the file, joined from pieces.
+  template <class... Pieces>
+  generated_file &line(const Pieces &...pieces)
+  {
+    ((text_ += pieces), ...);
+    text_ += '\n';
+    return *this;
+  }
+
+  /// Words behind `first`, broken before column 120; further lines begin with `next`.
+  generated_file &paragraph(std::string_view first, std::string_view next, std::string_view words);
+
+  const std::string &text() const { return text_; }
+
+  /// Leaves an unchanged file alone, so that nothing is built anew for it. Throws std::runtime_error with the path and
+  /// the reason when the file cannot be written.
+  void write(const std::filesystem::path &path) const;
+
+ private:
+  std::string text_;
+};
+
+/// "0x1000001"
+std::string hex(std::uint32_t value);
+
+}  // namespace catalogue

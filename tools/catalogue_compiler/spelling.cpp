@@ -1,0 +1,144 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "spelling.h"
+
+#include <algorithm>
+
+namespace catalogue {
+
+namespace {
+
+std::string c_type(storage s)
+{
+  switch (s) {
+    case storage::u8: return "uint8_t";
+    case storage::u16: return "uint16_t";
+    case storage::u32: return "uint32_t";
+    default: return "uint8_t";
+  }
+}
+
+std::string extent(storage s) { return s == storage::bytes16 ? "[16]" : ""; }
+
+/// Room between two members that has no name of its own. Padding that alignment gives is left to the compiler.
+void add_room(std::vector<member> &to, unsigned end, unsigned offset)
+{
+  if (offset > end)
+    to.push_back({"uint8_t", "reserved_" + std::to_string(end) + "[" + std::to_string(offset - end) + "]", end,
+                  offset - end, "not read; a read clears it"});
+}
+
+unsigned end_of(const std::vector<member> &members)
+{
+  return members.empty() ? 0 : members.back().offset + members.back().size;
+}
+
+unsigned aligned(unsigned end, unsigned alignment) { return (end + alignment - 1) / alignment * alignment; }
+
+std::string bits_text(unsigned bits) { return bits == 1 ? "1 bit" : std::to_string(bits) + " bits"; }
+
+std::string field_comment(const field &f)
+{
+  std::string text = bits_text(f.bits);
+  if (f.key.partition) text += ", the partition";
+  if (f.type == storage::bytes16) text += ", network order";
+  return text;
+}
+
+}  // namespace
+
+std::string_view kind_name(const table &t)
+{
+  static constexpr std::string_view names[] = {"exact", "ternary", "lpm", "keyless"};
+  return names[static_cast<int>(t.kind)];
+}
+
+std::string_view kind_name(const resource &r)
+{
+  static constexpr std::string_view names[] = {"counter", "meter", "wred", "register_"};
+  return names[static_cast<int>(r.kind)];
+}
+
+std::string_view match_name(const field &f)
+{
+  if (f.key.partition) return "partition";
+  if (f.match == match_kind::ternary) return "ternary";
+  return f.match == match_kind::lpm ? "lpm" : "exact";
+}
+
+std::string_view form_name(resource_form form)
+{
+  switch (form) {
+    case resource_form::direct_counter: return "direct_counter";
+    case resource_form::direct_meter: return "direct_meter";
+    case resource_form::direct_register: return "direct_register";
+    case resource_form::indexed: return "indexed";
+    default: return "detached";
+  }
+}
+
+std::string offset_of(const std::string &type, const std::string &name)
+{
+  return name.empty() ? "0" : "offsetof(" + type + ", " + name + ")";
+}
+
+std::string member_name(const parameter &p) { return "action_" + p.name; }
+
+std::string companion_name(const field &f)
+{
+  if (f.match == match_kind::ternary) return f.name + "_mask";
+  if (f.match == match_kind::lpm) return f.name + "_prefix_length";
+  return {};
+}
+
+std::vector<member> key_members(const table &t)
+{
+  std::vector<member> all;
+  unsigned alignment = 1;
+  for (const std::size_t i : t.members) {
+    const field &f = t.fields[i];
+    if (f.room > 0) add_room(all, end_of(all), f.offset);
+    alignment = std::max(alignment, storage_align(f.type));
+    all.push_back({c_type(f.type), f.name + extent(f.type), f.offset, storage_size(f.type), field_comment(f)});
+    if (f.match == match_kind::ternary) {
+      all.push_back({c_type(f.type), companion_name(f) + extent(f.type), f.companion_offset, storage_size(f.type), {}});
+    } else if (f.match == match_kind::lpm) {
+      alignment = std::max(alignment, 2u);
+      all.push_back({"uint16_t", companion_name(f), f.companion_offset, 2, "from the most significant bit"});
+    }
+  }
+  if (aligned(end_of(all), alignment) != t.record_size) add_room(all, end_of(all), t.record_size);
+  return all;
+}
+
+std::vector<member> param_members(const action &a)
+{
+  std::vector<member> all;
+  unsigned alignment = 1;
+  for (const parameter &p : a.params) {
+    if (p.room > 0) add_room(all, end_of(all), p.offset);
+    alignment = std::max(alignment, storage_align(p.type));
+    all.push_back({c_type(p.type), member_name(p) + extent(p.type), p.offset, storage_size(p.type),
+                   p.resource_index ? "index of the resource" : bits_text(p.bits)});
+  }
+  if (aligned(end_of(all), alignment) != a.record_size) add_room(all, end_of(all), a.record_size);
+  return all;
+}
+
+std::string_view c_result(result_kind kind)
+{
+  switch (kind) {
+    case result_kind::status: return "pd_status_t ";
+    case result_kind::none: return "void ";
+    case result_kind::number: return "uint32_t ";
+    default: return "const char *";
+  }
+}
+
+std::string argument_list(const exported_function &f)
+{
+  std::string list;
+  for (const argument &a : f.arguments) list += (list.empty() ? "" : ", ") + a.declaration();
+  return list.empty() ? "void" : list;
+}
+
+}  // namespace catalogue

@@ -1,0 +1,43 @@
+// How generated files spell what the model holds: enumerators, offsets, C types and prototypes.
+//
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "families.h"
+#include "model.h"
+
+namespace catalogue {
+
+std::string_view kind_name(const table &t);
+std::string_view kind_name(const resource &r);
+std::string_view match_name(const field &f);
+std::string_view form_name(resource_form form);
+
+/// "offsetof(type, member)", or "0" without a member.
+std::string offset_of(const std::string &type, const std::string &member);
+
+/// Members of a caller's structure with their offsets, in order, room included.
+struct member {
+  std::string type;  // "uint16_t"
+  std::string name;  // with its array extent
+  unsigned offset = 0;
+  unsigned size = 0;
+  std::string comment;
+};
+std::vector<member> key_members(const table &t);
+std::vector<member> param_members(const action &a);
+
+/// Name of a parameter's member.
+std::string member_name(const parameter &p);
+
+/// Name of the mask or prefix length that belongs to a field, empty for none.
+std::string companion_name(const field &f);
+
+std::string_view c_result(result_kind kind);
+std::string argument_list(const exported_function &f);
+
+}  // namespace catalogue
