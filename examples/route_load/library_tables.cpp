@@ -9,29 +9,27 @@ namespace {
 constexpr std::array<const char *, 4> hop_actions{"p4_pd_tarvex_switch_setNextHop", "p4_pd_tarvex_switch_setNextHop2",
                                                   "p4_pd_tarvex_switch_setNextHop3", "p4_pd_tarvex_switch_setEcmp"};
 
-const typed_table_access ipv4_host(table_functions{
-    fib_table::ipv4_host, p4_pd_tarvex_switch_ipv4Host_get_mat_table_handle,
-    p4_pd_tarvex_switch_ipv4Host_get_first_entry_handle, p4_pd_tarvex_switch_ipv4Host_get_next_entry_handles,
-    p4_pd_tarvex_switch_ipv4Host_get_entry, hop_actions,
-    std::make_tuple(p4_pd_tarvex_switch_ipv4Host_table_add_with_setNextHop,
-                    p4_pd_tarvex_switch_ipv4Host_table_add_with_setNextHop2,
-                    p4_pd_tarvex_switch_ipv4Host_table_add_with_setNextHop3,
-                    p4_pd_tarvex_switch_ipv4Host_table_add_with_setEcmp)});
+const typed_table_access ipv4_host(fib_table::ipv4_host, p4_pd_tarvex_switch_ipv4Host_get_mat_table_handle,
+                                   p4_pd_tarvex_switch_ipv4Host_get_first_entry_handle,
+                                   p4_pd_tarvex_switch_ipv4Host_get_next_entry_handles,
+                                   p4_pd_tarvex_switch_ipv4Host_get_entry, hop_actions,
+                                   std::make_tuple(p4_pd_tarvex_switch_ipv4Host_table_add_with_setNextHop,
+                                                   p4_pd_tarvex_switch_ipv4Host_table_add_with_setNextHop2,
+                                                   p4_pd_tarvex_switch_ipv4Host_table_add_with_setNextHop3,
+                                                   p4_pd_tarvex_switch_ipv4Host_table_add_with_setEcmp));
 
-const typed_table_access ipv6_host(table_functions{
-    fib_table::ipv6_host, p4_pd_tarvex_switch_ipv6Host_get_mat_table_handle,
-    p4_pd_tarvex_switch_ipv6Host_get_first_entry_handle, p4_pd_tarvex_switch_ipv6Host_get_next_entry_handles,
-    p4_pd_tarvex_switch_ipv6Host_get_entry, hop_actions,
-    std::make_tuple(p4_pd_tarvex_switch_ipv6Host_table_add_with_setNextHop,
-                    p4_pd_tarvex_switch_ipv6Host_table_add_with_setNextHop2,
-                    p4_pd_tarvex_switch_ipv6Host_table_add_with_setNextHop3,
-                    p4_pd_tarvex_switch_ipv6Host_table_add_with_setEcmp)});
+const typed_table_access ipv6_host(fib_table::ipv6_host, p4_pd_tarvex_switch_ipv6Host_get_mat_table_handle,
+                                   p4_pd_tarvex_switch_ipv6Host_get_first_entry_handle,
+                                   p4_pd_tarvex_switch_ipv6Host_get_next_entry_handles,
+                                   p4_pd_tarvex_switch_ipv6Host_get_entry, hop_actions,
+                                   std::make_tuple(p4_pd_tarvex_switch_ipv6Host_table_add_with_setNextHop,
+                                                   p4_pd_tarvex_switch_ipv6Host_table_add_with_setNextHop2,
+                                                   p4_pd_tarvex_switch_ipv6Host_table_add_with_setNextHop3,
+                                                   p4_pd_tarvex_switch_ipv6Host_table_add_with_setEcmp));
 
-const typed_table_access ipv4_partition(table_functions{
-    fib_table::ipv4_partition,
-    p4_pd_tarvex_switch_ipv4Partition_get_mat_table_handle,
-    p4_pd_tarvex_switch_ipv4Partition_get_first_entry_handle,
-    p4_pd_tarvex_switch_ipv4Partition_get_next_entry_handles,
+const typed_table_access ipv4_partition(
+    fib_table::ipv4_partition, p4_pd_tarvex_switch_ipv4Partition_get_mat_table_handle,
+    p4_pd_tarvex_switch_ipv4Partition_get_first_entry_handle, p4_pd_tarvex_switch_ipv4Partition_get_next_entry_handles,
     p4_pd_tarvex_switch_ipv4Partition_get_entry,
     {{"p4_pd_tarvex_switch_setIpv4PrtIdxNextHop", "p4_pd_tarvex_switch_setIpv4PrtIdxNextHop2",
       "p4_pd_tarvex_switch_setIpv4PrtIdxNextHop3", "p4_pd_tarvex_switch_setIpv4PrtIdxEcmp",
@@ -40,35 +38,31 @@ const typed_table_access ipv4_partition(table_functions{
                     p4_pd_tarvex_switch_ipv4Partition_table_add_with_setIpv4PrtIdxNextHop2,
                     p4_pd_tarvex_switch_ipv4Partition_table_add_with_setIpv4PrtIdxNextHop3,
                     p4_pd_tarvex_switch_ipv4Partition_table_add_with_setIpv4PrtIdxEcmp,
-                    p4_pd_tarvex_switch_ipv4Partition_table_add_with_setIpv4PartIdx)});
+                    p4_pd_tarvex_switch_ipv4Partition_table_add_with_setIpv4PartIdx));
 
-const typed_table_access ipv6_partition(table_functions{
-    fib_table::ipv6_partition,
-    p4_pd_tarvex_switch_ipv6Partition_get_mat_table_handle,
-    p4_pd_tarvex_switch_ipv6Partition_get_first_entry_handle,
-    p4_pd_tarvex_switch_ipv6Partition_get_next_entry_handles,
+const typed_table_access ipv6_partition(
+    fib_table::ipv6_partition, p4_pd_tarvex_switch_ipv6Partition_get_mat_table_handle,
+    p4_pd_tarvex_switch_ipv6Partition_get_first_entry_handle, p4_pd_tarvex_switch_ipv6Partition_get_next_entry_handles,
     p4_pd_tarvex_switch_ipv6Partition_get_entry,
     {{"p4_pd_tarvex_switch_setIpv6PrtIdxNextHop", "p4_pd_tarvex_switch_setIpv6PrtIdxNextHop2",
       "p4_pd_tarvex_switch_setIpv6PrtIdxNextHop3", "p4_pd_tarvex_switch_setIpv6PrtIdxEcmp"}},
     std::make_tuple(p4_pd_tarvex_switch_ipv6Partition_table_add_with_setIpv6PrtIdxNextHop,
                     p4_pd_tarvex_switch_ipv6Partition_table_add_with_setIpv6PrtIdxNextHop2,
                     p4_pd_tarvex_switch_ipv6Partition_table_add_with_setIpv6PrtIdxNextHop3,
-                    p4_pd_tarvex_switch_ipv6Partition_table_add_with_setIpv6PrtIdxEcmp)});
+                    p4_pd_tarvex_switch_ipv6Partition_table_add_with_setIpv6PrtIdxEcmp));
 
-const typed_table_access ipv6_lg_mask_partition(table_functions{
-    fib_table::ipv6_lg_mask_partition,
-    p4_pd_tarvex_switch_ipv6LgMaskPartition_get_mat_table_handle,
+const typed_table_access ipv6_lg_mask_partition(
+    fib_table::ipv6_lg_mask_partition, p4_pd_tarvex_switch_ipv6LgMaskPartition_get_mat_table_handle,
     p4_pd_tarvex_switch_ipv6LgMaskPartition_get_first_entry_handle,
-    p4_pd_tarvex_switch_ipv6LgMaskPartition_get_next_entry_handles,
-    p4_pd_tarvex_switch_ipv6LgMaskPartition_get_entry,
+    p4_pd_tarvex_switch_ipv6LgMaskPartition_get_next_entry_handles, p4_pd_tarvex_switch_ipv6LgMaskPartition_get_entry,
     {{"p4_pd_tarvex_switch_setIpv6LgMaskPrtIdxNextHop", "p4_pd_tarvex_switch_setIpv6LgMaskPrtIdxNextHop2",
       "p4_pd_tarvex_switch_setIpv6LgMaskPrtIdxNextHop3", "p4_pd_tarvex_switch_setIpv6LgMaskPrtIdxEcmp"}},
     std::make_tuple(p4_pd_tarvex_switch_ipv6LgMaskPartition_table_add_with_setIpv6LgMaskPrtIdxNextHop,
                     p4_pd_tarvex_switch_ipv6LgMaskPartition_table_add_with_setIpv6LgMaskPrtIdxNextHop2,
                     p4_pd_tarvex_switch_ipv6LgMaskPartition_table_add_with_setIpv6LgMaskPrtIdxNextHop3,
-                    p4_pd_tarvex_switch_ipv6LgMaskPartition_table_add_with_setIpv6LgMaskPrtIdxEcmp)});
+                    p4_pd_tarvex_switch_ipv6LgMaskPartition_table_add_with_setIpv6LgMaskPrtIdxEcmp));
 
-const typed_table_access ipv4_final_resolve(table_functions{
+const typed_table_access ipv4_final_resolve(
     fib_table::ipv4_final_resolve, p4_pd_tarvex_switch_ipv4FinalResolve_get_mat_table_handle,
     p4_pd_tarvex_switch_ipv4FinalResolve_get_first_entry_handle,
     p4_pd_tarvex_switch_ipv4FinalResolve_get_next_entry_handles, p4_pd_tarvex_switch_ipv4FinalResolve_get_entry,
@@ -76,9 +70,9 @@ const typed_table_access ipv4_final_resolve(table_functions{
     std::make_tuple(p4_pd_tarvex_switch_ipv4FinalResolve_table_add_with_setNextHop,
                     p4_pd_tarvex_switch_ipv4FinalResolve_table_add_with_setNextHop2,
                     p4_pd_tarvex_switch_ipv4FinalResolve_table_add_with_setNextHop3,
-                    p4_pd_tarvex_switch_ipv4FinalResolve_table_add_with_setEcmp)});
+                    p4_pd_tarvex_switch_ipv4FinalResolve_table_add_with_setEcmp));
 
-const typed_table_access ipv6_lg_mask_final_resolve(table_functions{
+const typed_table_access ipv6_lg_mask_final_resolve(
     fib_table::ipv6_lg_mask_final_resolve, p4_pd_tarvex_switch_ipv6LgMaskFinalResolve_get_mat_table_handle,
     p4_pd_tarvex_switch_ipv6LgMaskFinalResolve_get_first_entry_handle,
     p4_pd_tarvex_switch_ipv6LgMaskFinalResolve_get_next_entry_handles,
@@ -86,9 +80,9 @@ const typed_table_access ipv6_lg_mask_final_resolve(table_functions{
     std::make_tuple(p4_pd_tarvex_switch_ipv6LgMaskFinalResolve_table_add_with_setNextHop,
                     p4_pd_tarvex_switch_ipv6LgMaskFinalResolve_table_add_with_setNextHop2,
                     p4_pd_tarvex_switch_ipv6LgMaskFinalResolve_table_add_with_setNextHop3,
-                    p4_pd_tarvex_switch_ipv6LgMaskFinalResolve_table_add_with_setEcmp)});
+                    p4_pd_tarvex_switch_ipv6LgMaskFinalResolve_table_add_with_setEcmp));
 
-const typed_table_access ipv6_final_resolve(table_functions{
+const typed_table_access ipv6_final_resolve(
     fib_table::ipv6_final_resolve, p4_pd_tarvex_switch_ipv6FinalResolve_get_mat_table_handle,
     p4_pd_tarvex_switch_ipv6FinalResolve_get_first_entry_handle,
     p4_pd_tarvex_switch_ipv6FinalResolve_get_next_entry_handles, p4_pd_tarvex_switch_ipv6FinalResolve_get_entry,
@@ -96,9 +90,9 @@ const typed_table_access ipv6_final_resolve(table_functions{
     std::make_tuple(p4_pd_tarvex_switch_ipv6FinalResolve_table_add_with_setNextHop,
                     p4_pd_tarvex_switch_ipv6FinalResolve_table_add_with_setNextHop2,
                     p4_pd_tarvex_switch_ipv6FinalResolve_table_add_with_setNextHop3,
-                    p4_pd_tarvex_switch_ipv6FinalResolve_table_add_with_setEcmp)});
+                    p4_pd_tarvex_switch_ipv6FinalResolve_table_add_with_setEcmp));
 
-const typed_table_access ipv4_short_mask_lpm(table_functions{
+const typed_table_access ipv4_short_mask_lpm(
     fib_table::ipv4_short_mask_lpm, p4_pd_tarvex_switch_ipv4ShortMaskLpm_get_mat_table_handle,
     p4_pd_tarvex_switch_ipv4ShortMaskLpm_get_first_entry_handle,
     p4_pd_tarvex_switch_ipv4ShortMaskLpm_get_next_entry_handles, p4_pd_tarvex_switch_ipv4ShortMaskLpm_get_entry,
@@ -106,9 +100,9 @@ const typed_table_access ipv4_short_mask_lpm(table_functions{
     std::make_tuple(p4_pd_tarvex_switch_ipv4ShortMaskLpm_table_add_with_setNextHop,
                     p4_pd_tarvex_switch_ipv4ShortMaskLpm_table_add_with_setNextHop2,
                     p4_pd_tarvex_switch_ipv4ShortMaskLpm_table_add_with_setNextHop3,
-                    p4_pd_tarvex_switch_ipv4ShortMaskLpm_table_add_with_setEcmp)});
+                    p4_pd_tarvex_switch_ipv4ShortMaskLpm_table_add_with_setEcmp));
 
-const typed_table_access ipv6_short_mask_lpm(table_functions{
+const typed_table_access ipv6_short_mask_lpm(
     fib_table::ipv6_short_mask_lpm, p4_pd_tarvex_switch_ipv6ShortMaskLpm_get_mat_table_handle,
     p4_pd_tarvex_switch_ipv6ShortMaskLpm_get_first_entry_handle,
     p4_pd_tarvex_switch_ipv6ShortMaskLpm_get_next_entry_handles, p4_pd_tarvex_switch_ipv6ShortMaskLpm_get_entry,
@@ -116,7 +110,7 @@ const typed_table_access ipv6_short_mask_lpm(table_functions{
     std::make_tuple(p4_pd_tarvex_switch_ipv6ShortMaskLpm_table_add_with_setNextHop,
                     p4_pd_tarvex_switch_ipv6ShortMaskLpm_table_add_with_setNextHop2,
                     p4_pd_tarvex_switch_ipv6ShortMaskLpm_table_add_with_setNextHop3,
-                    p4_pd_tarvex_switch_ipv6ShortMaskLpm_table_add_with_setEcmp)});
+                    p4_pd_tarvex_switch_ipv6ShortMaskLpm_table_add_with_setEcmp));
 
 }  // namespace
 

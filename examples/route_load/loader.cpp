@@ -36,6 +36,11 @@ std::string name_of(fib_table table, entry_handle handle)
   return std::string(table_name(table)) + ", entry handle " + std::to_string(handle);
 }
 
+std::string told(const fib_entry &got, const fib_entry &wanted)
+{
+  return got == wanted ? "with other bytes between the members of its structures" : "as " + to_string(got);
+}
+
 }  // namespace
 
 std::vector<entry_handle> program(fib_switch &device, std::span<const fib_entry> entries,
@@ -73,8 +78,8 @@ std::uint64_t read_back(fib_switch &device, std::span<const fib_entry> entries, 
       } else {
         item->found = true;
         if (!device.reads_back_as(*item->entry, handle)) {
-          found.add(name_of(table, handle) + ": should be " + to_string(*item->entry) + ", reads back as " +
-                    to_string(device.read(table, handle)));
+          found.add(name_of(table, handle) + ": should be " + to_string(*item->entry) + ", reads back " +
+                    told(device.read(table, handle), *item->entry));
         }
       }
     }

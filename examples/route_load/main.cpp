@@ -38,7 +38,7 @@ void tell_first(std::uint64_t count, const Things &things, const char *what, Tex
   if (count > told) std::fprintf(stderr, "... and %" PRIu64 " more %s\n", count - told, what);
 }
 
-/// Runs a step under a progress bar of its own and gives its result; adds a line of its seconds.
+/// Runs a step under a progress bar of its own, takes its seconds, and gives its result.
 template <typename Step>
 auto timed(const char *label, double &seconds, Step step)
 {
@@ -126,6 +126,7 @@ exit_status run(const options &wanted)
 
 int main(int argc, char **argv)
 try {
+  std::setvbuf(stdout, nullptr, _IOLBF, 0);  // in step with standard error where both go to one file
   const options wanted = parse_options({argv + 1, static_cast<std::size_t>(argc > 0 ? argc - 1 : 0)});
   if (wanted.help) {
     std::fputs(usage_text, stdout);

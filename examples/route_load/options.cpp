@@ -28,7 +28,8 @@ Programs the routes of FILE into the forwarding tables of a stand-in switch, rea
 addresses through the tables, and compares both with the file.
 
 FILE holds lines 'prefix, blank or tab, origin AS number', plain or gzip; ';' and '#' begin a comment. Of a prefix given
-twice the later line counts. The next hop of a route is made from its AS number.
+twice the later line counts. The next hop of a route is made from its AS number. Where the tables have no partition
+index left for a block of addresses, its routes are named as not loaded and left out of the comparison.
 
   --strict      a bad line ends the run before anything is loaded (otherwise it is named, counted and passed over)
   --seed N      picks other addresses to resolve (default 1)

@@ -133,9 +133,10 @@ route_list read_route_file(const std::string &path, const progress_report &progr
     const auto order = a.destination <=> b.destination;
     return order != 0 ? order < 0 : a.line > b.line;
   });
-  const auto repeated = std::ranges::unique(list.routes, {}, &route::destination);
-  list.duplicates = repeated.size();
-  list.routes.erase(repeated.begin(), repeated.end());
+  const auto repeated = std::unique(list.routes.begin(), list.routes.end(),
+                                    [](const route &a, const route &b) { return a.destination == b.destination; });
+  list.duplicates = static_cast<std::uint64_t>(list.routes.end() - repeated);
+  list.routes.erase(repeated, list.routes.end());
   return list;
 }
 

@@ -36,29 +36,36 @@ class table_access {
                               bool &same) const = 0;
 };
 
-/// The functions of one table. `add` stands in the order of hop_kind; a fifth one is the action of a partition index
-/// and no result.
-template <typename Key, typename... Add>
-struct table_functions {
-  fib_table table;
-  pd_status_t (*get_handle)(std::uint32_t *);
-  pd_status_t (*get_first)(pd_sess_hdl_t, pd_dev_tgt_t, pd_entry_hdl_t *);
-  pd_status_t (*get_next)(pd_sess_hdl_t, pd_dev_tgt_t, pd_entry_hdl_t, std::uint32_t, pd_entry_hdl_t *);
-  pd_status_t (*get_entry)(pd_sess_hdl_t, pd_dev_id_t, pd_entry_hdl_t, pd_flag8_t, Key *, char *, void *,
-                           std::uint32_t *, std::uint8_t *);
-  std::array<const char *, sizeof...(Add)> action_names;  // in the order of `add`
-  std::tuple<Add...> add;
-};
-
 template <typename Key, typename... Add>
 class typed_table_access final : public table_access {
  public:
-  explicit constexpr typed_table_access(const table_functions<Key, Add...> &functions) : functions_(functions) {}
+  using get_handle_function = pd_status_t (*)(std::uint32_t *);
+  using get_first_function = pd_status_t (*)(pd_sess_hdl_t, pd_dev_tgt_t, pd_entry_hdl_t *);
+  using get_next_function = pd_status_t (*)(pd_sess_hdl_t, pd_dev_tgt_t, pd_entry_hdl_t, std::uint32_t,
+                                            pd_entry_hdl_t *);
+  using get_entry_function = pd_status_t (*)(pd_sess_hdl_t, pd_dev_id_t, pd_entry_hdl_t, pd_flag8_t, Key *, char *,
+                                             void *, std::uint32_t *, std::uint8_t *);
+
+  /// `add` stands in the order of hop_kind; a fifth one is the action of a partition index and no result.
+  /// `action_names` stands in the order of `add`.
+  constexpr typed_table_access(fib_table table, get_handle_function get_handle, get_first_function get_first,
+                               get_next_function get_next, get_entry_function get_entry,
+                               const std::array<const char *, sizeof...(Add)> &action_names,
+                               const std::tuple<Add...> &add)
+      : table_(table),
+        get_handle_(get_handle),
+        get_first_(get_first),
+        get_next_(get_next),
+        get_entry_(get_entry),
+        action_names_(action_names),
+        add_(add)
+  {
+  }
 
   std::uint32_t table_handle() const override
   {
     std::uint32_t handle = 0;
-    functions_.get_handle(&handle);
+    get_handle_(&handle);
     return handle;
   }
 
@@ -71,13 +78,12 @@ class typed_table_access final : public table_access {
 
   pd_status_t first(const switch_target &from, pd_entry_hdl_t &handle) const override
   {
-    return functions_.get_first(from.session, from.all_pipes, &handle);
+    return get_first_(from.session, from.all_pipes, &handle);
   }
 
   pd_status_t next(const switch_target &from, pd_entry_hdl_t after, std::span<pd_entry_hdl_t> handles) const override
   {
-    return functions_.get_next(from.session, from.all_pipes, after, static_cast<std::uint32_t>(handles.size()),
-                               handles.data());
+    return get_next_(from.session, from.all_pipes, after, static_cast<std::uint32_t>(handles.size()), handles.data());
   }
 
   pd_status_t read(const switch_target &from, pd_entry_hdl_t handle, fib_entry &entry) const override
@@ -85,7 +91,7 @@ class typed_table_access final : public table_access {
     raw_entry raw;
     const pd_status_t status = fetch(from, handle, raw);
     if (status != BF_SUCCESS) return status;
-    entry.table = functions_.table;
+    entry.table = table_;
     entry.destination = destination_of(raw.key);
     if constexpr (requires(Key k) { k.ingIpv4_fibPartitionIndex; }) {
       entry.partition_index = raw.key.ingIpv4_fibPartitionIndex;
@@ -104,7 +110,8 @@ class typed_table_access final : public table_access {
     raw_entry raw;
     const pd_status_t status = fetch(from, handle, raw);
     if (status != BF_SUCCESS) return status;
-    const Key key = key_of(expected);
+    Key key;
+    fill_key(expected, key);
     const std::size_t action = action_of(expected);
     same = raw.no_key == 0 && std::memcmp(&raw.key, &key, sizeof key) == 0 && action_numbered(raw.action) == action;
     with_action(action, [&](auto function) { same = same && has_parameters_of(function, raw, expected); });
@@ -123,8 +130,8 @@ class typed_table_access final : public table_access {
   pd_status_t fetch(const switch_target &from, pd_entry_hdl_t handle, raw_entry &raw) const
   {
     std::memset(&raw, 0xa5, sizeof raw);
-    return functions_.get_entry(from.session, from.device, handle, 0, &raw.key, nullptr, raw.parameters.data(),
-                                &raw.action, &raw.no_key);
+    return get_entry_(from.session, from.device, handle, 0, &raw.key, nullptr, raw.parameters.data(), &raw.action,
+                      &raw.no_key);
   }
 
   static std::size_t action_of(const fib_entry &entry)
@@ -137,7 +144,7 @@ class typed_table_access final : public table_access {
   {
     const char *name = p4_pd_tarvex_switch_action_enum_to_string(action);
     std::size_t number = 0;
-    while (number < sizeof...(Add) && (name == nullptr || std::strcmp(name, functions_.action_names[number]) != 0)) {
+    while (number < sizeof...(Add) && (name == nullptr || std::strcmp(name, action_names_[number]) != 0)) {
       ++number;
     }
     return number;
@@ -147,21 +154,14 @@ class typed_table_access final : public table_access {
   void with_action(std::size_t number, Use use) const
   {
     std::size_t at = 0;
-    std::apply([&](auto... function) { ((at++ == number && (use(function), true)) || ...); }, functions_.add);
+    std::apply([&](auto... function) { ((at++ == number ? use(function) : void()), ...); }, add_);
   }
 
-  template <typename Structure>
-  static Structure cleared()
-  {
-    Structure result;
-    std::memset(&result, 0, sizeof result);
-    return result;
-  }
-
-  static Key key_of(const fib_entry &entry)
+  // Structures are filled in place: a copy need not keep the bytes between the members, which are compared too.
+  static void fill_key(const fib_entry &entry, Key &key)
   {
     const auto bytes = address_bytes(entry.destination.addr);
-    Key key = cleared<Key>();
+    std::memset(&key, 0, sizeof key);
     if constexpr (requires { key.l3Info_vrfId; }) key.l3Info_vrfId = load_vrf;
     if constexpr (requires { key.ingIpv4_fibPartitionIndex; }) key.ingIpv4_fibPartitionIndex = entry.partition_index;
     if constexpr (requires { key.ingIpv6_fibPartitionIndex; }) key.ingIpv6_fibPartitionIndex = entry.partition_index;
@@ -172,7 +172,6 @@ class typed_table_access final : public table_access {
     if constexpr (requires { key.ingIpv4_dipAndVrf_prefix_length; })
       key.ingIpv4_dipAndVrf_prefix_length = entry.destination.length;
     if constexpr (requires { key.ingIpv6_dip_prefix_length; }) key.ingIpv6_dip_prefix_length = entry.destination.length;
-    return key;
   }
 
   static prefix destination_of(const Key &key)
@@ -192,14 +191,13 @@ class typed_table_access final : public table_access {
   }
 
   template <typename Parameters>
-  static Parameters parameters_of(const fib_entry &entry)
+  static void fill_parameters(const fib_entry &entry, Parameters &parameters)
   {
-    auto parameters = cleared<Parameters>();
+    std::memset(&parameters, 0, sizeof parameters);
     if constexpr (requires { parameters.action_partitionIndex; })
       parameters.action_partitionIndex = entry.partition_index;
     if constexpr (requires { parameters.action_nextHop; }) parameters.action_nextHop = entry.result.value;
     if constexpr (requires { parameters.action_ecmpGroup; }) parameters.action_ecmpGroup = entry.result.value;
-    return parameters;
   }
 
   // An add function tells its action's structure; on a table with idle time it takes a ttl too.
@@ -218,8 +216,10 @@ class typed_table_access final : public table_access {
   static pd_status_t call_add(Function function, const switch_target &to, const fib_entry &entry,
                               pd_entry_hdl_t &handle)
   {
-    const Key key = key_of(entry);
-    const auto parameters = parameters_of<decltype(structure_of(function))>(entry);
+    Key key;
+    fill_key(entry, key);
+    decltype(structure_of(function)) parameters;
+    fill_parameters(entry, parameters);
     if constexpr (requires { function(to.session, to.all_pipes, &key, &parameters, &handle); }) {
       return function(to.session, to.all_pipes, &key, &parameters, &handle);
     } else {
@@ -230,7 +230,8 @@ class typed_table_access final : public table_access {
   template <typename Function>
   static bool has_parameters_of(Function function, const raw_entry &raw, const fib_entry &expected)
   {
-    const auto parameters = parameters_of<decltype(structure_of(function))>(expected);
+    decltype(structure_of(function)) parameters;
+    fill_parameters(expected, parameters);
     static_assert(sizeof parameters <= sizeof raw.parameters);
     return std::memcmp(&parameters, raw.parameters.data(), sizeof parameters) == 0;
   }
@@ -247,7 +248,13 @@ class typed_table_access final : public table_access {
     if constexpr (requires { parameters.action_ecmpGroup; }) entry.result.value = parameters.action_ecmpGroup;
   }
 
-  table_functions<Key, Add...> functions_;
+  fib_table table_;
+  get_handle_function get_handle_;
+  get_first_function get_first_;
+  get_next_function get_next_;
+  get_entry_function get_entry_;
+  std::array<const char *, sizeof...(Add)> action_names_;
+  std::tuple<Add...> add_;
 };
 
 /// Of the table in the library.

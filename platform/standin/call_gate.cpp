@@ -5,6 +5,8 @@
 
 #include <mutex>
 
+#include "tarvex_standin/standin.h"
+
 namespace tarvex::standin {
 namespace {
 

@@ -6,7 +6,7 @@
 #include <atomic>
 #include <cstdint>
 
-#include "driver_exports.h"
+#include "tarvex_platform/driver.h"
 
 namespace tarvex::standin {
 

@@ -14,12 +14,13 @@
 #include <vector>
 
 #include "call_gate.h"
-#include "driver_exports.h"
 #include "match_table.h"
 #include "pipeline.h"
 #include "profile.h"
 #include "resources.h"
 #include "services.h"
+#include "tarvex_platform/driver.h"
+#include "tarvex_standin/standin.h"
 
 namespace tarvex::standin {
 

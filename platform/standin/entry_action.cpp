@@ -16,10 +16,10 @@ pd_status_t check_reference(device &dev, match_table &table, const pipeline_acti
   if (spec.act_kinds == DRV_ACT_MEMBER) {
     const member *const found = owner->members.find(spec.mbr_hdl);
     if (found == nullptr) return STANDIN_NO_MEMBER;
-    return found->action->handle == action.handle ? BF_SUCCESS : STANDIN_BAD_ACTION;
+    return require(found->action->handle == action.handle, STANDIN_BAD_ACTION);
   }
   if (spec.act_kinds != DRV_ACT_GROUP) return STANDIN_BAD_ACTION;
-  return owner->groups.find(spec.grp_hdl) == nullptr ? STANDIN_NO_GROUP : BF_SUCCESS;
+  return require(owner->groups.find(spec.grp_hdl) != nullptr, STANDIN_NO_GROUP);
 }
 
 /// Takes a reference off the list, keeping the order of the others.
@@ -37,9 +37,9 @@ pd_status_t check_resource(device &dev, const match_table &table, const drv_res_
 {
   const pipeline_resource *const row = table.layout().resource(spec.res_hdl);
   if (row == nullptr || spec.res_tag > DRV_RES_DETACHED) return STANDIN_BAD_RESOURCE;
-  if (row->direct || spec.res_tag != DRV_RES_ATTACHED) return BF_SUCCESS;
+  if (row->direct || spec.res_tag != DRV_RES_ATTACHED) return success;
   const indirect_resource *const cells = dev.resource(row->handle, row->kind);
-  return spec.res_index < cells->limit ? BF_SUCCESS : STANDIN_BAD_INDEX;
+  return require(spec.res_index < cells->limit, STANDIN_BAD_INDEX);
 }
 
 pd_status_t check_action(device &dev, match_table &table, std::uint32_t act_hdl, const drv_action_spec_t *spec,
@@ -58,7 +58,7 @@ pd_status_t check_action(device &dev, match_table &table, std::uint32_t act_hdl,
   if (spec->res_count > DRV_ACTION_MAX_RES) return STANDIN_BAD_ARGUMENT;
   for (std::uint32_t i = 0; i < spec->res_count; ++i)
     if (const pd_status_t status = check_resource(dev, table, spec->res[i])) return status;
-  return BF_SUCCESS;
+  return success;
 }
 
 void apply_resource(entry_view entry, const drv_res_spec_t &spec)

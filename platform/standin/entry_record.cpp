@@ -69,7 +69,7 @@ pd_status_t deliver(const action_record &record, drv_act_data_t *data, std::uint
   data->data_bytes = record.data_bytes;
   if (record.data_bytes != 0) std::memcpy(data->data, record.data, record.data_bytes);
   *act_hdl = record.action;
-  return BF_SUCCESS;
+  return success;
 }
 
 pd_status_t deliver(const entry_record &record, drv_match_spec_t *key, drv_action_spec_t *action,
@@ -100,7 +100,7 @@ pd_status_t deliver(const entry_record &record, drv_match_spec_t *key, drv_actio
   action->grp_hdl = record.kind == DRV_ACT_GROUP ? record.reference : 0;
   action->res_count = record.resource_count;
   for (std::uint32_t i = 0; i < record.resource_count; ++i) action->res[i] = record.resources[i];
-  return BF_SUCCESS;
+  return success;
 }
 
 }  // namespace tarvex::standin

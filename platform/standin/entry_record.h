@@ -7,9 +7,9 @@
 #include <cstdint>
 #include <vector>
 
-#include "driver_exports.h"
 #include "match_table.h"
 #include "profile.h"
+#include "tarvex_platform/driver.h"
 
 namespace tarvex::standin {
 

@@ -9,8 +9,8 @@
 #include <span>
 #include <vector>
 
-#include "driver_exports.h"
 #include "pipeline.h"
+#include "tarvex_platform/driver.h"
 
 namespace tarvex::standin {
 

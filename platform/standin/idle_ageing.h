@@ -10,8 +10,8 @@ namespace tarvex::standin {
 /// Whether an entry of the table can have the ttl: 0 alone without idle time, else what the table's setting allows.
 inline pd_status_t check_ttl(const match_table &table, std::uint32_t ttl)
 {
-  if (!table.row().idle_time) return ttl == 0 ? BF_SUCCESS : STANDIN_NOT_ENABLED;
-  return table.idle.largest_ttl == 0 || ttl <= table.idle.largest_ttl ? BF_SUCCESS : STANDIN_BAD_ARGUMENT;
+  if (!table.row().idle_time) return require(ttl == 0, STANDIN_NOT_ENABLED);
+  return require(table.idle.largest_ttl == 0 || ttl <= table.idle.largest_ttl, STANDIN_BAD_ARGUMENT);
 }
 
 /// A packet hits an entry of a table with idle time.

@@ -62,7 +62,7 @@ pd_status_t pipe_mgr_idle_tmo_enable(pd_sess_hdl_t, uint32_t dev_id, uint32_t tb
     idle.waiting = 0;
     if (params.word_4 != 0)
       idle.expired = {reinterpret_cast<pd_callback_t>(params.word_4), reinterpret_cast<void *>(params.word_5)};
-    return BF_SUCCESS;
+    return success;
   });
 }
 
@@ -71,7 +71,7 @@ pd_status_t pipe_mgr_idle_tmo_disable(pd_sess_hdl_t, uint32_t dev_id, uint32_t t
   return serve_idle(__func__, dev_id, tbl_hdl, [&](device &, match_table &table) -> pd_status_t {
     if (!table.idle.enabled) return STANDIN_NOT_ENABLED;
     table.idle.enabled = false;
-    return BF_SUCCESS;
+    return success;
   });
 }
 
@@ -80,7 +80,7 @@ pd_status_t pipe_mgr_idle_register_tmo_cb(pd_sess_hdl_t, uint32_t dev_id, uint32
 {
   return serve_idle(__func__, dev_id, tbl_hdl, [&](device &, match_table &table) {
     table.idle.expired = {cb, cookie};
-    return pd_status_t{BF_SUCCESS};
+    return success;
   });
 }
 
@@ -95,7 +95,7 @@ pd_status_t pipe_mgr_idle_time_update_hit_state(pd_sess_hdl_t, uint32_t dev_id, 
     });
     dev.notify<standin_done_cb_t>({reinterpret_cast<pd_callback_t>(first), reinterpret_cast<void *>(second)}, dev.id,
                                   tbl_hdl);
-    return BF_SUCCESS;
+    return success;
   });
 }
 
@@ -107,7 +107,7 @@ pd_status_t pipe_mgr_idle_time_get_hit_state(pd_sess_hdl_t, uint32_t dev_id, uin
                             if (hit_state == nullptr) return STANDIN_BAD_ARGUMENT;
                             if (!table.idle.enabled) return STANDIN_NOT_ENABLED;
                             *hit_state = entry.head().active;
-                            return BF_SUCCESS;
+                            return success;
                           });
 }
 
@@ -127,7 +127,7 @@ pd_status_t pipe_mgr_mat_ent_get_idle_ttl(pd_sess_hdl_t, uint32_t dev_id, uint32
   return serve_idle_entry(__func__, dev_id, tbl_hdl, entry_hdl, [&](match_table &, entry_view entry) -> pd_status_t {
     if (ttl == nullptr) return STANDIN_BAD_ARGUMENT;
     *ttl = entry.idle().left;
-    return BF_SUCCESS;
+    return success;
   });
 }
 
@@ -136,11 +136,11 @@ pd_status_t standin_idle_advance(uint32_t milliseconds)
   for (std::uint32_t dev_id = 0; dev_id < most_devices; ++dev_id) {
     const pd_status_t status = on_device(dev_id, [&](device &dev) {
       for (match_table &table : dev.tables) age(dev, table, milliseconds);
-      return pd_status_t{BF_SUCCESS};
+      return success;
     });
     if (status != BF_SUCCESS && status != STANDIN_NO_DEVICE) return status;
   }
-  return BF_SUCCESS;
+  return success;
 }
 
 pd_status_t standin_entry_hit(uint32_t dev_id, uint32_t tbl_hdl, pd_entry_hdl_t entry_hdl)
@@ -149,6 +149,6 @@ pd_status_t standin_entry_hit(uint32_t dev_id, uint32_t tbl_hdl, pd_entry_hdl_t 
     if (!table.row().idle_time) return STANDIN_NOT_ENABLED;
     if (!table.slots().holds(entry_hdl)) return STANDIN_NO_ENTRY;
     hit(table.at(entry_hdl));
-    return BF_SUCCESS;
+    return success;
   });
 }

@@ -29,7 +29,7 @@ pd_status_t set_action(device &dev, match_table &table, std::uint32_t handle, st
   if (const pd_status_t status = check_action(dev, table, act_hdl, spec, action_place::entry)) return status;
   apply_action(dev, table, table.at(handle), act_hdl, *spec);
   tell(dev, table, handle, STANDIN_CHANGED);
-  return BF_SUCCESS;
+  return success;
 }
 
 pd_status_t erase(device &dev, match_table &table, std::uint32_t handle)
@@ -37,7 +37,7 @@ pd_status_t erase(device &dev, match_table &table, std::uint32_t handle)
   tell(dev, table, handle, STANDIN_DELETED);
   release_reference(dev, table, table.at(handle));
   table.erase(handle);
-  return BF_SUCCESS;
+  return success;
 }
 
 }  // namespace
@@ -59,7 +59,7 @@ pd_status_t pipe_mgr_mat_ent_add(pd_sess_hdl_t, pd_dev_tgt_t dev_tgt, uint32_t t
     apply_action(dev, table, entry, act_hdl, *action_spec);
     if (table.row().idle_time) entry.idle() = {ttl, ttl};
     tell(dev, table, *entry_hdl, STANDIN_ADDED);
-    return BF_SUCCESS;
+    return success;
   });
 }
 
@@ -118,7 +118,7 @@ pd_status_t pipe_mgr_mat_default_entry_set(pd_sess_hdl_t, pd_dev_tgt_t dev_tgt, 
     *entry_hdl = table.make_default();
     apply_action(dev, table, table.at(*entry_hdl), act_hdl, *action_spec);
     tell(dev, table, *entry_hdl, STANDIN_DEFAULT_SET);
-    return BF_SUCCESS;
+    return success;
   });
 }
 
@@ -126,11 +126,11 @@ pd_status_t pipe_mgr_mat_tbl_default_entry_reset(pd_sess_hdl_t, pd_dev_tgt_t dev
 {
   return serve_table(__func__, device_of(dev_tgt), tbl_hdl, [&](device &dev, match_table &table) -> pd_status_t {
     const std::uint32_t handle = table.default_handle();
-    if (handle == 0) return BF_SUCCESS;
+    if (handle == 0) return success;
     tell(dev, table, handle, STANDIN_DEFAULT_RESET);
     release_reference(dev, table, table.at(handle));
     table.drop_default();
-    return BF_SUCCESS;
+    return success;
   });
 }
 
@@ -141,6 +141,6 @@ pd_status_t pipe_mgr_table_get_default_entry_handle(pd_sess_hdl_t, pd_dev_tgt_t 
     if (entry_hdl == nullptr) return STANDIN_BAD_ARGUMENT;
     if (table.default_handle() == 0) return STANDIN_NO_ENTRY;
     *entry_hdl = table.default_handle();
-    return BF_SUCCESS;
+    return success;
   });
 }

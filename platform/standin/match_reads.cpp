@@ -34,7 +34,7 @@ pd_status_t pipe_mgr_get_entry_count(pd_sess_hdl_t, pd_dev_tgt_t dev_tgt, uint32
   return serve_slots(__func__, dev_tgt, tbl_hdl, [&](const slot_pool &pool) -> pd_status_t {
     if (count == nullptr) return STANDIN_BAD_ARGUMENT;
     *count = pool.size();
-    return BF_SUCCESS;
+    return success;
   });
 }
 
@@ -60,7 +60,7 @@ pd_status_t pipe_mgr_tbl_set_property(pd_sess_hdl_t, uint32_t dev_id, uint32_t t
 {
   return serve_table(__func__, dev_id, tbl_hdl, [&](device &, match_table &table) {
     table.properties[property] = {value, argument};
-    return pd_status_t{BF_SUCCESS};
+    return success;
   });
 }
 
@@ -73,7 +73,7 @@ pd_status_t pipe_mgr_tbl_get_property(pd_sess_hdl_t, uint32_t dev_id, uint32_t t
     if (found == table.properties.end()) return STANDIN_NO_PROPERTY;
     *value = found->second.first;
     *argument = found->second.second;
-    return BF_SUCCESS;
+    return success;
   });
 }
 
@@ -82,6 +82,6 @@ pd_status_t pipe_register_mat_update_cb(pd_sess_hdl_t, uint32_t dev_id, uint32_t
 {
   return serve_table(__func__, dev_id, tbl_hdl, [&](device &, match_table &table) {
     table.updated = {cb, cookie};
-    return pd_status_t{BF_SUCCESS};
+    return success;
   });
 }

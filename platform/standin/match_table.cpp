@@ -46,7 +46,7 @@ pd_status_t match_table::check_key(const drv_match_spec_t *key) const
   if (key->key_value == nullptr || key->key_mask == nullptr) return STANDIN_BAD_ARGUMENT;
   if (row_->live_partition == 0 && key->partition_index != 0) return STANDIN_BAD_KEY;
   const bool full = std::all_of(key->key_mask, key->key_mask + key->key_bytes, [](auto byte) { return byte == 0xff; });
-  return layout_.stores_mask || full ? BF_SUCCESS : STANDIN_BAD_KEY;
+  return require(layout_.stores_mask || full, STANDIN_BAD_KEY);
 }
 
 std::string_view match_table::live_mask(const std::uint8_t *mask)
@@ -93,7 +93,7 @@ pd_status_t match_table::find(const drv_match_spec_t &key, std::uint32_t *handle
       find_in(group->second, mask, hash_under(mask, key.key_value, key.partition_index), key);
   if (slot == 0) return STANDIN_NO_ENTRY;
   *handle = slots_.handle_at(slot);
-  return BF_SUCCESS;
+  return success;
 }
 
 pd_status_t match_table::insert(const drv_match_spec_t &key, std::uint32_t *handle)
@@ -119,7 +119,7 @@ pd_status_t match_table::insert(const drv_match_spec_t &key, std::uint32_t *hand
   if (layout_.stores_mask) std::memcpy(entry.mask(), key.key_mask, key.key_bytes);
   group->second.index.put(hash, slot);
   group->second.best_priority = std::min(group->second.best_priority, key.priority);
-  return BF_SUCCESS;
+  return success;
 }
 
 void match_table::erase(std::uint32_t handle)
@@ -151,7 +151,7 @@ pd_status_t match_table::lookup(const std::uint8_t *key, std::uint32_t partition
   }
   if (best == 0) return STANDIN_NO_ENTRY;
   *handle = slots_.handle_at(best);
-  return BF_SUCCESS;
+  return success;
 }
 
 std::uint32_t match_table::make_default()

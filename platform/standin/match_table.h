@@ -9,11 +9,12 @@
 #include <string_view>
 #include <vector>
 
-#include "driver_exports.h"
 #include "entry_store.h"
 #include "key_index.h"
 #include "pipeline.h"
 #include "slot_pool.h"
+#include "tarvex_platform/driver.h"
+#include "tarvex_standin/standin.h"
 
 namespace tarvex::standin {
 

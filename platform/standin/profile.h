@@ -6,10 +6,11 @@
 #include <cstdint>
 #include <vector>
 
-#include "driver_exports.h"
 #include "match_table.h"
 #include "pipeline.h"
 #include "slot_pool.h"
+#include "tarvex_platform/driver.h"
+#include "tarvex_standin/standin.h"
 
 namespace tarvex::standin {
 
@@ -73,7 +74,7 @@ inline pd_status_t check_data(const pipeline_action &action, const drv_act_data_
 {
   const bool fits = data.data_bits == action.data_bits && data.data_bytes == action.data_bytes &&
                     (data.data_bytes == 0 || data.data != nullptr);
-  return fits ? BF_SUCCESS : STANDIN_BAD_ACTION;
+  return require(fits, STANDIN_BAD_ACTION);
 }
 
 }  // namespace tarvex::standin

@@ -7,6 +7,7 @@
 #include <cjson/cJSON.h>
 
 #include "device.h"
+#include "snapshots.h"
 
 namespace tarvex::standin {
 namespace {
@@ -42,9 +43,19 @@ std::vector<client> clients_now()
   return clients;
 }
 
+/// Drops a device with its snapshots; false where there is none.
+bool drop_device(std::uint32_t dev_id)
+{
+  std::unique_ptr<device> removed;
+  const std::lock_guard lock(place_of(dev_id)->mutex);
+  removed.swap(place_of(dev_id)->held);
+  drop_snapshots(dev_id);
+  return removed != nullptr;
+}
+
 pd_status_t check_device(std::uint32_t dev_id)
 {
-  return on_device(dev_id, [](device &) { return pd_status_t{BF_SUCCESS}; });
+  return on_device(dev_id, [](device &) { return success; });
 }
 
 /// A driver function on a client: body(client).
@@ -78,7 +89,7 @@ pd_status_t bf_drv_deregister(uint32_t client_hdl)
 {
   return serve_client(__func__, client_hdl, [&](registry &r, client &) -> pd_status_t {
     r.clients.erase(client_hdl);
-    return BF_SUCCESS;
+    return success;
   });
 }
 
@@ -88,7 +99,7 @@ pd_status_t bf_drv_client_register_callbacks(uint32_t client_hdl, const drv_clie
   return serve_client(__func__, client_hdl, [&](registry &, client &which) -> pd_status_t {
     if (callbacks == nullptr) return STANDIN_BAD_ARGUMENT;
     which.callbacks = *callbacks;
-    return BF_SUCCESS;
+    return success;
   });
 }
 
@@ -101,7 +112,7 @@ pd_status_t standin_device_add(uint32_t dev_id)
     const std::lock_guard lock(place->mutex);
     if (place->held != nullptr) return STANDIN_EXISTS;
     place->held = std::move(added);
-    return BF_SUCCESS;
+    return success;
   } catch (const std::bad_alloc &) {
     return STANDIN_NO_MEMORY;
   }
@@ -112,10 +123,7 @@ pd_status_t standin_device_remove(uint32_t dev_id)
   if (const pd_status_t status = check_device(dev_id)) return status;
   for (const client &each : clients_now())
     if (each.callbacks.dev_remove != nullptr) each.callbacks.dev_remove(dev_id);
-  std::unique_ptr<device> removed;
-  const std::lock_guard lock(place_of(dev_id)->mutex);
-  removed.swap(place_of(dev_id)->held);
-  return removed == nullptr ? STANDIN_NO_DEVICE : BF_SUCCESS;
+  return require(drop_device(dev_id), STANDIN_NO_DEVICE);
 }
 
 pd_status_t standin_device_log(uint32_t dev_id, cJSON *log)
@@ -150,11 +158,7 @@ pd_status_t standin_device_restore(uint32_t dev_id, cJSON *log)
 
 void standin_reset(void)
 {
-  for (std::uint32_t dev_id = 0; dev_id < most_devices; ++dev_id) {
-    std::unique_ptr<device> removed;
-    const std::lock_guard lock(place_of(dev_id)->mutex);
-    removed.swap(place_of(dev_id)->held);
-  }
+  for (std::uint32_t dev_id = 0; dev_id < most_devices; ++dev_id) drop_device(dev_id);
   {
     registry &r = the_registry();
     const std::lock_guard lock(r.mutex);

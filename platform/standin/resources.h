@@ -8,9 +8,9 @@
 #include <variant>
 #include <vector>
 
-#include "driver_exports.h"
 #include "entry_store.h"
 #include "pipeline.h"
+#include "tarvex_platform/driver.h"
 
 namespace tarvex::standin {
 

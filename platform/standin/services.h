@@ -9,9 +9,10 @@
 #include <span>
 #include <vector>
 
-#include "driver_exports.h"
 #include "match_table.h"
 #include "slot_pool.h"
+#include "tarvex_platform/driver.h"
+#include "tarvex_standin/standin.h"
 
 namespace tarvex::standin {
 
@@ -53,8 +54,7 @@ struct digest_block {
 struct device_services {
   std::map<std::uint32_t, hash_setting> hashes;  // by calculation
   slot_map<value_set_entry> value_set;
-  std::map<std::uint32_t, std::uint32_t> value_set_properties;
-  bool digest_registered = false;
+  std::map<std::pair<std::uint32_t, std::uint32_t>, std::uint32_t> value_set_properties;  // by property and argument
   pd_sess_hdl_t digest_session = 0;
   client_callback digest;
   std::vector<std::unique_ptr<digest_block>> digest_messages;

@@ -16,7 +16,7 @@ pd_status_t slot_pool::prepare()
     uses_.push_back(0);
     free_.push_back(static_cast<std::uint32_t>(uses_.size()));
   }
-  return BF_SUCCESS;
+  return success;
 }
 
 std::uint32_t slot_pool::take()
@@ -46,7 +46,7 @@ std::uint32_t slot_pool::after(std::uint32_t slot) const
 pd_status_t slot_pool::first(std::uint32_t *handle) const
 {
   *handle = after(0);
-  return *handle == STANDIN_NO_HANDLE ? STANDIN_END : BF_SUCCESS;
+  return require(*handle != STANDIN_NO_HANDLE, STANDIN_END);
 }
 
 pd_status_t slot_pool::next(std::uint32_t handle, std::uint32_t n, std::uint32_t *handles) const
@@ -58,7 +58,7 @@ pd_status_t slot_pool::next(std::uint32_t handle, std::uint32_t n, std::uint32_t
     handles[found] = at;
   }
   std::fill(handles + found, handles + n, STANDIN_NO_HANDLE);
-  return found == 0 && n != 0 ? STANDIN_END : BF_SUCCESS;
+  return require(found != 0 || n == 0, STANDIN_END);
 }
 
 }  // namespace tarvex::standin

@@ -8,7 +8,9 @@
 #include <utility>
 #include <vector>
 
-#include "driver_exports.h"
+#include "status.h"
+#include "tarvex_platform/driver.h"
+#include "tarvex_standin/standin.h"
 
 namespace tarvex::standin {
 
@@ -67,7 +69,7 @@ class slot_map {
     if (values_.size() < slots.reach()) values_.resize(slots.reach());
     *handle = slots.take();
     values_[slot_pool::slot_of(*handle) - 1] = std::move(value);
-    return BF_SUCCESS;
+    return success;
   }
 
   T *find(std::uint32_t handle)

@@ -4,7 +4,8 @@
 #include <atomic>
 #include <cstdlib>
 
-#include "driver_exports.h"
+#include "tarvex_platform/driver.h"
+#include "tarvex_standin/standin.h"
 
 namespace {
 

@@ -23,12 +23,12 @@ pd_status_t standin_size_limit(uint32_t dev_id, uint32_t hdl, uint32_t limit)
   return on_device(dev_id, [&](device &dev) -> pd_status_t {
     if (slot_pool *const pool = dev.slots(hdl)) {
       pool->limit(limit);
-      return BF_SUCCESS;
+      return success;
     }
     for (indirect_resource &each : dev.resources)
       if (each.row->handle == hdl) {
         each.limit = limit;
-        return BF_SUCCESS;
+        return success;
       }
     return STANDIN_NO_OBJECT;
   });

@@ -3,6 +3,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstring>
+
 #include "call_conventions.h"
 #include "meter_records.h"
 #include "rows.h"

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "register_values.h"
 
+#include <cstddef>
+
 #include "call_conventions.h"
 
 namespace tarvex::pd {

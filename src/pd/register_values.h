@@ -3,6 +3,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstdint>
+
 #include "tarvex_platform/driver.h"
 
 namespace tarvex::pd {

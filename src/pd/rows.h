@@ -101,6 +101,14 @@ struct register_row {
   std::uint32_t handle;
 };
 
+/// A hash calculation: its input handles are consecutive, one for each non-empty subset of its fields.
+struct hash_row {
+  std::uint32_t handle;
+  std::uint32_t first_input;
+  std::uint16_t field_count;
+  const std::uint8_t *common;  // common number of each of its own field numbers
+};
+
 /// Room for the largest action data, the same for every table on reads.
 inline constexpr std::size_t read_data_bytes = 28;
 

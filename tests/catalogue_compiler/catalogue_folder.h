@@ -36,7 +36,11 @@ class catalogue_folder {
     diagnostics diag;
     read_catalogue(path(), diag);
     std::vector<std::string> lines;
-    for (const std::string &line : diag.lines()) lines.push_back(line.substr(home_.string().size() + 1));
+    const std::string place = home_.string() + "/";
+    for (std::string line : diag.lines()) {
+      for (auto at = line.find(place); at != std::string::npos; at = line.find(place)) line.erase(at, place.size());
+      lines.push_back(line);
+    }
     return lines;
   }
 

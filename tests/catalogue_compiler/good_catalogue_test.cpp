@@ -11,6 +11,7 @@ using testing::TempDir;
 class good_catalogue : public testing::Test {
  protected:
   good_catalogue() : made(read_catalogue(folder.path(), diag)) {}
+  void SetUp() override { ASSERT_EQ(diag.lines(), std::vector<std::string>()); }
 
   catalogue_folder folder;
   diagnostics diag;
@@ -19,7 +20,6 @@ class good_catalogue : public testing::Test {
 
 TEST_F(good_catalogue, structures_are_laid_out_with_their_room)
 {
-  ASSERT_EQ(diag.lines(), std::vector<std::string>());
   const struct {
     const char *table;
     std::vector<std::size_t> members;
@@ -93,8 +93,8 @@ params = []
 )");
   folder.write("totals.toml", "");
   const model more = read_catalogue(folder.path(), diag);
-  EXPECT_EQ(diag.lines(),
-            std::vector<std::string>{folder.path().string() + ": error: no file states the totals; add a [totals] table"});
+  EXPECT_EQ(diag.lines(), std::vector<std::string>{folder.path().string() +
+                                                   ": error: no file states the totals; add a [totals] table"});
   ASSERT_EQ(more.groups.size(), 2u);
   EXPECT_EQ(more.groups[0].file, "pipeline");
   EXPECT_EQ(more.groups[1].title, "Later");
@@ -108,16 +108,36 @@ TEST(catalogue_files, errors_of_all_files_are_told_in_their_order)
   catalogue_folder folder;
   folder.write("b.toml", "[[counter]]\nname = \"c\"\nhandle = 0x4000009\nkind = \"indirect\"\ncolour = 1\nshade = 2\n");
   folder.write("a.toml", "title = \"A\"\nrows = 1\n");
-  folder.write("z.toml", "x = [1,\n");
+  folder.write("z.toml", "x = ]\n");
   std::filesystem::create_directory(folder.path() / "d.toml");
   const auto errors = folder.errors();
   ASSERT_EQ(errors.size(), 5u);
   EXPECT_EQ(errors[0].find("catalogue/a.toml:2:1: error: unknown key 'rows'; known here: 'title', "), 0u);
-  EXPECT_EQ(errors[1], "catalogue/b.toml:5:1: error: counter 'c': unknown key 'colour'; known here: 'name', 'handle', "
-                       "'kind' or 'table'");
+  EXPECT_EQ(errors[1],
+            "catalogue/b.toml:5:1: error: counter 'c': unknown key 'colour'; known here: 'name', 'handle', "
+            "'kind' or 'table'");
   EXPECT_EQ(errors[2].find("catalogue/b.toml:6:1: error: counter 'c': unknown key 'shade'; "), 0u);
   EXPECT_EQ(errors[3], "catalogue/d.toml: error: cannot be read; check that it is a file and its permissions");
-  EXPECT_EQ(errors[4].find("catalogue/z.toml:2:1: error: "), 0u);
+  EXPECT_EQ(errors[4].find("catalogue/z.toml:1:5: error: "), 0u);
+}
+
+TEST(catalogue_files, every_total_is_counted)
+{
+  catalogue_folder folder;
+  std::vector<std::string> lines;
+  std::ifstream in(folder.path() / "totals.toml");
+  for (std::string line; std::getline(in, line);) lines.push_back(line);
+  ASSERT_EQ(lines.size(), 24u);
+  for (std::size_t wrong = 2; wrong < lines.size(); ++wrong) {
+    const std::string key = lines[wrong].substr(0, lines[wrong].find(' '));
+    const std::string count = lines[wrong].substr(key.size() + 3);
+    std::string text;
+    for (std::size_t i = 0; i < lines.size(); ++i) text += lines[i] + (i == wrong ? "0\n" : "\n");
+    folder.write("totals.toml", text);
+    EXPECT_EQ(folder.errors(), std::vector<std::string>{"catalogue/totals.toml:" + std::to_string(wrong + 1) + ":" +
+                                                        std::to_string(key.size() + 4) + ": error: totals: '" + key +
+                                                        "' is " + count + "0, but the rows make " + count});
+  }
 }
 
 TEST(catalogue_files, a_folder_needs_rows)

@@ -1,9 +1,9 @@
 #!/bin/sh
 # Runs route_load on whole files: exit status, what it says on each output, the result line.
-# usage: program_test.sh ROUTE_LOAD SMALL_LIST
+# usage: program_test.sh ROUTE_LOAD ROUTE_LOAD_FAULTY SMALL_LIST
 #
 # SPDX-License-Identifier: Apache-2.0
-program=$1 small_list=$2 failures=0
+program=$1 faulty=$2 small_list=$3 failures=0
 work=$(mktemp -d) || exit 1
 trap 'rm -rf "$work"' EXIT
 cd "$work" || exit 1
@@ -60,5 +60,14 @@ expect 0 'good: 162 routes loaded, 0 not loaded, 165 entries compared, 30000 .*,
 
 expect 0 'good: [1-9][0-9]\{4\} routes loaded, 0 not loaded, .* 100000 addresses resolved, 0 differences' '' "$small_list"
 expect 0 'good: .* 1000 addresses resolved, 0 differences' '' --strict --seed 77 --resolve 1000 "$small_list"
+
+# Faults of the switch. The call to refuse is well behind those that start the library.
+program=$faulty
+expect 0 'good: ' '' nested
+export REFUSE_CALL=60
+expect 2 'result: the driver refused' 'adding ipv[46][A-Za-z]* .*: the driver answers status 74 (STANDIN_FULL)' nested
+unset REFUSE_CALL
+export LOSE_ENTRY=1
+expect 3 'DIFFERENT: .* [1-9][0-9]* differences' 'is missing in the switch' nested
 
 [ $failures -eq 0 ]

@@ -93,6 +93,13 @@ struct resource_info {
   std::uint32_t table;  // 0 where no table has it
 };
 
+struct hash_info {
+  const char *name;
+  std::uint32_t handle;
+  std::uint32_t first_input;
+  std::span<const std::uint32_t> common;  // common number of each field
+};
+
 /// What an exported function does; each is told once, and exists for many rows.
 enum class family_id : std::uint8_t {
   lifecycle,
@@ -151,9 +158,39 @@ enum class family_id : std::uint8_t {
   modify_indirect_entry,
   modify_indirect_entry_by_match_spec,
   set_indirect_default,
+  learning_digest,
+  parser_value_set,
+  meter_access,
+  register_access,
+  hash_access,
+  counter_read,
+  counter_write,
+  counter_hw_sync,
+  meter_set,
+  meter_read,
+  wred_set,
+  wred_read,
+  register_read,
+  register_range_read,
+  register_write,
+  register_write_all,
+  register_reset_all,
+  register_range_reset,
+  register_hw_sync,
+  hash_input_set,
+  hash_input_get,
+  hash_algorithm_set,
+  hash_algorithm_get,
+  hash_seed_set,
+  hash_seed_get,
+  hash_field_count_get,
+  hash_fields_set,
+  hash_fields_get,
+  hash_common_field,
+  hash_own_field,
 };
 
-enum class result_kind : std::uint8_t { status, none, number, text };
+enum class result_kind : std::uint8_t { status, none, number, text, pointer };
 
 /// Kinds of arguments; "_out" receives, the others are read.
 enum class argument_kind : std::uint8_t {
@@ -209,6 +246,47 @@ enum class argument_kind : std::uint8_t {
   member_state_out,
   plcmt_data,
   member_action_out,
+  cell_index,
+  read_flags,
+  counter_value,  // by value, 16 bytes
+  counter_value_out,
+  meter_value,
+  meter_value_out,
+  wred_value,
+  wred_value_out,
+  register_value,
+  register_values_out,
+  register_value_count_out,
+  first_index,
+  range_count,
+  signed_range_count,
+  range_count_read_out,
+  index_handle,
+  has_pre_color,  // cut to 8 bits
+  stful_query,
+  stful_spec,
+  register_word,
+  hash_number,
+  hash_number_out,
+  seed,
+  seed_out,
+  hash_attr_count,
+  hash_attrs,
+  hash_attr_max,
+  hash_attrs_out,
+  hash_attr_count_out,
+  hash_field,
+  calc_name,
+  digest_message,
+  timeout,
+  digest_name,
+  digest_entry,
+  digest_field_name,
+  digest_field_size_out,
+  parser_tgt,  // by value, 12 bytes
+  parser_value,
+  pvs_entry_hdl,
+  pvs_entry_hdl_out,
 };
 
 using address = void (*)();
@@ -223,6 +301,8 @@ struct exported_function {
   const profile_info *profile;  // of a profile's function
   const use_info *use;
   const action_info *action;
+  const resource_info *resource;
+  const hash_info *hash;
 };
 
 // Generated. Tables in handle order, actions in enumeration order, profiles in the order of their states.
@@ -231,5 +311,6 @@ extern const std::span<const table_info> tables;
 extern const std::span<const action_info> actions;
 extern const std::span<const profile_info> profiles;
 extern const std::span<const resource_info> resources;
+extern const std::span<const hash_info> hashes;
 
 }  // namespace tarvex::calls

@@ -17,36 +17,43 @@ class enumeration {
  public:
   void next(const subject &s, const action_use &u)
   {
-    const auto [known, is_new] = values_.emplace(u.name, u.enum_value);
-    if (!is_new) {
-      if (u.sound && known->second != u.enum_value) {
-        s.error("enum", "'enum' is " + std::to_string(u.enum_value) + ", but the action has " +
-                            std::to_string(known->second) + " at its first use");
-      }
-      return;
+    const unsigned stated = u.enum_value;
+    const auto known = values_.find(u.name);
+    if (known == values_.end()) {
+      values_.emplace(u.name, take_next(s, u));
+    } else if (u.sound && stated != known->second.stated && stated != known->second.expected) {
+      s.error("enum", "'enum' is " + std::to_string(stated) + ", but the action has " +
+                          std::to_string(known->second.expected) + " at its first use");
     }
-    if (u.sound && u.enum_value != next_ && u.enum_value != after_slip_) {
-      s.error("enum", "'enum' is " + std::to_string(u.enum_value) + ", but the next action in the order of first use is " +
-                          std::to_string(next_));
-      // What follows may count on from the slip, or as if there were none.
-      after_slip_ = u.enum_value + 1;
-      ++next_;
-      return;
-    }
-    if (u.sound) next_ = u.enum_value;
-    after_slip_ = ++next_;
   }
 
  private:
-  std::map<std::string, unsigned> values_;
+  /// Both are the same but where the first use slipped; what was told once is not told again for each later use.
+  struct value {
+    unsigned stated;
+    unsigned expected;
+  };
+
+  value take_next(const subject &s, const action_use &u)
+  {
+    const value first{u.enum_value, next_};
+    if (u.sound && first.stated != next_ && first.stated != after_slip_) {
+      s.error("enum", "'enum' is " + std::to_string(first.stated) +
+                          ", but the next action in the order of first use is " + std::to_string(next_));
+      // What follows may count on from the slip, or as if there were none.
+      after_slip_ = first.stated + 1;
+      ++next_;
+      return first;
+    }
+    if (u.sound) next_ = first.stated;
+    after_slip_ = ++next_;
+    return first;
+  }
+
+  std::map<std::string, value> values_;
   unsigned next_ = 0;
   unsigned after_slip_ = 0;
 };
-
-void check_some(const std::vector<action_use> &uses, const subject &s)
-{
-  if (uses.empty()) s.error("actions", "there must be an action");
-}
 
 void check_use(const model &m, const used_action &used, const subject &s)
 {
@@ -82,10 +89,13 @@ void check_parameters(const model &m, diagnostics &diag)
 
 void check_action_uses(const model &m, diagnostics &diag)
 {
+  constexpr auto none = "there must be an action";
   for (const table &t : m.tables) {
-    if (!t.indirect()) check_some(t.actions, subject(diag, "table", t));
+    if (t.sound && !t.indirect() && t.actions.empty()) subject(diag, "table", t).error("actions", none);
   }
-  for (const profile &p : m.profiles) check_some(p.actions, subject(diag, "profile", p));
+  for (const profile &p : m.profiles) {
+    if (p.sound && p.actions.empty()) subject(diag, "profile", p).error("actions", none);
+  }
   enumeration order;
   std::set<std::string> used;
   std::set<std::pair<const void *, std::string>> used_by;

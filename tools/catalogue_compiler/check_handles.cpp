@@ -1,10 +1,10 @@
 // Checks of handles: order in the files, kind, uniqueness, and the rise of action handles.
 //
 // SPDX-License-Identifier: Apache-2.0
-#include <cstdio>
 #include <map>
 
 #include "checks.h"
+#include "generated_file.h"
 #include "used_actions.h"
 
 namespace catalogue {
@@ -20,6 +20,7 @@ enum class handle_kind : std::uint32_t {
   meter = 0x05,
   register_ = 0x06,
   action = 0x20,
+  hash_calculation = 0x22,
 };
 
 handle_kind kind_of(const resource &r)
@@ -29,13 +30,6 @@ handle_kind kind_of(const resource &r)
     case resource_kind::register_: return handle_kind::register_;
     default: return handle_kind::meter;
   }
-}
-
-std::string hex(std::uint32_t value)
-{
-  char text[11];
-  std::snprintf(text, sizeof text, "0x%x", value);
-  return text;
 }
 
 /// Handles that must stand in their order, one row behind the other.
@@ -58,8 +52,8 @@ class handle_space {
   {
     const auto top = static_cast<std::uint32_t>(kind);
     if (handle >> 24 != top) {
-      s.error(key, "handle " + hex(handle) + " is of another kind; it must lie between " + hex(top << 24 | 1) + " and " +
-                       hex(top << 24 | 0xffffff));
+      s.error(key, "handle " + hex(handle) + " is of another kind; it must lie between " + hex(top << 24 | 1) +
+                       " and " + hex(top << 24 | 0xffffff));
     }
     const auto [taken, is_new] = owners_.emplace(handle, std::move(owner));
     if (!is_new) s.error(key, "handle " + hex(handle) + " is that of " + taken->second + " already");
@@ -73,13 +67,16 @@ class handle_space {
 
 void check_file_order(const model &m, diagnostics &diag)
 {
-  std::map<std::string, rising_handles> tables, profiles;
+  std::map<std::string, rising_handles> tables, profiles, hashes;
   std::map<std::pair<std::string, resource_kind>, rising_handles> resources;
   for (const table &t : m.tables) {
     if (t.sound) tables[t.at.file].next(subject(diag, "table", t), "handle", t.handle);
   }
   for (const profile &p : m.profiles) {
     if (p.sound) profiles[p.at.file].next(subject(diag, "profile", p), "action_data_table", p.action_data_table);
+  }
+  for (const hash_calculation &h : m.hashes) {
+    if (h.sound) hashes[h.at.file].next(subject(diag, "hash_calculation", h), "handle", h.handle);
   }
   for (const resource &r : m.resources) {
     if (r.sound) resources[{r.at.file, r.kind}].next(subject(diag, kind_name(r.kind), r), "handle", r.handle);
@@ -106,13 +103,24 @@ void check_handles(const model &m, diagnostics &diag)
     if (!r.sound) continue;
     handles.add(subject(diag, kind_name(r.kind), r), "handle", r.handle, kind_of(r), quoted(kind_name(r.kind), r.name));
   }
-  rising_handles actions;
+  for (const hash_calculation &h : m.hashes) {
+    if (!h.sound) continue;
+    handles.add(subject(diag, "hash_calculation", h), "handle", h.handle, handle_kind::hash_calculation,
+                quoted("hash_calculation", h.name));
+  }
   for (const used_action &u : used_actions(m)) {
     if (!u.use->sound) continue;
-    const subject s = u.about(diag);
     const std::string &owner = u.by_table != nullptr ? u.by_table->name : u.by_profile->name;
-    handles.add(s, "handle", u.use->handle, handle_kind::action, quoted("action", u.use->name) + " of '" + owner + "'");
-    actions.next(s, "handle", u.use->handle);
+    handles.add(u.about(diag), "handle", u.use->handle, handle_kind::action,
+                quoted("action", u.use->name) + " of '" + owner + "'");
+  }
+}
+
+void check_action_order(const model &m, diagnostics &diag)
+{
+  rising_handles actions;
+  for (const used_action &u : used_actions(m)) {
+    if (u.use->sound) actions.next(u.about(diag), "handle", u.use->handle);
   }
 }
 

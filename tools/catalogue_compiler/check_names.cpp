@@ -11,22 +11,15 @@ namespace catalogue {
 
 namespace {
 
-/// Keywords of C11 and C++20; generated headers serve both languages.
-constexpr std::string_view keywords[] = {
-    "alignas",   "alignof",      "and",           "and_eq",     "asm",          "auto",        "bitand",
-    "bitor",     "bool",         "break",         "case",       "catch",        "char",        "char16_t",
-    "char32_t",  "char8_t",      "class",         "co_await",   "co_return",    "co_yield",    "compl",
-    "concept",   "const",        "const_cast",    "consteval",  "constexpr",    "constinit",   "continue",
-    "decltype",  "default",      "delete",        "do",         "double",       "dynamic_cast", "else",
-    "enum",      "explicit",     "export",        "extern",     "false",        "float",       "for",
-    "friend",    "goto",         "if",            "inline",     "int",          "long",        "mutable",
-    "namespace", "new",          "noexcept",      "not",        "not_eq",       "nullptr",     "operator",
-    "or",        "or_eq",        "private",       "protected",  "public",       "register",    "reinterpret_cast",
-    "requires",  "restrict",     "return",        "short",      "signed",       "sizeof",      "static",
-    "static_assert", "static_cast", "struct",     "switch",     "template",     "this",        "thread_local",
-    "throw",     "true",         "try",           "typedef",    "typeid",       "typename",    "union",
-    "unsigned",  "using",        "virtual",       "void",       "volatile",     "wchar_t",     "while",
-    "xor",       "xor_eq"};
+/// Keywords of C11 and C++20; generated headers serve both languages. Each has a blank on both sides.
+constexpr std::string_view keywords =
+    " alignas alignof and and_eq asm auto bitand bitor bool break case catch char char16_t char32_t "
+    "char8_t class co_await co_return co_yield compl concept const const_cast consteval constexpr "
+    "constinit continue decltype default delete do double dynamic_cast else enum explicit export extern "
+    "false float for friend goto if inline int long mutable namespace new noexcept not not_eq nullptr "
+    "operator or or_eq private protected public register reinterpret_cast requires restrict return short "
+    "signed sizeof static static_assert static_cast struct switch template this thread_local throw true "
+    "try typedef typeid typename union unsigned using virtual void volatile wchar_t while xor xor_eq ";
 
 bool is_identifier(std::string_view name)
 {
@@ -36,14 +29,19 @@ bool is_identifier(std::string_view name)
          std::all_of(name.begin(), name.end(), [&](char c) { return letter(c) || digit(c); });
 }
 
-void check_identifier(const subject &s, std::string_view key, const std::string &name)
+bool check_characters(const subject &s, std::string_view key, const std::string &name)
 {
   // A missing or empty name was told when it was read.
-  if (name.empty()) return;
-  if (!is_identifier(name)) {
-    s.error(key, "'" + name + "' is not a C identifier; use letters, digits and '_', and no digit first");
-  } else if (std::find(std::begin(keywords), std::end(keywords), name) != std::end(keywords)) {
-    s.error(key, "'" + name + "' is a keyword of C or C++; choose another name");
+  if (name.empty() || is_identifier(name)) return true;
+  s.error(key, "'" + name + "' is not a C identifier; use letters, digits and '_', and no digit first");
+  return false;
+}
+
+void check_identifier(const subject &s, const std::string &name)
+{
+  const bool is_keyword = keywords.find(" " + name + " ") != std::string_view::npos;
+  if (check_characters(s, "name", name) && is_keyword) {
+    s.error("name", "'" + name + "' is a keyword of C or C++; choose another name");
   }
 }
 
@@ -66,8 +64,8 @@ void check_members(const table &t, const subject &about)
   name_space members;
   for (const field &f : t.fields) {
     const subject s(about, "field", f);
-    check_identifier(s, "name", f.name);
-    check_identifier(s, "short", f.short_name);
+    check_identifier(s, f.name);
+    check_characters(s, "short", f.short_name);
     members.add(s, f.name, "a member");
     if (f.match == match_kind::ternary) members.add(s, f.name + "_mask", "a member");
     if (f.match == match_kind::lpm) members.add(s, f.name + "_prefix_length", "a member");
@@ -82,31 +80,37 @@ void check_names(const model &m, diagnostics &diag)
   name_space owners;
   for (const table &t : m.tables) {
     const subject s(diag, "table", t);
-    check_identifier(s, "name", t.name);
+    check_identifier(s, t.name);
     owners.add(s, t.name, "a table");
     check_members(t, s);
   }
   for (const action &a : m.actions) {
     const subject s(diag, "action", a);
-    check_identifier(s, "name", a.name);
+    check_identifier(s, a.name);
     owners.add(s, a.name, "an action");
     name_space params;
     for (const parameter &p : a.params) {
       const subject of_param(s, "parameter", p);
-      check_identifier(of_param, "name", p.name);
+      check_identifier(of_param, p.name);
       params.add(of_param, p.name, "a parameter");
     }
   }
   for (const profile &p : m.profiles) {
     const subject s(diag, "profile", p);
-    check_identifier(s, "name", p.name);
+    check_identifier(s, p.name);
     owners.add(s, p.name, "a profile");
   }
   name_space resources;
   for (const resource &r : m.resources) {
     const subject s(diag, kind_name(r.kind), r);
-    check_identifier(s, "name", r.name);
+    check_identifier(s, r.name);
     resources.add(s, r.name, "a " + std::string(kind_name(r.kind)));
+  }
+  name_space calculations;
+  for (const hash_calculation &h : m.hashes) {
+    const subject s(diag, "hash_calculation", h);
+    check_identifier(s, h.name);
+    calculations.add(s, h.name, "a hash_calculation");
   }
 }
 

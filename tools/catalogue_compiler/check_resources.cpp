@@ -40,7 +40,8 @@ bool names(const action_use &u, const resource &r)
 void check_index(const action *a, const resource_use &named, const subject &s)
 {
   if (a == nullptr) return;
-  const auto p = std::find_if(a->params.begin(), a->params.end(), [&](auto &other) { return other.name == named.param; });
+  const auto p =
+      std::find_if(a->params.begin(), a->params.end(), [&](auto &other) { return other.name == named.param; });
   if (p == a->params.end()) {
     s.error("param", "the action has no parameter '" + named.param + "'");
   } else if (p->sound && (p->bits != 32 || p->type != storage::u32)) {
@@ -56,9 +57,10 @@ void check_named(const model &m, const table &t, const resource_use &named, cons
   } else if (!r->sound) {
     return;
   } else if (!fits(named.form, *r)) {
-    s.error("form", "the form does not fit; " + quoted(*r) + " is " + forms_of(*r));
+    s.error("form", "the form does not fit; " + quoted(*r) + " takes " + forms_of(*r));
   } else if (r->table != t.name) {
-    s.error("handle", quoted(*r) + (r->table.empty() ? " belongs to no table" : " belongs to table '" + r->table + "'"));
+    s.error("handle",
+            quoted(*r) + (r->table.empty() ? " belongs to no table" : " belongs to table '" + r->table + "'"));
   } else if (named.form == resource_form::direct_register && t.keyed()) {
     s.error("form", "only a keyless table has a direct register");
   }
@@ -102,7 +104,6 @@ indexes indexes_of(const action_use &u)
 void check_resource(const model &m, const resource &r, diagnostics &diag)
 {
   const subject about(diag, kind_name(r.kind), r);
-  if (r.kind == resource_kind::wred && r.direct) about.error("kind", "a wred block is indirect");
   if (r.table.empty()) return;
   const table *t = m.find_table(r.table);
   if (t == nullptr) return about.error("table", "there is no table '" + r.table + "'");
@@ -114,7 +115,8 @@ void check_resource(const model &m, const resource &r, diagnostics &diag)
   if (!r.direct) return;
   const subject of_table(diag, "table", *t);
   for (const action_use &u : t->actions) {
-    if (!does_name(u)) subject(of_table, "action", u).error("resources", "direct " + quoted(r) + " of the table is missing");
+    if (!does_name(u))
+      subject(of_table, "action", u).error("resources", "direct " + quoted(r) + " of the table is missing");
   }
 }
 

@@ -14,15 +14,20 @@ void check_file_order(const model &m, diagnostics &diag);
 
 /// Names are C identifiers, and differ where exported names derive from them.
 void check_names(const model &m, diagnostics &diag);
-/// Handles are of their kind, each is used once, and those of actions rise along the tables.
+/// Handles are of their kind, and each is used once.
 void check_handles(const model &m, diagnostics &diag);
 /// Kinds of tables and fields, widths, byte positions and sums of keys.
 void check_keys(const model &m, diagnostics &diag);
 /// Widths and byte positions of parameters.
 void check_parameters(const model &m, diagnostics &diag);
 
+/// Input handles of hash calculations stand behind one another, and each field has a common number of its own.
+void check_hashes(const model &m, diagnostics &diag);
+
 // These look across rows, so they need all of them.
 
+/// Handles of actions rise along the tables.
+void check_action_order(const model &m, diagnostics &diag);
 /// Each use names an action, states its sums, and holds its place in the enumeration; each action is used.
 void check_action_uses(const model &m, diagnostics &diag);
 /// Resource lists name resources that fit, and each resource of a table is named.

@@ -106,6 +106,19 @@ void table_rows(generated_file &to, const model &m)
   to.line("};");
 }
 
+void hash_rows(generated_file &to, const model &m)
+{
+  for (const hash_calculation &h : m.hashes) {
+    std::string common;
+    for (const std::uint32_t c : h.common) common += (common.empty() ? "" : ", ") + to_string(c);
+    to.line("constexpr std::uint32_t ", h.name, "_common[] = {", common, "};");
+  }
+  to.line("constexpr hash_info all_hashes[] = {");
+  for (const hash_calculation &h : m.hashes)
+    to.line("    {\"", h.name, "\", ", hex(h.handle), ", ", hex(h.first_input), ", ", h.name, "_common},");
+  to.line("};");
+}
+
 void resource_rows(generated_file &to, const model &m)
 {
   to.line("constexpr resource_info all_resources[] = {");
@@ -118,7 +131,7 @@ void resource_rows(generated_file &to, const model &m)
 
 std::string_view result_name(result_kind kind)
 {
-  static constexpr std::string_view names[] = {"status", "none", "number", "text"};
+  static constexpr std::string_view names[] = {"status", "none", "number", "text", "pointer"};
   return names[static_cast<int>(kind)];
 }
 
@@ -128,6 +141,12 @@ std::string use_pointer(const exported_function &f)
   const std::vector<action_use> &of = f.of_profile != nullptr ? f.of_profile->actions : f.of_table->actions;
   const std::string &owner = f.of_profile != nullptr ? f.of_profile->name : f.of_table->name;
   return "&" + owner + "_actions[" + to_string(f.use - of.data()) + "]";
+}
+
+template <class Row>
+std::string row_pointer(const std::string &name, const Row *row, const std::vector<Row> &rows)
+{
+  return row == nullptr ? "nullptr" : "&all_" + name + "[" + to_string(row - rows.data()) + "]";
 }
 
 void function_rows(generated_file &to, const model &m, const functions &all)
@@ -151,11 +170,10 @@ void function_rows(generated_file &to, const model &m, const functions &all)
     to.line("    {\"", f.name, "\", reinterpret_cast<address>(&::", f.name, "), family_id::", f.family,
             ", result_kind::", result_name(f.result), ", ",
             kinds.empty() ? "{}" : "arguments_" + to_string(lists[kinds]), ", ",
-            f.of_table == nullptr ? "nullptr" : "&all_tables[" + to_string(f.of_table - m.tables.data()) + "]", ", ",
-            f.of_profile == nullptr ? "nullptr" : "&all_profiles[" + to_string(f.of_profile - m.profiles.data()) + "]",
-            ", ", use_pointer(f), ", ",
-            f.of_action == nullptr ? "nullptr" : "&all_actions[" + to_string(f.of_action - m.actions.data()) + "]",
-            "},");
+            row_pointer("tables", f.of_table, m.tables), ", ", row_pointer("profiles", f.of_profile, m.profiles), ", ",
+            use_pointer(f), ", ",
+            row_pointer("actions", f.of_action, m.actions), ", ", row_pointer("resources", f.of_resource, m.resources),
+            ", ", row_pointer("hashes", f.of_hash, m.hashes), "},");
   }
   to.line("};");
 }
@@ -174,10 +192,11 @@ void emit_call_table(const model &m, const functions &all, const std::filesystem
   profile_rows(to, m);
   table_rows(to, m);
   resource_rows(to, m);
+  hash_rows(to, m);
   function_rows(to, m, all);
   to.line().line("}  // namespace").line();
   for (const char *what : {"exported_function:functions", "table_info:tables", "action_info:actions",
-                           "profile_info:profiles", "resource_info:resources"}) {
+                           "profile_info:profiles", "resource_info:resources", "hash_info:hashes"}) {
     const std::string_view both = what;
     const std::size_t colon = both.find(':');
     to.line("const std::span<const ", both.substr(0, colon), "> ", both.substr(colon + 1), " = all_",

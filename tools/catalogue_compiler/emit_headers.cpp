@@ -66,8 +66,7 @@ void prototype(generated_file &to, const exported_function &f)
   for (const argument &a : f.arguments) to.paragraph(" * @param ", " *   ", a.name + "  " + a.doc);
   if (!f.returns.empty()) to.paragraph(" * @return ", " *   ", f.returns);
   to.line(" */");
-  const std::string indent(4, ' ');
-  to.paragraph("", indent, std::string(c_result(f.result)) + f.name + "(" + argument_list(f) + ");");
+  to.arguments(std::string(c_result(f.result)) + f.name + "(", declarations(f), ");");
   to.line();
 }
 
@@ -123,12 +122,29 @@ void emit_group(const model &m, const functions &all, std::size_t group, const s
   end_header(to, folder, g.file);
 }
 
+/// A header of prototypes alone.
+void emit_prototypes(const std::vector<const exported_function *> &of, const std::string &stem,
+                     const std::string &about, const std::vector<std::string> &includes,
+                     const std::filesystem::path &folder)
+{
+  generated_file to;
+  begin_header(to, stem, about, includes);
+  for (const exported_function *f : of) prototype(to, *f);
+  end_header(to, folder, stem);
+}
+
 }  // namespace
 
 void emit_public_headers(const model &m, const functions &all, const std::filesystem::path &folder)
 {
   emit_actions(m, all, folder);
-  std::vector<std::string> includes = {"types", "driver_records", "resource_values", "lifecycle", "actions"};
+  emit_prototypes(functions_of_resources(all), "resources", "Counters, meters, the WRED block and registers, by name.",
+                  {"resource_values", "types"}, folder);
+  emit_prototypes(functions_of_hashes(all), "hash_calculations", "Hash calculations, by name.",
+                  {"hash_access", "types"}, folder);
+  std::vector<std::string> includes = {"types",           "driver_records",   "resource_values", "lifecycle",
+                                       "learning_digest", "parser_value_set", "meter_access",    "register_access",
+                                       "hash_access",     "actions",          "resources",       "hash_calculations"};
   for (std::size_t g = 0; g < m.groups.size(); ++g) {
     if (functions_of_group(all, g).empty()) continue;
     emit_group(m, all, g, folder);

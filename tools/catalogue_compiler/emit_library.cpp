@@ -148,6 +148,51 @@ void emit_action_exports(const functions &all, const std::filesystem::path &fold
   to.write(folder / "exports_actions.cpp");
 }
 
+void emit_resource_exports(const model &m, const functions &all, const std::filesystem::path &folder)
+{
+  generated_file to;
+  begin_source(to, "Counters, meters, the WRED block and registers: descriptors and exported functions.");
+  to.line("#include \"tarvex_pd/resources.h\"").line().line("#include \"resource_families.h\"").line();
+  to.line("namespace tarvex::pd {").line("namespace {").line("namespace resources {");
+  for (const resource &r : m.resources) {
+    const std::string table = r.table.empty() ? "0" : hex(m.find_table(r.table)->handle);
+    if (r.kind == resource_kind::counter)
+      to.line("constexpr counter_row ", r.name, " = {", r.direct ? table : hex(r.handle), ", ",
+              r.direct ? "true" : "false", "};");
+    else if (r.kind == resource_kind::register_)
+      to.line("constexpr register_row ", r.name, " = {", hex(r.handle), "};");
+    else
+      to.line("constexpr meter_row ", r.name, " = {", hex(r.handle), ", ", r.direct ? "true" : "false", ", ",
+              r.direct ? table : "0", "};");
+  }
+  to.line("}  // namespace resources").line("}  // namespace").line("}  // namespace tarvex::pd").line();
+  to.line("using namespace tarvex::pd;").line();
+  emit_exports(to, functions_of_resources(all));
+  to.write(folder / "exports_resources.cpp");
+}
+
+void emit_hash_exports(const model &m, const functions &all, const std::filesystem::path &folder)
+{
+  generated_file to;
+  begin_source(to, "Hash calculations: descriptors and exported functions.");
+  to.line("#include \"tarvex_pd/hash_calculations.h\"").line();
+  to.line("#include \"hash_field_attributes.h\"").line();
+  to.line("namespace tarvex::pd {").line().line("namespace hashes {").line("namespace {").line();
+  for (const hash_calculation &h : m.hashes) {
+    std::string common;
+    for (const std::uint32_t c : h.common) common += (common.empty() ? "" : ", ") + to_string(c);
+    to.line("constexpr std::uint8_t ", h.name, "_common[] = {", common, "};");
+    to.line("constexpr hash_row ", h.name, " = {", hex(h.handle), ", ", hex(h.first_input), ", ", to_string(h.fields),
+            ", ", h.name, "_common};");
+  }
+  to.line().line("}  // namespace").line("}  // namespace hashes").line();
+  to.line("const named_hash named_hashes[hash_count] = {");
+  for (const hash_calculation &h : m.hashes) to.line("    {\"", h.name, "\", &hashes::", h.name, "},");
+  to.line("};").line().line("}  // namespace tarvex::pd").line().line("using namespace tarvex::pd;").line();
+  emit_exports(to, functions_of_hashes(all));
+  to.write(folder / "exports_hash_calculations.cpp");
+}
+
 void emit_names(const model &m, const std::filesystem::path &folder)
 {
   generated_file to;
@@ -202,6 +247,8 @@ void emit_library_sources(const model &m, const functions &all, const std::files
   emit_action_rows(m, pd);
   for (std::size_t g = 0; g < m.groups.size(); ++g) emit_group(m, all, g, pd);
   emit_action_exports(all, pd);
+  emit_resource_exports(m, all, pd);
+  emit_hash_exports(m, all, pd);
   emit_names(m, pd);
   emit_symbols(all, folder);
 }

@@ -10,6 +10,8 @@ std::string action_spec_type(const action &a) { return export_prefix + a.name + 
 
 std::string table_descriptor(const table &t) { return "tables::" + t.name; }
 std::string profile_descriptor(const std::string &profile) { return "profiles::" + profile; }
+std::string resource_descriptor(const resource &r) { return "resources::" + r.name; }
+std::string hash_descriptor(const hash_calculation &h) { return "hashes::" + h.name; }
 std::string use_descriptor(const std::string &owner, const action_use &u) { return "uses::" + owner + "_" + u.name; }
 std::string action_descriptor(const action &a) { return "actions::" + a.name; }
 
@@ -27,23 +29,42 @@ std::vector<exported_function> list_functions(const model &m)
     add_table_families(all, t);
     add_idle_time_families(all, t);
   }
+  for (const resource &r : m.resources) add_resource_families(all, m, r);
+  for (const hash_calculation &h : m.hashes) add_hash_families(all, h);
   return all;
 }
 
-std::vector<const exported_function *> functions_of_group(const std::vector<exported_function> &all, std::size_t group)
+namespace {
+
+template <class Wanted>
+std::vector<const exported_function *> functions_where(const std::vector<exported_function> &all, Wanted wanted)
 {
   std::vector<const exported_function *> of;
   for (const exported_function &f : all)
-    if (f.of_table != nullptr && f.of_table->group == group) of.push_back(&f);
+    if (wanted(f)) of.push_back(&f);
   return of;
+}
+
+}  // namespace
+
+std::vector<const exported_function *> functions_of_group(const std::vector<exported_function> &all, std::size_t group)
+{
+  return functions_where(all, [&](auto &f) { return f.of_table != nullptr && f.of_table->group == group; });
 }
 
 std::vector<const exported_function *> functions_of_actions(const std::vector<exported_function> &all)
 {
-  std::vector<const exported_function *> of;
-  for (const exported_function &f : all)
-    if (f.of_table == nullptr && f.of_action != nullptr) of.push_back(&f);
-  return of;
+  return functions_where(all, [](auto &f) { return f.of_table == nullptr && f.of_action != nullptr; });
+}
+
+std::vector<const exported_function *> functions_of_resources(const std::vector<exported_function> &all)
+{
+  return functions_where(all, [](auto &f) { return f.of_resource != nullptr; });
+}
+
+std::vector<const exported_function *> functions_of_hashes(const std::vector<exported_function> &all)
+{
+  return functions_where(all, [](auto &f) { return f.of_hash != nullptr; });
 }
 
 std::vector<std::string> list_data_objects() { return {"bf_drv_hdl", export_prefix + "action_name_strings"}; }

@@ -22,7 +22,7 @@ struct argument {
   std::string declaration() const { return type + name; }
 };
 
-enum class result_kind { status, none, number, text };
+enum class result_kind { status, none, number, text, pointer };
 
 struct exported_function {
   std::string name;
@@ -35,6 +35,8 @@ struct exported_function {
   std::string call;     // expression that the exported function returns; empty for a function written by hand
   const table *of_table = nullptr;      // of a profile's function: the profile's indirect table
   const profile *of_profile = nullptr;
+  const resource *of_resource = nullptr;
+  const hash_calculation *of_hash = nullptr;
   const action_use *use = nullptr;
   const action *of_action = nullptr;
 };
@@ -45,6 +47,8 @@ std::vector<exported_function> list_functions(const model &m);
 /// The functions that a group's header and source hold.
 std::vector<const exported_function *> functions_of_group(const std::vector<exported_function> &all, std::size_t group);
 std::vector<const exported_function *> functions_of_actions(const std::vector<exported_function> &all);
+std::vector<const exported_function *> functions_of_resources(const std::vector<exported_function> &all);
+std::vector<const exported_function *> functions_of_hashes(const std::vector<exported_function> &all);
 
 /// The exported data objects.
 std::vector<std::string> list_data_objects();
@@ -57,6 +61,8 @@ void add_default_entry_families(std::vector<exported_function> &to, const model 
 void add_read_back_families(std::vector<exported_function> &to, const model &m, const table &t);
 void add_indirect_entry_families(std::vector<exported_function> &to, const model &m, const table &t);
 void add_profile_families(std::vector<exported_function> &to, const model &m, const profile &p);
+void add_resource_families(std::vector<exported_function> &to, const model &m, const resource &r);
+void add_hash_families(std::vector<exported_function> &to, const hash_calculation &h);
 void add_table_families(std::vector<exported_function> &to, const table &t);
 void add_idle_time_families(std::vector<exported_function> &to, const table &t);
 
@@ -71,5 +77,7 @@ std::string table_descriptor(const table &t);
 std::string use_descriptor(const std::string &owner, const action_use &u);
 std::string profile_descriptor(const std::string &profile);
 std::string action_descriptor(const action &a);
+std::string resource_descriptor(const resource &r);
+std::string hash_descriptor(const hash_calculation &h);
 
 }  // namespace catalogue

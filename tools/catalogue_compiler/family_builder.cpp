@@ -36,6 +36,21 @@ function_builder::function_builder(std::string_view family, const model &m, cons
   descriptors_ = profile_descriptor(p.name);
 }
 
+function_builder::function_builder(std::string_view family, const resource &r, const std::string &operation)
+    : function_builder(family, export_prefix + operation + "_" + r.name)
+{
+  made_.of_resource = &r;
+  descriptors_ = resource_descriptor(r);
+  made_.returns = "0, or the driver's status";
+}
+
+function_builder::function_builder(std::string_view family, const hash_calculation &h, const std::string &name)
+    : function_builder(family, name)
+{
+  made_.of_hash = &h;
+  descriptors_ = hash_descriptor(h);
+}
+
 function_builder::function_builder(std::string_view family, std::string name)
 {
   made_.name = std::move(name);
@@ -102,7 +117,7 @@ function_builder &function_builder::takes(std::initializer_list<slot> slots)
   return *this;
 }
 
-function_builder &function_builder::calls(std::string_view callee, std::initializer_list<slot> slots)
+std::string function_builder::pass(std::initializer_list<slot> slots)
 {
   std::string passed;
   for (const slot &s : slots) {
@@ -115,7 +130,18 @@ function_builder &function_builder::calls(std::string_view callee, std::initiali
     made_.arguments.push_back(make(s));
     passed += made_.arguments.back().name;
   }
-  made_.call = std::string(callee) + "<" + descriptors_ + ">(" + passed + ")";
+  return passed;
+}
+
+function_builder &function_builder::calls(std::string_view callee, std::initializer_list<slot> slots)
+{
+  made_.call = std::string(callee) + "<" + descriptors_ + ">(" + pass(slots) + ")";
+  return *this;
+}
+
+function_builder &function_builder::calls_with_row(std::string_view callee, std::initializer_list<slot> slots)
+{
+  made_.call = std::string(callee) + "(" + descriptors_ + ", " + pass(slots) + ")";
   return *this;
 }
 

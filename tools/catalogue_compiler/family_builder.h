@@ -30,6 +30,8 @@ class function_builder {
   /// `operation` is what stands behind the table's name, or the whole name behind the prefix without a table.
   function_builder(std::string_view family, const table &t, const std::string &operation);
   function_builder(std::string_view family, const model &m, const profile &p, const std::string &operation);
+  function_builder(std::string_view family, const resource &r, const std::string &operation);
+  function_builder(std::string_view family, const hash_calculation &h, const std::string &name);
   function_builder(std::string_view family, std::string name);
 
   function_builder &use(const model &m, const action_use &u);
@@ -41,6 +43,8 @@ class function_builder {
   function_builder &result(result_kind kind, std::string returns);
   /// Arguments, and the call of `callee<descriptors>` with them.
   function_builder &calls(std::string_view callee, std::initializer_list<slot> slots);
+  /// Arguments, and the call of `callee` with the descriptor ahead of them: a family that takes its rows at run time.
+  function_builder &calls_with_row(std::string_view callee, std::initializer_list<slot> slots);
   /// Arguments of a function that is written by hand.
   function_builder &takes(std::initializer_list<slot> slots);
 
@@ -48,6 +52,8 @@ class function_builder {
 
  private:
   argument make(const slot &s) const;
+  /// Adds the slots' arguments, and gives what the call passes for all slots.
+  std::string pass(std::initializer_list<slot> slots);
 
   exported_function made_;
   std::string descriptors_;

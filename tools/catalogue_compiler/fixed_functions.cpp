@@ -8,8 +8,9 @@ namespace catalogue {
 
 void add_fixed_functions(std::vector<exported_function> &to)
 {
-  const auto fixed = [&to](const std::string &name, result_kind result, std::initializer_list<slot> slots) {
-    to.push_back(function_builder("lifecycle", export_prefix + name).result(result, {}).takes(slots));
+  std::string_view family = "lifecycle";
+  const auto fixed = [&](const std::string &name, result_kind result, std::initializer_list<slot> slots) {
+    to.push_back(function_builder(family, export_prefix + name).result(result, {}).takes(slots));
   };
   fixed("init", result_kind::status, {});
   fixed("cleanup", result_kind::status, {});
@@ -20,6 +21,62 @@ void add_fixed_functions(std::vector<exported_function> &to)
   fixed("restore_virtual_dev_state", result_kind::status, {{"word"}, {"word"}, {"word"}, {"word"}, {"word"}});
   fixed("action_enum_to_string", result_kind::text, {{"action_enum"}});
   fixed("action_string_to_enum", result_kind::number, {{"action_name"}});
+
+  constexpr result_kind status = result_kind::status;
+  family = "learning_digest";
+  fixed("macLearningDigest_register", status, {{"sess_hdl"}, {"dev_id"}, {"callback"}, {"cookie"}});
+  fixed("macLearningDigest_deregister", status, {{"sess_hdl"}, {"dev_id"}});
+  fixed("macLearningDigest_notify_ack", status, {{"sess_hdl"}, {"digest_message"}});
+  fixed("set_learning_timeout", status, {{"sess_hdl"}, {"dev_id"}, {"timeout"}});
+  fixed("get_digest_entry_size", result_kind::number, {{"digest_name"}});
+  fixed("get_digest_entry_field", result_kind::pointer,
+        {{"digest_entry"}, {"digest_name"}, {"digest_field_name"}, {"digest_field_size_out"}});
+
+  family = "parser_value_set";
+  const slot value{"property_value"}, argument{"property_argument"};
+  fixed("pvs_fabric_port_set_property", status, {{"sess_hdl"}, {"whole_dev_id"}, {"property"}, value, argument});
+  fixed("pvs_fabric_port_get_property", status,
+        {{"sess_hdl"}, {"whole_dev_id"}, {"property"}, {"property_value_out"}, argument});
+  fixed("pvs_fabric_port_entry_add", status,
+        {{"sess_hdl"}, {"parser_tgt"}, {"parser_value"}, {"parser_value"}, {"pvs_entry_hdl_out"}});
+  fixed("pvs_fabric_port_entry_modify", status,
+        {{"sess_hdl"}, {"whole_dev_id"}, {"pvs_entry_hdl"}, {"parser_value"}, {"parser_value"}});
+  fixed("pvs_fabric_port_entry_delete", status, {{"sess_hdl"}, {"whole_dev_id"}, {"pvs_entry_hdl"}});
+
+  family = "meter_access";
+  for (const std::string unit : {"bytes", "packets"}) {
+    fixed(unit + "_meter_set", status,
+          {{"sess_hdl"}, {"dev_tgt"}, {"index_handle"}, {"cell_index"}, {"meter_value"}, {"has_pre_color"}});
+    fixed(unit + "_meter_read", status,
+          {{"sess_hdl"}, {"dev_tgt"}, {"index_handle"}, {"cell_index"}, {"meter_value_out"}});
+  }
+  fixed("wred_set", status, {{"sess_hdl"}, {"dev_tgt"}, {"index_handle"}, {"cell_index"}, {"wred_value"}});
+
+  family = "register_access";
+  fixed("register_read_direct", status,
+        {{"sess_hdl"}, {"whole_dev_id"}, {"index_handle"}, {"entry_hdl"}, {"read_flags"}, {"stful_query"}});
+  fixed("register_write_direct", status,
+        {{"sess_hdl"}, {"dev_id"}, {"index_handle"}, {"entry_hdl"}, {"register_word"}});
+  fixed("register_read_indirect", status,
+        {{"sess_hdl"}, {"dev_tgt"}, {"index_handle"}, {"cell_index"}, {"read_flags"}, {"stful_query"}});
+  fixed("register_write_indirect", status,
+        {{"sess_hdl"}, {"dev_tgt"}, {"index_handle"}, {"cell_index"}, {"stful_spec"}});
+  for (const std::string sort : {"direct", "indirect"})
+    fixed("register_hw_sync_" + sort, status,
+          {{"sess_hdl"}, {"dev_tgt"}, {"index_handle"}, {"callback"}, {"cookie"}});
+  fixed("register_reset_all_indirect", status, {{"sess_hdl"}, {"dev_tgt"}, {"index_handle"}});
+  fixed("register_range_reset_indirect", status,
+        {{"sess_hdl"}, {"dev_tgt"}, {"index_handle"}, {"first_index"}, {"range_count"}});
+  fixed("register_write_all_indirect", status, {{"sess_hdl"}, {"dev_tgt"}, {"index_handle"}, {"stful_spec"}});
+
+  family = "hash_access";
+  fixed("hash_calc_input_set", status, {{"sess_hdl"}, {"dev_id"}, {"calc_name"}});
+  fixed("hash_calc_input_field_attribute_count_get", status,
+        {{"sess_hdl"}, {"dev_id"}, {"calc_name"}, {"hash_attr_count_out"}});
+  fixed("hash_calc_input_field_attribute_set", status,
+        {{"sess_hdl"}, {"dev_id"}, {"calc_name"}, {"hash_attr_count"}, {"hash_attrs"}});
+  fixed("hash_calc_input_field_attribute_get", status,
+        {{"sess_hdl"}, {"dev_id"}, {"calc_name"}, {"hash_attr_max"}, {"hash_attrs_out"}, {"hash_attr_count_out"}});
 }
 
 }  // namespace catalogue

@@ -10,9 +10,14 @@
 
 namespace catalogue {
 
+namespace {
+
+constexpr std::size_t width = 120;
+
+}  // namespace
+
 generated_file &generated_file::paragraph(std::string_view first, std::string_view next, std::string_view words)
 {
-  constexpr std::size_t width = 120;
   std::string current(first);
   bool empty = true;
   while (!words.empty()) {
@@ -29,6 +34,22 @@ generated_file &generated_file::paragraph(std::string_view first, std::string_vi
     empty = false;
   }
   return line(current);
+}
+
+generated_file &generated_file::arguments(std::string head, const std::vector<std::string> &items,
+                                          std::string_view tail)
+{
+  for (std::size_t i = 0; i < items.size(); ++i) {
+    const std::string item = items[i] + std::string(i + 1 < items.size() ? "," : tail);
+    const bool behind_open = head.back() == '(' || head.back() == ' ';
+    if (head.size() + 1 + item.size() > width) {
+      line(head);
+      head = "    " + item;
+    } else {
+      head += (behind_open ? "" : " ") + item;
+    }
+  }
+  return line(head);
 }
 
 void generated_file::write(const std::filesystem::path &path) const

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace catalogue {
 
@@ -22,6 +23,9 @@ class generated_file {
 
   /// Words behind `first`, broken before column 120; further lines begin with `next`.
   generated_file &paragraph(std::string_view first, std::string_view next, std::string_view words);
+
+  /// `head` and the items with commas, broken between items before column 120, then `tail`.
+  generated_file &arguments(std::string head, const std::vector<std::string> &items, std::string_view tail);
 
   const std::string &text() const { return text_; }
 

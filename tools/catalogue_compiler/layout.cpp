@@ -33,8 +33,8 @@ class record {
     if (std::max<std::uint64_t>(made, stated) > longest_record) {
       s.error("record_bytes", "the structure is longer than " + std::to_string(longest_record) + " bytes");
     } else if (stated != 0 && stated < made) {
-      s.error("record_bytes", "'record_bytes' is " + std::to_string(stated) + ", but the members take " +
-                                  std::to_string(made));
+      s.error("record_bytes",
+              "'record_bytes' is " + std::to_string(stated) + ", but the members take " + std::to_string(made));
     } else if (stated == made && stated != 0) {
       s.error("record_bytes", "'record_bytes' is what the members make; leave it out");
     } else if (stated % align_ != 0) {

@@ -110,7 +110,7 @@ struct action : origin {
   unsigned data_bits = 0;
   unsigned data_bytes = 0;
   unsigned record_size = 0;
-  std::size_t group = 0;  // group that tells it
+  std::size_t group = 0;                       // group that tells it
   std::vector<std::uint32_t> index_resources;  // of the index parameter, in the order of the resource list
 };
 
@@ -122,15 +122,15 @@ struct table : origin {
   unsigned key_bytes = 0;
   bool idle_time = false;
   bool counter_label = false;
-  std::string profile;                     // of an indirect table
-  unsigned record_bytes = 0;               // stated length of the key structure, 0 where it follows from the members
-  std::vector<std::string> record_order;   // order of the structure's members where it is not the key's
-  std::vector<field> fields;               // key order
-  std::vector<action_use> actions;         // handle order; none for an indirect table
+  std::string profile;                    // of an indirect table
+  unsigned record_bytes = 0;              // stated length of the key structure, 0 where it follows from the members
+  std::vector<std::string> record_order;  // order of the structure's members where it is not the key's
+  std::vector<field> fields;              // key order
+  std::vector<action_use> actions;        // handle order; none for an indirect table
 
   std::size_t group = 0;
   unsigned record_size = 0;
-  std::vector<std::size_t> members;        // fields in structure order
+  std::vector<std::size_t> members;  // fields in structure order
 
   bool keyed() const { return kind != table_kind::keyless; }
   bool indirect() const { return !profile.empty(); }
@@ -158,6 +158,15 @@ struct resource : origin {
   std::string table;  // empty where no table uses it
 };
 
+/// A hash calculation. Its input handles are consecutive: the whole field list first, then its subsets.
+struct hash_calculation : origin {
+  std::string name;
+  std::uint32_t handle = 0;
+  std::uint32_t first_input = 0;
+  unsigned fields = 0;
+  std::vector<std::uint32_t> common;  // common number of each field
+};
+
 /// One catalogue file with tables.
 struct group {
   std::string file;  // "fib" of fib.toml
@@ -170,6 +179,7 @@ struct model {
   std::vector<action> actions;      // enumeration order
   std::vector<profile> profiles;    // order of their state objects
   std::vector<resource> resources;  // handle order
+  std::vector<hash_calculation> hashes;  // handle order
 
   const table *find_table(const std::string &name) const;
   const action *find_action(const std::string &name) const;

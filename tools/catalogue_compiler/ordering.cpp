@@ -51,6 +51,7 @@ void sort_by_handle(model &m)
   sort_rows(m.tables, &table::handle);
   sort_rows(m.profiles, &profile::action_data_table);
   sort_rows(m.resources, &resource::handle);
+  sort_rows(m.hashes, &hash_calculation::handle);
   sort_groups(m);
 }
 

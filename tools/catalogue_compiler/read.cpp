@@ -70,10 +70,11 @@ void catalogue_reader::read_rows(const toml::table &root, const std::string &ste
   file.each_extra("profile", [&](const toml::table &node) { made.profiles.push_back(read_profile(node, file)); });
   for (const resource_kind kind :
        {resource_kind::counter, resource_kind::meter, resource_kind::wred, resource_kind::register_}) {
-    file.each_extra(kind_name(kind), [&](const toml::table &node) {
-      made.resources.push_back(read_resource(node, file, kind));
-    });
+    file.each_extra(kind_name(kind),
+                    [&](const toml::table &node) { made.resources.push_back(read_resource(node, file, kind)); });
   }
+  file.each_extra("hash_calculation",
+                  [&](const toml::table &node) { made.hashes.push_back(read_hash_calculation(node, file)); });
   file.extra_table("totals", [&](const toml::table &node) {
     if (totals) return file.error("totals", "the totals stand in " + totals->at.file + " already");
     totals = read_totals(node, file);
@@ -81,19 +82,16 @@ void catalogue_reader::read_rows(const toml::table &root, const std::string &ste
   file.finish();
 }
 
-template <class Row>
-bool all_named(const std::vector<Row> &rows)
-{
-  return std::none_of(rows.begin(), rows.end(), [](const Row &r) { return r.name.empty(); });
-}
-
-/// Whether every row is known by its name, so that what is missing is missing indeed.
+/// Whether every row is known by its name, and every table by its handle, so that what is missing is missing indeed.
 bool all_rows_known(const model &m)
 {
-  const auto uses_named = [](const auto &owner) { return all_named(owner.actions); };
-  return all_named(m.tables) && all_named(m.actions) && all_named(m.profiles) && all_named(m.resources) &&
-         std::all_of(m.tables.begin(), m.tables.end(), uses_named) &&
-         std::all_of(m.profiles.begin(), m.profiles.end(), uses_named);
+  const auto named = [](const auto &row) { return !row.name.empty(); };
+  const auto all_named = [&](const auto &rows) { return std::all_of(rows.begin(), rows.end(), named); };
+  const auto names_its_actions = [&](const auto &owner) { return named(owner) && all_named(owner.actions); };
+  return std::all_of(m.tables.begin(), m.tables.end(),
+                     [&](const table &t) { return t.handle != 0 && names_its_actions(t); }) &&
+         std::all_of(m.profiles.begin(), m.profiles.end(), names_its_actions) && all_named(m.actions) &&
+         all_named(m.resources);
 }
 
 std::vector<std::filesystem::path> catalogue_files(const std::filesystem::path &folder, std::error_code &failure)
@@ -134,7 +132,9 @@ model read_catalogue(const std::filesystem::path &folder, diagnostics &diag)
   check_handles(m, diag);
   check_keys(m, diag);
   check_parameters(m, diag);
+  check_hashes(m, diag);
   if (reader.files_read && all_rows_known(m)) {
+    check_action_order(m, diag);
     check_action_uses(m, diag);
     check_resources(m, diag);
     check_profiles(m, diag);

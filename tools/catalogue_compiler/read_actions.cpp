@@ -1,8 +1,8 @@
 // Actions with their parameters, the actions that tables and profiles use, and profiles.
 //
 // SPDX-License-Identifier: Apache-2.0
-#include "read_values.h"
 #include "read_rows.h"
+#include "read_values.h"
 
 namespace catalogue {
 

@@ -20,6 +20,7 @@ resource read_resource(const toml::table &node, row &file, resource_kind kind)
   made.kind = kind;
   // A register always belongs to its table.
   made.direct = kind == resource_kind::register_ || r.choice<bool>("kind", directness_words);
+  if (kind == resource_kind::wred && made.direct) r.error("kind", "a wred block is indirect");
   made.table = made.direct ? r.text("table") : r.extra_text("table");
   static_cast<origin &>(made) = r.finish();
   return made;

@@ -1,8 +1,8 @@
 // Tables and their key fields.
 //
 // SPDX-License-Identifier: Apache-2.0
-#include "read_values.h"
 #include "read_rows.h"
+#include "read_values.h"
 
 namespace catalogue {
 
@@ -16,7 +16,7 @@ constexpr word<table_kind> table_kinds[] = {{"exact", table_kind::exact},
 constexpr word<match_kind> match_kinds[] = {
     {"exact", match_kind::exact}, {"ternary", match_kind::ternary}, {"lpm", match_kind::lpm}};
 
-constexpr std::string_view keyed_only[] = {"key_bits",     "key_bytes", "fields", "record_bytes",
+constexpr std::string_view keyed_only[] = {"key_bits",     "key_bytes", "fields",   "record_bytes",
                                            "record_order", "profile",   "idle_time"};
 
 field read_field(const toml::table &node, row &owner)

@@ -12,9 +12,9 @@ namespace {
 constexpr word<storage> storage_words[] = {
     {"u8", storage::u8}, {"u16", storage::u16}, {"u32", storage::u32}, {"u8[16]", storage::bytes16}};
 
-constexpr word<std::string_view> display_words[] = {
-    {"none", ""},         {"dec", "dec"},       {"mac", "mac"},    {"port", "port"},
-    {"vport", "vport"},   {"v4addr", "v4addr"}, {"v6addr", "v6addr"}};
+constexpr word<std::string_view> display_words[] = {{"none", ""},        {"dec", "dec"},     {"mac", "mac"},
+                                                    {"port", "port"},    {"vport", "vport"}, {"v4addr", "v4addr"},
+                                                    {"v6addr", "v6addr"}};
 
 /// Takes a decimal number off the front of `text`; false if there is none.
 bool take_number(std::string_view &text, unsigned &number)

@@ -130,15 +130,24 @@ std::string_view c_result(result_kind kind)
     case result_kind::status: return "pd_status_t ";
     case result_kind::none: return "void ";
     case result_kind::number: return "uint32_t ";
+    case result_kind::pointer: return "void *";
     default: return "const char *";
   }
+}
+
+std::vector<std::string> declarations(const exported_function &f)
+{
+  if (f.arguments.empty()) return {"void"};
+  std::vector<std::string> all;
+  for (const argument &a : f.arguments) all.push_back(a.declaration());
+  return all;
 }
 
 std::string argument_list(const exported_function &f)
 {
   std::string list;
-  for (const argument &a : f.arguments) list += (list.empty() ? "" : ", ") + a.declaration();
-  return list.empty() ? "void" : list;
+  for (const std::string &one : declarations(f)) list += (list.empty() ? "" : ", ") + one;
+  return list;
 }
 
 }  // namespace catalogue

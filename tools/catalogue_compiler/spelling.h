@@ -38,6 +38,8 @@ std::string member_name(const parameter &p);
 std::string companion_name(const field &f);
 
 std::string_view c_result(result_kind kind);
+/// The arguments as they are declared; "void" without any.
+std::vector<std::string> declarations(const exported_function &f);
 std::string argument_list(const exported_function &f);
 
 }  // namespace catalogue

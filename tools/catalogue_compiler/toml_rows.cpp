@@ -25,7 +25,8 @@ row::row(const toml::table &node, row &parent, std::string_view kind, std::strin
 {
   subject_ = parent.subject_ + (parent.subject_.empty() ? "" : ", ") + std::string(kind);
   if (name_key.empty()) return;
-  if (const auto name = node[name_key].value_exact<std::string>()) subject_ += " '" + *name + "'";
+  const std::string name = node[name_key].value_exact<std::string>().value_or("");
+  if (!name.empty()) subject_ += " '" + name + "'";
 }
 
 std::string row::text(std::string_view key)
@@ -80,24 +81,43 @@ bool row::mark(std::string_view key)
   return flag(key);
 }
 
-std::vector<std::string> row::extra_texts(std::string_view key)
+template <class Value>
+std::vector<Value> row::values(std::string_view key, std::string_view wanted)
 {
-  std::vector<std::string> texts;
-  if (!optional(key)) return texts;
-  const toml::node &node = *required(key);
-  const toml::array *elements = node.as_array();
+  std::vector<Value> found;
+  const toml::node *node = required(key);
+  if (node == nullptr) return found;
+  const toml::array *elements = node->as_array();
   if (elements == nullptr) {
-    wrong_type(key, node, "an array of strings");
-    return texts;
+    wrong_type(key, *node, wanted);
+    return found;
   }
   for (const toml::node &element : *elements) {
-    if (const auto value = element.value_exact<std::string>()) {
-      texts.push_back(*value);
+    if (const auto value = element.value_exact<Value>()) {
+      found.push_back(*value);
     } else {
-      wrong_type(key, element, "an array of strings");
+      wrong_type(key, element, wanted);
     }
   }
-  return texts;
+  return found;
+}
+
+std::vector<std::string> row::extra_texts(std::string_view key)
+{
+  return optional(key) ? values<std::string>(key, "an array of strings") : std::vector<std::string>();
+}
+
+std::vector<std::uint32_t> row::numbers(std::string_view key)
+{
+  std::vector<std::uint32_t> found;
+  for (const std::int64_t value : values<std::int64_t>(key, "an array of numbers")) {
+    if (value < 0 || value > std::numeric_limits<std::uint32_t>::max()) {
+      error(key, "'" + std::string(key) + "' holds " + std::to_string(value) + ", which is no number of 32 bits");
+    } else {
+      found.push_back(static_cast<std::uint32_t>(value));
+    }
+  }
+  return found;
 }
 
 void row::refuse(std::string_view key, std::string_view why)

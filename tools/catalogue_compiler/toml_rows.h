@@ -46,6 +46,7 @@ class row {
   /// A mark that stands only on the rows that have it, so it is never false.
   bool mark(std::string_view key);
   std::vector<std::string> extra_texts(std::string_view key);
+  std::vector<std::uint32_t> numbers(std::string_view key);
   std::string extra_text(std::string_view key) { return optional(key) ? text(key) : std::string(); }
 
   template <class Value>
@@ -109,6 +110,8 @@ class row {
   const std::string &file() const { return file_; }
 
  private:
+  template <class Value>
+  std::vector<Value> values(std::string_view key, std::string_view wanted);
   const toml::node *required(std::string_view key);
   bool optional(std::string_view key);
   void wrong_type(std::string_view key, const toml::node &node, std::string_view wanted);

@@ -76,14 +76,21 @@ std::size_t counters(const model &m)
 
 std::size_t meters_and_wred(const model &m)
 {
-  return count_rows(m.resources, [](const resource &r) {
-    return r.kind == resource_kind::meter || r.kind == resource_kind::wred;
-  });
+  return count_rows(m.resources,
+                    [](const resource &r) { return r.kind == resource_kind::meter || r.kind == resource_kind::wred; });
 }
 
 std::size_t registers(const model &m)
 {
   return count_rows(m.resources, [](const resource &r) { return r.kind == resource_kind::register_; });
+}
+
+std::size_t hash_inputs(const model &m)
+{
+  std::size_t n = 0;
+  // A count of fields that is far off is told as such.
+  for (const hash_calculation &h : m.hashes) n += h.fields < 32 ? (std::size_t{1} << h.fields) - 1 : 0;
+  return n;
 }
 
 std::size_t idle_time_tables(const model &m)
@@ -114,6 +121,8 @@ constexpr std::array counted{
     total{"counters", counters},
     total{"meters_and_wred", meters_and_wred},
     total{"registers", registers},
+    total{"hash_calculations", [](const model &m) { return m.hashes.size(); }},
+    total{"hash_inputs", hash_inputs},
     total{"profiles", [](const model &m) { return m.profiles.size(); }},
     total{"idle_time_tables", idle_time_tables},
     total{"labelled_tables", labelled_tables},

@@ -218,22 +218,6 @@ pd_status_t pipe_mgr_wred_read_entry_idx(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t de
 
 /* ---- registers ------------------------------------------------------------------------------------------------- */
 
-/** Slot of one register value, 8 bytes: the value stands in the first. */
-typedef struct drv_stful_spec {
-  uint8_t bytes[8];
-} drv_stful_spec_t;
-
-/** Answer to a register read, 16 bytes: `row_count` rows of `values_per_row` slots, in the caller's memory. */
-typedef struct drv_stful_query {
-  int32_t row_count;
-  int32_t values_per_row;
-  drv_stful_spec_t **rows;
-} drv_stful_query_t;
-
-TARVEX_PD_LAYOUT(sizeof(drv_stful_spec_t) == 8);
-TARVEX_PD_LAYOUT(sizeof(drv_stful_query_t) == 16);
-TARVEX_PD_LAYOUT(offsetof(drv_stful_query_t, rows) == 8);
-
 /** The target comes untouched. */
 pd_status_t pipe_stful_query_get_sizes(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, uint32_t reg_hdl,
                                        int32_t *row_count, int32_t *values_per_row);

@@ -25,10 +25,6 @@ struct cJSON;
 struct ms_state;
 struct pd_res_spec;
 
-#if defined(__GNUC__)
-#pragma GCC visibility push(default)
-#endif
-
 /** Statuses of the stand-in. They keep clear of those that the library gives itself. */
 enum {
   STANDIN_NO_DEVICE = 0x40, /**< the device was not added */
@@ -293,10 +289,6 @@ typedef void (*standin_listener_t)(const char *function, uint32_t hdl, void *coo
 
 /** Sets the one listener; null takes it off. A call under way in another thread may still reach the old one. */
 void standin_set_listener(standin_listener_t listener, void *cookie);
-
-#if defined(__GNUC__)
-#pragma GCC visibility pop
-#endif
 
 #ifdef __cplusplus
 }

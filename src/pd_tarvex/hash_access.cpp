@@ -1,0 +1,91 @@
+// Hash calculations by name, with common field numbers.
+//
+// SPDX-License-Identifier: Apache-2.0
+#include "tarvex_pd/hash_access.h"
+
+#include <cstdlib>
+#include <cstring>
+
+#include "hash_field_attributes.h"
+
+namespace tarvex::pd {
+
+namespace {
+
+const hash_row *calculation(const char *name)
+{
+  if (name == nullptr) return nullptr;
+  for (const named_hash &hash : named_hashes)
+    if (std::strcmp(name, hash.name) == 0) return hash.row;
+  return nullptr;
+}
+
+/// More records than this are taken for a mistake, whatever the memory of the machine.
+constexpr std::uint32_t most_records = 0xff'ffff;
+
+/// Working records of one call; none where they cannot be had.
+class working_attrs {
+ public:
+  explicit working_attrs(std::uint32_t count)
+  {
+    if (count <= most_records)
+      attrs_ = static_cast<hash_calc_attr_t *>(std::calloc(count > 0 ? count : 1, sizeof(hash_calc_attr_t)));
+  }
+  working_attrs(const working_attrs &) = delete;
+  working_attrs &operator=(const working_attrs &) = delete;
+  ~working_attrs() { std::free(attrs_); }
+  hash_calc_attr_t *get() const { return attrs_; }
+
+ private:
+  hash_calc_attr_t *attrs_ = nullptr;
+};
+
+}  // namespace
+}  // namespace tarvex::pd
+
+using namespace tarvex::pd;
+
+pd_status_t p4_pd_tarvex_switch_hash_calc_input_set(pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id, const char *calc_name)
+{
+  const hash_row *calc = calculation(calc_name);
+  return calc == nullptr ? pd_status_t{PD_STATUS_INVALID_ARG} : hash_input_set(*calc, sess_hdl, dev_id, 0);
+}
+
+pd_status_t p4_pd_tarvex_switch_hash_calc_input_field_attribute_count_get(pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id,
+                                                                          const char *calc_name, uint32_t *count)
+{
+  const hash_row *calc = calculation(calc_name);
+  return calc == nullptr ? pd_status_t{PD_STATUS_INVALID_ARG} : hash_field_count_get(*calc, sess_hdl, dev_id, 0, count);
+}
+
+pd_status_t p4_pd_tarvex_switch_hash_calc_input_field_attribute_set(pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id,
+                                                                    const char *calc_name, uint32_t count,
+                                                                    const hash_calc_attr_t *attrs)
+{
+  const hash_row *calc = calculation(calc_name);
+  if (calc == nullptr) return PD_STATUS_INVALID_ARG;
+  const working_attrs own(count);
+  if (own.get() == nullptr) return PD_STATUS_INVALID_ARG;
+  for (std::uint32_t i = 0; i < count; ++i) {
+    own.get()[i].field = hash_own_field(*calc, attrs[i].field);
+    if (own.get()[i].field >= calc->field_count) return PD_STATUS_INVALID_ARG;
+    own.get()[i].value = static_cast<std::uint32_t>(attrs[i].value);
+  }
+  return hash_fields_set(*calc, sess_hdl, dev_id, 0, count, own.get());
+}
+
+pd_status_t p4_pd_tarvex_switch_hash_calc_input_field_attribute_get(pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id,
+                                                                    const char *calc_name, uint32_t max,
+                                                                    hash_calc_attr_t *attrs, uint32_t *count)
+{
+  const hash_row *calc = calculation(calc_name);
+  if (calc == nullptr) return PD_STATUS_INVALID_ARG;
+  const working_attrs own(max);
+  if (own.get() == nullptr) return PD_STATUS_INVALID_ARG;
+  const pd_status_t status = hash_fields_get(*calc, sess_hdl, dev_id, 0, max, own.get(), count);
+  for (std::uint32_t i = 0; i < *count; ++i) {
+    attrs[i].field = hash_common_field(*calc, __func__, own.get()[i].field);
+    attrs[i].value = own.get()[i].value;
+  }
+  return status;
+}

@@ -1,0 +1,23 @@
+# Writes a definition of each imported function from its declaration: cmake -DDECLARATIONS= -DOUTPUT= -P (this file).
+# SPDX-License-Identifier: Apache-2.0
+file(READ ${DECLARATIONS} text)
+string(REPLACE ";" "@" text "${text}")
+string(REGEX REPLACE "/\\*([^*]|\\*[^/])*\\*/" "" text "${text}")
+string(REGEX REPLACE "[ \n]+" " " text "${text}")
+string(REGEX MATCHALL "(pd_status_t |ms_state \\*)[a-z0-9_]+\\([^()]*\\)@" declarations "${text}")
+
+set(definitions "// Generated from ${DECLARATIONS}\n\n#include \"recorder.h\"\n\nextern \"C\" {\n")
+foreach(declaration IN LISTS declarations)
+  string(REGEX MATCH "^(pd_status_t |ms_state \\*)[a-z0-9_]+\\(([^()]*)\\)" signature "${declaration}")
+  set(result "${CMAKE_MATCH_1}")
+  set(names __func__)
+  string(REGEX MATCHALL "[a-z0-9_]+( ,|,|$)" parameters "${CMAKE_MATCH_2}")
+  foreach(parameter IN LISTS parameters)
+    string(REGEX REPLACE "[ ,]" "" name "${parameter}")
+    if(NOT name STREQUAL void)
+      string(APPEND names ", ${name}")
+    endif()
+  endforeach()
+  string(APPEND definitions "\n${signature}\n{\n  return tarvex::test::recorded<${result}>(${names});\n}\n")
+endforeach()
+file(WRITE ${OUTPUT} "${definitions}\n}  // extern \"C\"\n")

@@ -1,0 +1,83 @@
+// What the library must do, written plainly and slowly: which functions there are, with which arguments, which driver calls
+// each makes, and the bytes of every record. It shares nothing with the library but the rows of the call table.
+//
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "caller.h"
+#include "recorder.h"
+
+namespace tarvex::test {
+
+/// An argument of a driver call: one of the function's own, cut as its kind wants, or one of these.
+enum class derived : std::uint8_t {
+  table,
+  action_data_table,
+  selector_table,
+  action,         // handle of the action
+  action_record,  // parameters and resources; a member or group where the function takes one
+  member_record,  // parameters alone
+  empty_key,      // zeroed, with the table's sizes
+  empty_action,   // zeroed, with room for 28 bytes of data
+  no_action,      // zeroed whole
+  empty_data,     // zeroed, with room for 28 bytes
+  untold_data,    // likewise, but for the size
+  device,         // low 8 bits of the device or the target
+  state,          // of the profile
+  answered,       // what the first call gave
+  zero,
+  local,          // a place on the library's stack
+};
+
+struct term {
+  constexpr term(argument_kind k) : from_caller(true), kind(k) {}
+  constexpr term(derived d) : from_caller(false), other(d) {}
+
+  bool from_caller;
+  argument_kind kind{};
+  derived other{};
+};
+
+struct driver_call {
+  const char *function;
+  std::vector<term> arguments;
+  bool ignored = false;  // its status is not looked at
+};
+
+/// One line of the interface: a function that exists for many rows.
+struct operation {
+  calls::family_id family;
+  const char *name;  // with {table}, {profile} and {action}
+  unsigned count;
+  std::vector<argument_kind> arguments;  // less those that the row has no use for
+  std::vector<driver_call> series;
+};
+
+extern const std::vector<operation> operations;
+const operation *operation_of(const exported_function &function);
+std::vector<argument_kind> arguments_of(const operation &operation, const exported_function &function);
+
+/// First number that the driver gives out in a test; further ones of a series follow on.
+constexpr std::uint32_t first_answer = 0xd00df00d;
+/// The calls of a series; `answered` is what the first gave.
+std::vector<recorded_call> expected_calls(const operation &operation, const call &call, std::uint32_t answered);
+/// Where two series differ, in words; empty where they do not. A function's name ends the message.
+std::string difference(const std::vector<recorded_call> &expected, const std::vector<recorded_call> &actual);
+
+bytes key_record(const call &call);
+bytes action_record(const call &call);
+bytes member_record(const call &call);
+
+/// A key structure as read back from bytes in key order, with masks and prefix lengths or without.
+bytes key_structure(const calls::table_info &table, const bytes &value, const bytes &mask,
+                    std::uint32_t partition_index, bool with_masks);
+/// A parameter structure as read back from 28 bytes of data and a list of resources.
+bytes parameter_structure(const calls::action_info &action, const bytes &data, const std::vector<pd_res_spec_t> &list);
+
+/// Number of `size` bytes at `at`, in host order.
+std::uint64_t number_at(std::span<const std::uint8_t> structure, std::size_t at, std::size_t size);
+
+}  // namespace tarvex::test
