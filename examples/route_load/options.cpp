@@ -36,8 +36,8 @@ index left for a block of addresses, its routes are named as not loaded and left
   --resolve N   how many (default 100000)
   --help        this text
 
-Exit status: 0 all as the file says; 1 wrong use; 2 the driver refused; 3 differences; 4 the file cannot be read or holds
-no route; 5 --strict and a bad line.
+Exit status: 0 all as the file says; 1 wrong use; 2 the driver refused; 3 differences; 4 the file cannot be read or
+holds no route; 5 --strict and a bad line.
 )";
 
 options parse_options(std::span<const char *const> arguments)

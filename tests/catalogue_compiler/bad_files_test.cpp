@@ -35,7 +35,9 @@ TEST_P(bad_file, gives_its_errors)
   fs::copy(GetParam(), folder.path() / name);
   std::vector<std::string> found = folder.errors();
   // The good catalogue's totals know nothing of added rows.
-  std::erase_if(found, [](const std::string &error) { return error.starts_with("catalogue/totals.toml:"); });
+  std::erase_if(found, [](const std::string &error) {
+    return error.starts_with("catalogue/totals.toml:") && error.find("but the rows make") != std::string::npos;
+  });
   const auto expected = expected_errors(GetParam());
   EXPECT_FALSE(expected.empty());
   EXPECT_EQ(found, expected);

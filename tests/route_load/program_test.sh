@@ -56,9 +56,11 @@ awk 'BEGIN {
   for (i = 0; i <= 32; ++i) printf "0.0.0.0/%d %d\n", i, i + 100
   for (i = 0; i <= 128; ++i) printf "::/%d %d\n", i, i + 200
 }' | gzip >nested
-expect 0 'good: 162 routes loaded, 0 not loaded, 165 entries compared, 30000 .*, 0 differences' '' --resolve 30000 nested
+expect 0 'good: 162 routes loaded, 0 not loaded, 165 entries compared, 30000 .*, 0 differences' '' \
+  --resolve 30000 nested
 
-expect 0 'good: [1-9][0-9]\{4\} routes loaded, 0 not loaded, .* 100000 addresses resolved, 0 differences' '' "$small_list"
+expect 0 'good: [1-9][0-9]\{4\} routes loaded, 0 not loaded, .* 100000 addresses resolved, 0 differences' '' \
+  "$small_list"
 expect 0 'good: .* 1000 addresses resolved, 0 differences' '' --strict --seed 77 --resolve 1000 "$small_list"
 
 # Faults of the switch. The call to refuse is well behind those that start the library.

@@ -39,8 +39,9 @@ void check_hashes(const model &m, diagnostics &diag)
       continue;
     }
     if (h.first_input < free_input)
-      s.error("first_input", "input handle " + hex(h.first_input) + " lies among those of the calculation before; from " +
-                                 hex(free_input) + " on they are free");
+      s.error("first_input", "input handle " + hex(h.first_input) +
+                                 " lies among those of the calculation before; from " + hex(free_input) +
+                                 " on they are free");
     free_input = h.first_input + (1u << h.fields) - 1;
     check_common_numbers(h, s);
   }

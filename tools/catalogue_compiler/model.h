@@ -174,11 +174,11 @@ struct group {
 };
 
 struct model {
-  std::vector<group> groups;        // in the order of their first table's handle
-  std::vector<table> tables;        // handle order
-  std::vector<action> actions;      // enumeration order
-  std::vector<profile> profiles;    // order of their state objects
-  std::vector<resource> resources;  // handle order
+  std::vector<group> groups;             // in the order of their first table's handle
+  std::vector<table> tables;             // handle order
+  std::vector<action> actions;           // enumeration order
+  std::vector<profile> profiles;         // order of their state objects
+  std::vector<resource> resources;       // handle order
   std::vector<hash_calculation> hashes;  // handle order
 
   const table *find_table(const std::string &name) const;

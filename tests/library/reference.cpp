@@ -1,0 +1,175 @@
+// Lines of the interface put to one function, and the comparison of driver calls.
+//
+// SPDX-License-Identifier: Apache-2.0
+#include "reference.h"
+
+#include <algorithm>
+#include <map>
+
+namespace tarvex::test {
+
+namespace {
+
+std::string full_name(const operation &operation, const exported_function &function)
+{
+  const auto put = [](std::string &name, const std::string &placeholder, const char *content) {
+    const std::size_t at = name.find(placeholder);
+    if (at != std::string::npos && content != nullptr) name.replace(at, placeholder.size(), content);
+  };
+  std::string name = operation.name;
+  if (!name.starts_with("unbuild_")) name = "p4_pd_tarvex_switch_" + name;
+  put(name, "{table}", function.table != nullptr ? function.table->name : nullptr);
+  put(name, "{profile}", function.profile != nullptr ? function.profile->name : nullptr);
+  put(name, "{action}", function.action != nullptr ? function.action->name : nullptr);
+  return name;
+}
+
+// A function without parameters, a key, a priority and so on does not take the argument for it.
+bool has_use_for(const exported_function &function, argument_kind kind)
+{
+  const calls::table_info *table = function.table;
+  switch (kind) {
+    case argument_kind::action_spec: return function.action != nullptr && !function.action->params.empty();
+    case argument_kind::match_spec_out:
+    case argument_kind::no_key_out: return table->kind != calls::table_kind::keyless;
+    case argument_kind::priority:
+    case argument_kind::priority_out: return table->kind == calls::table_kind::ternary;
+    case argument_kind::ttl: return table->idle_time;
+    case argument_kind::meter_spec: return std::string("l2LookupMiss") == table->name;
+    default: return true;
+  }
+}
+
+// Records as the driver gets them to fill: sizes and pointers preset, everything else 0.
+bytes record_to_fill(derived kind, const calls::table_info &table)
+{
+  bytes value(table.key_bytes), mask(table.key_bytes), data(28);
+  drv_match_spec_t key{};
+  key.key_bits = table.key_bits;
+  key.key_bytes = table.key_bytes;
+  if (table.kind != calls::table_kind::keyless) {
+    key.key_value = value.data();
+    key.key_mask = mask.data();
+  }
+  drv_action_spec_t action{};
+  if (kind != derived::no_action) action.act_data.data = data.data();
+  if (kind == derived::empty_action || kind == derived::empty_data) action.act_data.data_bytes = 28;
+  switch (kind) {
+    case derived::empty_key: return copy_of(&key);
+    case derived::empty_action:
+    case derived::no_action: return copy_of(&action);
+    default: return copy_of(&action.act_data);
+  }
+}
+
+constexpr std::uint64_t anywhere = 0x10ca1;  // stands for an address that the library chooses
+
+recorded_argument resolve(const term &term, const call &call, std::map<argument_kind, std::size_t> &seen,
+                          std::uint32_t answered)
+{
+  const exported_function &function = call.function();
+  if (term.from_caller) {
+    const std::uint64_t value = call.value(term.kind, seen[term.kind]++);
+    switch (term.kind) {
+      case argument_kind::dev_tgt: return {value & 0xffff'ffff'ffff, {}};
+      case argument_kind::dev_id:
+      case argument_kind::read_from_hw: return {value & 0xff, {}};
+      case argument_kind::match_spec: return {anywhere, key_record(call)};
+      case argument_kind::idle_params: {
+        const auto &memory = call.memory(argument_kind::idle_params);
+        return {0, bytes(memory.begin(), memory.begin() + sizeof(pd_idle_params_t))};
+      }
+      default: return {value, {}};
+    }
+  }
+  const auto profile = [&] { return function.profile != nullptr ? function.profile : function.table->profile; };
+  switch (term.other) {
+    case derived::table: return {function.table->handle, {}};
+    case derived::action_data_table: return {profile()->action_data_table, {}};
+    case derived::selector_table: return {profile()->selector_table, {}};
+    case derived::action: return {function.use->handle, {}};
+    case derived::action_record: return {anywhere, action_record(call)};
+    case derived::member_record: return {anywhere, member_record(call)};
+    case derived::device:
+      return {0xff & (call.value(argument_kind::dev_id) | call.value(argument_kind::dev_tgt)), {}};
+    case derived::state: {
+      const auto index = static_cast<std::size_t>(profile() - calls::profiles.data());
+      return {reinterpret_cast<std::uint64_t>(state_of_profile(index)), {}};
+    }
+    case derived::answered: return {answered, {}};
+    case derived::zero: return {0, {}};
+    case derived::local: return {anywhere, {}};
+    default: return {anywhere, record_to_fill(term.other, *function.table)};
+  }
+}
+
+// Gaps of the one record that travels by value are whatever the compiler leaves there.
+bytes without_gaps(const recorded_argument &argument)
+{
+  bytes record = argument.record;
+  if (record.size() != sizeof(pd_idle_params_t) || argument.word != 0) return record;
+  for (const std::size_t gap : {4, 20}) std::fill_n(record.begin() + static_cast<std::ptrdiff_t>(gap), 4, 0);
+  return record;
+}
+
+std::string difference(const recorded_argument &expected, const recorded_argument &actual)
+{
+  if (without_gaps(expected) != without_gaps(actual) && !expected.record.empty()) {
+    return "record\n    is        " + hex(actual.record) + "\n    should be " + hex(expected.record);
+  }
+  if (expected.word == actual.word || (expected.word == anywhere && actual.word != 0)) return {};
+  return std::to_string(actual.word) + " instead of " + std::to_string(expected.word);
+}
+
+}  // namespace
+
+const operation *operation_of(const exported_function &function)
+{
+  const auto found = std::ranges::find_if(operations, [&](const operation &operation) {
+    return operation.family == function.family && full_name(operation, function) == function.name;
+  });
+  return found == operations.end() ? nullptr : &*found;
+}
+
+std::vector<argument_kind> arguments_of(const operation &operation, const exported_function &function)
+{
+  std::vector<argument_kind> arguments;
+  std::ranges::copy_if(operation.arguments, std::back_inserter(arguments),
+                       [&](argument_kind kind) { return has_use_for(function, kind); });
+  return arguments;
+}
+
+std::vector<recorded_call> expected_calls(const operation &operation, const call &call, std::uint32_t answered)
+{
+  std::vector<recorded_call> series;
+  for (const driver_call &one : operation.series) {
+    std::map<argument_kind, std::size_t> seen;
+    recorded_call expected{one.function, {}};
+    for (const term &term : one.arguments) expected.arguments.push_back(resolve(term, call, seen, answered));
+    series.push_back(std::move(expected));
+  }
+  if (operation.family == calls::family_id::group_member_state_set && call.value(argument_kind::member_state) == 1) {
+    series[0].function = "pipe_mgr_sel_grp_mbr_disable";
+  }
+  return series;
+}
+
+std::string difference(const std::vector<recorded_call> &expected, const std::vector<recorded_call> &actual)
+{
+  for (std::size_t i = 0; i < std::max(expected.size(), actual.size()); ++i) {
+    const std::string which = "driver call " + std::to_string(i + 1);
+    if (i >= actual.size()) return which + ", " + expected[i].function + ", is missing";
+    if (i >= expected.size()) return which + ", " + actual[i].function + ", is one too many";
+    if (actual[i].function != expected[i].function) {
+      return which + " is " + actual[i].function + " instead of " + expected[i].function;
+    }
+    for (std::size_t at = 0; at < actual[i].arguments.size(); ++at) {
+      if (at >= expected[i].arguments.size()) return which + ": too many arguments";
+      const std::string wrong = difference(expected[i].arguments[at], actual[i].arguments[at]);
+      if (!wrong.empty()) return which + ", " + actual[i].function + ", argument " + std::to_string(at) + ": " + wrong;
+    }
+  }
+  return {};
+}
+
+}  // namespace tarvex::test

@@ -1,0 +1,150 @@
+// The member-selector state service and its log document.
+//
+// SPDX-License-Identifier: Apache-2.0
+#include <memory>
+#include <string>
+
+#include <cjson/cJSON.h>
+
+#include "switch_fixture.h"
+
+namespace {
+
+using document = std::unique_ptr<cJSON, decltype(&cJSON_Delete)>;
+
+document parse(const char *text) { return {cJSON_Parse(text), cJSON_Delete}; }
+
+class MemberSelector : public SwitchTest {
+ protected:
+  void SetUp() override
+  {
+    SwitchTest::SetUp();
+    state_ = p4_pd_ms_init_state();
+    ASSERT_NE(state_, nullptr);
+  }
+
+  pd_status_t new_member(pd_mbr_hdl_t member) { return p4_pd_ms_new_mbr(session, state_, device, member); }
+  pd_status_t new_group(pd_grp_hdl_t group) { return p4_pd_ms_new_grp(session, state_, device, group); }
+  pd_status_t join(pd_mbr_hdl_t member, pd_grp_hdl_t group)
+  {
+    return p4_pd_ms_add_mbr_to_grp(session, state_, device, member, group);
+  }
+  std::vector<std::uint32_t> groups_of(pd_mbr_hdl_t member)
+  {
+    std::vector<std::uint32_t> found;
+    const p4_pd_ms_grp_fn_t visit = [](std::uint32_t dev, pd_mbr_hdl_t, pd_grp_hdl_t group, void *to) -> pd_status_t {
+      EXPECT_EQ(dev, device);
+      static_cast<std::vector<std::uint32_t> *>(to)->push_back(group);
+      return BF_SUCCESS;
+    };
+    p4_pd_ms_mbr_apply_to_grps(state_, device, member, visit, &found);
+    return found;
+  }
+  std::string log()
+  {
+    const document object(cJSON_CreateObject(), cJSON_Delete);
+    EXPECT_EQ(p4_pd_ms_log_state(device, state_, object.get()), BF_SUCCESS);
+    const std::unique_ptr<char, decltype(&cJSON_free)> text(cJSON_PrintUnformatted(object.get()), cJSON_free);
+    return text.get();
+  }
+
+  ms_state *state_ = nullptr;  // the service has no call that would give a state back; it lives on
+};
+
+TEST_F(MemberSelector, ActionsOfMembersAndGroups)
+{
+  std::uint32_t action = 1;
+  EXPECT_EQ(p4_pd_ms_get_mbr_act(state_, device, 5, &action), STANDIN_NO_MEMBER);
+  EXPECT_EQ(p4_pd_ms_set_mbr_act(state_, device, 5, 6), STANDIN_NO_MEMBER);
+  ASSERT_EQ(new_member(5), BF_SUCCESS);
+  EXPECT_EQ(new_member(5), STANDIN_EXISTS);
+  EXPECT_EQ(p4_pd_ms_get_mbr_act(state_, device, 5, &action), STANDIN_NO_ACTION);
+  ASSERT_EQ(p4_pd_ms_set_mbr_act(state_, device, 5, 0x20000119), BF_SUCCESS);
+  ASSERT_EQ(p4_pd_ms_get_mbr_act(state_, device, 5, &action), BF_SUCCESS);
+  EXPECT_EQ(action, 0x20000119u);
+  EXPECT_EQ(p4_pd_ms_get_mbr_act(state_, device + 1, 5, &action), STANDIN_NO_MEMBER);
+
+  ASSERT_EQ(new_group(5), BF_SUCCESS);
+  EXPECT_EQ(p4_pd_ms_get_grp_act(state_, device, 5, &action), STANDIN_NO_ACTION);
+  ASSERT_EQ(p4_pd_ms_set_grp_act(state_, device, 5, 8), BF_SUCCESS);
+  EXPECT_EQ(p4_pd_ms_del_grp(session, state_, device, 6), STANDIN_NO_GROUP);
+  EXPECT_EQ(p4_pd_ms_del_grp(session, state_, device, 5), BF_SUCCESS);
+  EXPECT_EQ(p4_pd_ms_get_grp_act(state_, device, 5, &action), STANDIN_NO_GROUP);
+  EXPECT_EQ(p4_pd_ms_del_mbr(session, state_, device, 5), BF_SUCCESS);
+  EXPECT_EQ(p4_pd_ms_get_mbr_act(state_, device, 5, &action), STANDIN_NO_MEMBER);
+}
+
+TEST_F(MemberSelector, MembershipsGoWithEitherSide)
+{
+  for (const std::uint32_t each : {1u, 2u}) ASSERT_EQ(new_member(each) | new_group(10 + each), BF_SUCCESS);
+  for (const std::uint32_t member : {1u, 2u})
+    for (const std::uint32_t group : {12u, 11u}) ASSERT_EQ(join(member, group), BF_SUCCESS);
+  EXPECT_EQ(join(1, 11), STANDIN_EXISTS);
+  EXPECT_EQ(join(1, 13), STANDIN_NO_GROUP);
+  EXPECT_EQ(groups_of(1), (std::vector<std::uint32_t>{12, 11}));
+  EXPECT_EQ(p4_pd_ms_del_mbr_from_grp(session, state_, device, 1, 12), BF_SUCCESS);
+  EXPECT_EQ(p4_pd_ms_del_mbr_from_grp(session, state_, device, 1, 12), STANDIN_NO_MEMBER);
+  EXPECT_EQ(groups_of(1), std::vector<std::uint32_t>{11});
+  ASSERT_EQ(p4_pd_ms_del_grp(session, state_, device, 11), BF_SUCCESS);
+  EXPECT_EQ(groups_of(1), std::vector<std::uint32_t>{});
+  EXPECT_EQ(groups_of(2), std::vector<std::uint32_t>{12});
+  ASSERT_EQ(p4_pd_ms_del_mbr(session, state_, device, 2), BF_SUCCESS);
+  EXPECT_EQ(log(), R"({"members":[{"hdl":1}],"groups":[{"hdl":12,"mbrs":[]}]})");
+
+  // A membership may come ahead of its member, which is not known by it.
+  ASSERT_EQ(join(7, 12), BF_SUCCESS);
+  std::uint32_t action = 0;
+  EXPECT_EQ(p4_pd_ms_get_mbr_act(state_, device, 7, &action), STANDIN_NO_MEMBER);
+  EXPECT_EQ(new_member(7), BF_SUCCESS);
+  EXPECT_EQ(groups_of(7), std::vector<std::uint32_t>{12});
+}
+
+TEST_F(MemberSelector, ResourcesPassFromMemberToGroups)
+{
+  ASSERT_EQ(new_member(1) | new_group(2) | join(1, 2), BF_SUCCESS);
+  std::uint32_t count = 9;
+  pd_res_spec_t some{1, 1};
+  pd_res_spec_t *list = &some;
+  ASSERT_EQ(p4_pd_ms_mbr_get_res(state_, device, 1, &count, &list), BF_SUCCESS);
+  EXPECT_EQ(count, 0u);
+  EXPECT_EQ(list, nullptr);
+  const pd_res_spec_t given[] = {{0x4000003, 5}, {0x5000002, 6}};
+  ASSERT_EQ(standin_member_resources_set(state_, device, 1, 2, given), BF_SUCCESS);
+  ASSERT_EQ(p4_pd_ms_mbr_apply_to_grps(state_, device, 1, p4_pd_ms_grp_update_res, state_), BF_SUCCESS);
+  ASSERT_EQ(p4_pd_ms_grp_get_res(state_, device, 2, &count, &list), BF_SUCCESS);
+  ASSERT_EQ(count, 2u);
+  EXPECT_EQ(list[1].res_hdl, 0x5000002u);
+  EXPECT_EQ(list[1].res_index, 6u);
+  EXPECT_EQ(p4_pd_ms_grp_get_res(state_, device, 3, &count, &list), STANDIN_NO_GROUP);
+}
+
+TEST_F(MemberSelector, LogRestores)
+{
+  for (const pd_mbr_hdl_t each : {1u, 0xfffffffeu}) {
+    ASSERT_EQ(new_member(each), BF_SUCCESS);
+    ASSERT_EQ(p4_pd_ms_set_mbr_act(state_, device, each, 0x200001ab), BF_SUCCESS);
+  }
+  ASSERT_EQ(new_group(3) | join(0xfffffffe, 3) | join(1, 3), BF_SUCCESS);
+  ASSERT_EQ(p4_pd_ms_set_grp_act(state_, device, 3, 0x200001af), BF_SUCCESS);
+  const std::string before = log();
+  EXPECT_EQ(before, R"({"members":[{"hdl":1,"act":536871339},{"hdl":4294967294,"act":536871339}],)"
+                    R"("groups":[{"hdl":3,"act":536871343,"mbrs":[4294967294,1]}]})");
+  ASSERT_EQ(p4_pd_ms_destroy_state_for_dev(state_, device), BF_SUCCESS);
+  EXPECT_EQ(p4_pd_ms_destroy_txn_state_for_dev(device), BF_SUCCESS);
+  EXPECT_EQ(log(), R"({"members":[],"groups":[]})");
+  ASSERT_EQ(p4_pd_ms_restore_state(device, state_, parse(before.c_str()).get()), BF_SUCCESS);
+  EXPECT_EQ(log(), before);
+
+  for (const char *bad : {"{}", "[]", R"({"members":[]})", R"({"members":[{}],"groups":[]})",
+                          R"({"members":[{"hdl":1.5}],"groups":[]})", R"({"members":[{"hdl":-1}],"groups":[]})",
+                          R"({"members":[{"hdl":4294967296}],"groups":[]})",
+                          R"({"members":[{"hdl":1},{"hdl":1}],"groups":[]})",
+                          R"({"members":[{"hdl":1,"act":"x"}],"groups":[]})",
+                          R"({"members":[],"groups":[{"hdl":1}]})",
+                          R"({"members":[],"groups":[{"hdl":1,"mbrs":[1,1]}]})"})
+    EXPECT_EQ(p4_pd_ms_restore_state(device, state_, parse(bad).get()), STANDIN_BAD_DOCUMENT) << bad;
+  EXPECT_EQ(p4_pd_ms_restore_state(device, state_, nullptr), STANDIN_BAD_DOCUMENT);
+  EXPECT_EQ(log(), before);
+}
+
+}  // namespace
