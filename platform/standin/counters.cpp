@@ -96,8 +96,8 @@ pd_status_t pipe_mgr_mat_ent_direct_stat_query(pd_sess_hdl_t, uint32_t dev_id, u
   return serve_direct(__func__, dev_id, tbl_hdl, entry_hdl, reads(data));
 }
 
-pd_status_t pipe_mgr_mat_ent_direct_stat_set(pd_sess_hdl_t, uint32_t dev_id, uint32_t tbl_hdl,
-                                             pd_entry_hdl_t entry_hdl, drv_stat_data_t *data)
+pd_status_t pipe_mgr_mat_ent_direct_stat_set(pd_sess_hdl_t, uint32_t dev_id, uint32_t tbl_hdl, pd_entry_hdl_t entry_hdl,
+                                             drv_stat_data_t *data)
 {
   return serve_direct(__func__, dev_id, tbl_hdl, entry_hdl, writes(data));
 }
@@ -108,8 +108,8 @@ pd_status_t pipe_mgr_direct_stat_ent_database_sync(pd_sess_hdl_t, pd_dev_tgt_t d
   return serve_direct(__func__, device_of(dev_tgt), tbl_hdl, entry_hdl, synchronise);
 }
 
-pd_status_t pipe_mgr_direct_stat_database_sync(pd_sess_hdl_t, pd_dev_tgt_t dev_tgt, uint32_t tbl_hdl,
-                                               pd_callback_t cb, void *cookie)
+pd_status_t pipe_mgr_direct_stat_database_sync(pd_sess_hdl_t, pd_dev_tgt_t dev_tgt, uint32_t tbl_hdl, pd_callback_t cb,
+                                               void *cookie)
 {
   return serve_table(__func__, device_of(dev_tgt), tbl_hdl, [&](device &dev, match_table &table) -> pd_status_t {
     if (table.layout().direct(resource_kind::counter) == nullptr) return STANDIN_BAD_RESOURCE;
@@ -126,7 +126,7 @@ pd_status_t standin_count_packets(uint32_t dev_id, uint32_t tbl_hdl, pd_entry_hd
   return on_table(dev_id, tbl_hdl, [&](device &dev, match_table &table) -> pd_status_t {
     if (!table.holds(entry_hdl)) return STANDIN_NO_ENTRY;
     const entry_view entry = table.at(entry_hdl);
-    if (table.row().idle_time && !table.is_default(entry_hdl)) hit(entry);
+    if (table.row().idle_time && !table.is_default(entry_hdl)) hit(table, entry);
     if (table.layout().direct(resource_kind::counter) != nullptr) count(entry.counter(), packets, bytes);
     for (const resource_reference &each : entry.references().first(entry.head().resources)) {
       indirect_resource *const counter = dev.resource(each.handle, resource_kind::counter);
@@ -136,8 +136,7 @@ pd_status_t standin_count_packets(uint32_t dev_id, uint32_t tbl_hdl, pd_entry_hd
   });
 }
 
-pd_status_t standin_count_cell(uint32_t dev_id, uint32_t counter_hdl, uint32_t index, uint64_t packets,
-                               uint64_t bytes)
+pd_status_t standin_count_cell(uint32_t dev_id, uint32_t counter_hdl, uint32_t index, uint64_t packets, uint64_t bytes)
 {
   return on_device(dev_id, [&](device &dev) -> pd_status_t {
     indirect_resource *const counter = dev.resource(counter_hdl, resource_kind::counter);

@@ -9,8 +9,9 @@ device::device(std::uint32_t its_id) : id(its_id)
 {
   for (const pipeline_table &row : pipeline_tables) tables.emplace_back(row, pipeline_resources);
   for (const pipeline_profile &row : pipeline_profiles) profiles.emplace_back(row);
+  // A register has cells by index in any case: on a keyless table there is but the default entry to name it.
   for (const pipeline_resource &row : pipeline_resources)
-    if (!row.direct) resources.emplace_back(row);
+    if (!row.direct || row.kind == resource_kind::register_) resources.emplace_back(row);
 }
 
 match_table *device::table(std::uint32_t handle)

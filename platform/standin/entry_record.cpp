@@ -50,8 +50,7 @@ entry_record record_of(const match_table &table, std::uint32_t handle)
     record.action.data = entry.data();
   }
   record.resource_count = head.resources;
-  for (std::size_t i = 0; i < head.resources; ++i)
-    record.resources[i] = resource_spec(entry, entry.references()[i]);
+  for (std::size_t i = 0; i < head.resources; ++i) record.resources[i] = resource_spec(entry, entry.references()[i]);
   return record;
 }
 

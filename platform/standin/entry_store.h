@@ -28,7 +28,7 @@ struct entry_head {
 };
 
 struct idle_cell {
-  std::uint32_t ttl;   // milliseconds, 0: does not age
+  std::uint32_t ttl;  // milliseconds, 0: does not age
   std::uint32_t left;
 };
 
@@ -106,10 +106,7 @@ class entry_store {
   explicit entry_store(const entry_layout &layout) : layout_(&layout) {}
 
   void prepare(std::size_t slots);
-  entry_view at(std::uint32_t slot) const
-  {
-    return {bytes_at(slot), *layout_};
-  }
+  entry_view at(std::uint32_t slot) const { return {bytes_at(slot), *layout_}; }
   void clear(std::uint32_t slot);
 
  private:

@@ -40,16 +40,14 @@ pd_status_t pipe_mgr_hash_calc_input_get(pd_sess_hdl_t, uint32_t dev_id, uint32_
   });
 }
 
-pd_status_t pipe_mgr_hash_calc_algorithm_set(pd_sess_hdl_t, uint32_t dev_id, uint32_t calc_hdl,
-                                             uint32_t algorithm_hdl)
+pd_status_t pipe_mgr_hash_calc_algorithm_set(pd_sess_hdl_t, uint32_t dev_id, uint32_t calc_hdl, uint32_t algorithm_hdl)
 {
   return serve_hash(__func__, dev_id, calc_hdl, [&](const hash_row &, const hash_setting &) {
     return require(algorithm_hdl == hash_algorithm, STANDIN_BAD_ARGUMENT);  // there is no other to change to
   });
 }
 
-pd_status_t pipe_mgr_hash_calc_algorithm_get(pd_sess_hdl_t, uint32_t dev_id, uint32_t calc_hdl,
-                                             uint32_t *algorithm_hdl)
+pd_status_t pipe_mgr_hash_calc_algorithm_get(pd_sess_hdl_t, uint32_t dev_id, uint32_t calc_hdl, uint32_t *algorithm_hdl)
 {
   return serve_hash(__func__, dev_id, calc_hdl, [&](const hash_row &, const hash_setting &) -> pd_status_t {
     if (algorithm_hdl == nullptr) return STANDIN_BAD_ARGUMENT;

@@ -59,7 +59,6 @@ pd_status_t pipe_mgr_idle_tmo_enable(pd_sess_hdl_t, uint32_t dev_id, uint32_t tb
     idle.mode = params.word_0;
     idle.interval = params.word_1;
     idle.largest_ttl = params.word_2;
-    idle.waiting = 0;
     if (params.word_4 != 0)
       idle.expired = {reinterpret_cast<pd_callback_t>(params.word_4), reinterpret_cast<void *>(params.word_5)};
     return success;
@@ -99,8 +98,8 @@ pd_status_t pipe_mgr_idle_time_update_hit_state(pd_sess_hdl_t, uint32_t dev_id, 
   });
 }
 
-pd_status_t pipe_mgr_idle_time_get_hit_state(pd_sess_hdl_t, uint32_t dev_id, uint32_t tbl_hdl,
-                                             pd_entry_hdl_t entry_hdl, uint32_t *hit_state)
+pd_status_t pipe_mgr_idle_time_get_hit_state(pd_sess_hdl_t, uint32_t dev_id, uint32_t tbl_hdl, pd_entry_hdl_t entry_hdl,
+                                             uint32_t *hit_state)
 {
   return serve_idle_entry(__func__, dev_id, tbl_hdl, entry_hdl,
                           [&](match_table &table, entry_view entry) -> pd_status_t {
@@ -116,7 +115,7 @@ pd_status_t pipe_mgr_mat_ent_set_idle_ttl(pd_sess_hdl_t, uint32_t dev_id, uint32
 {
   return serve_idle_entry(__func__, dev_id, tbl_hdl, entry_hdl, [&](match_table &table, entry_view entry) {
     const pd_status_t status = check_ttl(table, ttl);
-    if (status == BF_SUCCESS) entry.idle() = {ttl, ttl};
+    if (status == success) start_ttl(table, entry, ttl);
     return status;
   });
 }
@@ -124,11 +123,12 @@ pd_status_t pipe_mgr_mat_ent_set_idle_ttl(pd_sess_hdl_t, uint32_t dev_id, uint32
 pd_status_t pipe_mgr_mat_ent_get_idle_ttl(pd_sess_hdl_t, uint32_t dev_id, uint32_t tbl_hdl, pd_entry_hdl_t entry_hdl,
                                           uint32_t *ttl)
 {
-  return serve_idle_entry(__func__, dev_id, tbl_hdl, entry_hdl, [&](match_table &, entry_view entry) -> pd_status_t {
-    if (ttl == nullptr) return STANDIN_BAD_ARGUMENT;
-    *ttl = entry.idle().left;
-    return success;
-  });
+  return serve_idle_entry(__func__, dev_id, tbl_hdl, entry_hdl,
+                          [&](match_table &table, entry_view entry) -> pd_status_t {
+                            if (ttl == nullptr) return STANDIN_BAD_ARGUMENT;
+                            *ttl = ttl_left(table, entry);
+                            return success;
+                          });
 }
 
 pd_status_t standin_idle_advance(uint32_t milliseconds)
@@ -148,7 +148,7 @@ pd_status_t standin_entry_hit(uint32_t dev_id, uint32_t tbl_hdl, pd_entry_hdl_t 
   return on_table(dev_id, tbl_hdl, [&](device &, match_table &table) -> pd_status_t {
     if (!table.row().idle_time) return STANDIN_NOT_ENABLED;
     if (!table.slots().holds(entry_hdl)) return STANDIN_NO_ENTRY;
-    hit(table.at(entry_hdl));
+    hit(table, table.at(entry_hdl));
     return success;
   });
 }

@@ -49,8 +49,8 @@ pd_status_t pipe_mgr_flow_lrn_notify_ack(pd_sess_hdl_t, uint32_t digest_hdl, voi
   // The pointer is compared only, never followed: it may be of a message that went before.
   for (std::uint32_t dev_id = 0; dev_id < most_devices; ++dev_id) {
     const pd_status_t status = on_device(dev_id, [&](device &dev) {
-      const auto gone = std::erase_if(dev.services.digest_messages,
-                                      [&](const auto &block) { return &block->message == digest_msg; });
+      const auto gone =
+          std::erase_if(dev.services.digest_messages, [&](const auto &block) { return &block->message == digest_msg; });
       return require(gone != 0, STANDIN_BAD_ARGUMENT);
     });
     if (status == success) return success;

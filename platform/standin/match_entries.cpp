@@ -57,7 +57,7 @@ pd_status_t pipe_mgr_mat_ent_add(pd_sess_hdl_t, pd_dev_tgt_t dev_tgt, uint32_t t
     if (const pd_status_t status = table.insert(*match_spec, entry_hdl)) return status;
     const entry_view entry = table.at(*entry_hdl);
     apply_action(dev, table, entry, act_hdl, *action_spec);
-    if (table.row().idle_time) entry.idle() = {ttl, ttl};
+    if (table.row().idle_time) start_ttl(table, entry, ttl);
     tell(dev, table, *entry_hdl, STANDIN_ADDED);
     return success;
   });

@@ -38,8 +38,7 @@ pd_status_t pipe_mgr_get_entry_count(pd_sess_hdl_t, pd_dev_tgt_t dev_tgt, uint32
   });
 }
 
-pd_status_t pipe_mgr_get_first_entry_handle(pd_sess_hdl_t, uint32_t tbl_hdl, pd_dev_tgt_t dev_tgt,
-                                            uint32_t *first_hdl)
+pd_status_t pipe_mgr_get_first_entry_handle(pd_sess_hdl_t, uint32_t tbl_hdl, pd_dev_tgt_t dev_tgt, uint32_t *first_hdl)
 {
   return serve_slots(__func__, dev_tgt, tbl_hdl, [&](const slot_pool &pool) {
     return first_hdl == nullptr ? pd_status_t{STANDIN_BAD_ARGUMENT} : pool.first(first_hdl);

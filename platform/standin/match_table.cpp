@@ -89,8 +89,7 @@ pd_status_t match_table::find(const drv_match_spec_t &key, std::uint32_t *handle
   const std::string_view mask = live_mask(key.key_mask);
   const auto group = groups_.find(mask);
   if (group == groups_.end()) return STANDIN_NO_ENTRY;
-  const std::uint32_t slot =
-      find_in(group->second, mask, hash_under(mask, key.key_value, key.partition_index), key);
+  const std::uint32_t slot = find_in(group->second, mask, hash_under(mask, key.key_value, key.partition_index), key);
   if (slot == 0) return STANDIN_NO_ENTRY;
   *handle = slots_.handle_at(slot);
   return success;

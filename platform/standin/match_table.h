@@ -28,9 +28,9 @@ struct client_callback {
 struct idle_setting {
   bool enabled = false;
   std::uint32_t mode = STANDIN_IDLE_POLL;
-  std::uint32_t interval = 0;   // of the ageing
+  std::uint32_t interval = 0;  // of the ageing
   std::uint32_t largest_ttl = 0;
-  std::uint32_t waiting = 0;    // time passed since the last ageing
+  std::uint32_t waiting = 0;  // time passed since the last ageing
   client_callback expired;
 };
 

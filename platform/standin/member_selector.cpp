@@ -1,12 +1,15 @@
 // The member-selector state service: for each profile and device, which members and groups there are, the action of
-// each, and who is in which group. It changes nothing on the switch, knows of no device that was not told to it, and its
-// functions have no transactions, so that there is no state of any to drop.
+// each, and who is in which group. It changes nothing on the switch, knows of no device that was not told to it, and
+// its functions have no transactions, so that there is no state of any to drop.
 //
 // The log of a device is {"members": [{"hdl", "act"}], "groups": [{"hdl", "act", "mbrs": [hdl]}]}, numbers all of them;
 // "act" is left out where none was set. Resources are not logged.
 //
 // SPDX-License-Identifier: Apache-2.0
+#include "member_selector.h"
+
 #include <algorithm>
+#include <list>
 #include <map>
 #include <mutex>
 #include <new>
@@ -62,6 +65,18 @@ struct ms_state {
 
 namespace tarvex::standin {
 namespace {
+
+/// All states there are. They live as long as the process: nothing gives one back, and a client may stop late.
+struct selector_states {
+  std::mutex mutex;
+  std::list<ms_state> list;
+};
+
+selector_states &the_states()
+{
+  static auto *const states = new selector_states;
+  return *states;
+}
 
 /// Runs body(device's part) under the state's lock.
 template <class Body>
@@ -218,6 +233,16 @@ bool log_items(cJSON *object, const char *name, const selector_items &items, boo
 }
 
 }  // namespace
+
+void empty_selector_states()
+{
+  const std::lock_guard lock(the_states().mutex);
+  for (ms_state &each : the_states().list) {
+    const std::lock_guard state_lock(each.mutex);
+    each.devices.clear();
+  }
+}
+
 }  // namespace tarvex::standin
 
 using namespace tarvex::standin;
@@ -226,7 +251,14 @@ pd_status_t p4_pd_ms_init(void) { return announce(__func__, 0); }
 
 ms_state *p4_pd_ms_init_state(void)
 {
-  return announce(__func__, 0) == success ? new (std::nothrow) ms_state : nullptr;
+  if (announce(__func__, 0) != success) return nullptr;
+  selector_states &all = the_states();
+  const std::lock_guard lock(all.mutex);
+  try {
+    return &all.list.emplace_back();
+  } catch (const std::bad_alloc &) {
+    return nullptr;
+  }
 }
 
 pd_status_t p4_pd_ms_new_mbr(pd_sess_hdl_t, ms_state *state, uint32_t dev_id, pd_mbr_hdl_t mbr_hdl)
@@ -258,12 +290,12 @@ pd_status_t p4_pd_ms_mbr_get_res(ms_state *state, uint32_t dev_id, pd_mbr_hdl_t 
 pd_status_t p4_pd_ms_mbr_apply_to_grps(ms_state *state, uint32_t dev_id, pd_mbr_hdl_t mbr_hdl, p4_pd_ms_grp_fn_t fn,
                                        void *argument)
 {
-  if (fn == nullptr) return STANDIN_BAD_ARGUMENT;
   std::vector<std::uint32_t> groups;  // the function may come back to the service, so it is called without the lock
-  const pd_status_t status = serve_item(__func__, state, dev_id, of_member, mbr_hdl, [&](const selector_item &item) {
+  const auto note = [&](const selector_item &item) {
     groups = item.others;
-    return success;
-  });
+    return require(fn != nullptr, STANDIN_BAD_ARGUMENT);
+  };
+  const pd_status_t status = serve_item(__func__, state, dev_id, of_member, mbr_hdl, note);
   if (status != success) return status;
   for (const std::uint32_t grp_hdl : groups)
     if (const pd_status_t stopped = fn(dev_id, mbr_hdl, grp_hdl, argument)) return stopped;

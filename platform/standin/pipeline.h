@@ -12,9 +12,9 @@ namespace tarvex::standin {
 enum class table_kind : std::uint8_t { keyless, exact, ternary, lpm };
 
 struct pipeline_action {
-  std::uint32_t handle;      // of this table or profile
+  std::uint32_t handle;  // of this table or profile
   const char *name;
-  std::uint16_t data_bits;   // 0 without parameters
+  std::uint16_t data_bits;  // 0 without parameters
   std::uint16_t data_bytes;
   bool may_be_default;
 };
@@ -25,18 +25,18 @@ struct pipeline_table {
   table_kind kind;
   std::uint16_t key_bits;
   std::uint16_t key_bytes;
-  const std::uint8_t *live_mask;           // key_bytes bytes; null for a keyless table
-  std::uint32_t live_partition;            // live bits of the partition index; 0 where the table has none
+  const std::uint8_t *live_mask;  // key_bytes bytes; null for a keyless table
+  std::uint32_t live_partition;   // live bits of the partition index; 0 where the table has none
   bool idle_time;
-  const char *profile;                     // of an indirect table, else null
-  std::span<const pipeline_action> actions; // in handle order; of an indirect table those of its profile
+  const char *profile;                       // of an indirect table, else null
+  std::span<const pipeline_action> actions;  // in handle order; of an indirect table those of its profile
 };
 
 struct pipeline_profile {
   const char *name;
   std::uint32_t action_data_table;
   std::uint32_t selector_table;
-  std::uint32_t table;                     // the indirect match table
+  std::uint32_t table;  // the indirect match table
   std::span<const pipeline_action> actions;
 };
 
@@ -47,7 +47,7 @@ struct pipeline_resource {
   const char *name;
   resource_kind kind;
   bool direct;
-  std::uint32_t table;                     // match table it hangs on or is used by, 0 where none
+  std::uint32_t table;  // match table it hangs on or is used by, 0 where none
 };
 
 // Defined by the generated pipeline_rows.cpp; tables in handle order.

@@ -49,8 +49,8 @@ std::vector<std::byte> encode(std::uint64_t mark, const entry_record &record)
   head.kind = record.kind;
   head.has_key = record.has_key;
   const std::size_t resource_bytes = record.resource_count * sizeof(drv_res_spec_t);
-  head.size = static_cast<std::uint32_t>(sizeof head + 2u * record.key_bytes + record.action.data_bytes +
-                                         resource_bytes);
+  head.size =
+      static_cast<std::uint32_t>(sizeof head + 2u * record.key_bytes + record.action.data_bytes + resource_bytes);
 
   std::vector<std::byte> buffer(head.size, std::byte{0xff});
   std::byte *to = buffer.data();
@@ -86,8 +86,7 @@ std::optional<entry_record> decode(std::uint64_t mark, const void *buffer)
   record.reference = head.reference;
   record.action = {head.action, head.data_bits, head.data_bytes, from + 2 * head.key_bytes};
   record.resource_count = std::min<std::uint32_t>(head.resource_count, DRV_ACTION_MAX_RES);
-  std::memcpy(record.resources, record.action.data + head.data_bytes,
-              record.resource_count * sizeof(drv_res_spec_t));
+  std::memcpy(record.resources, record.action.data + head.data_bytes, record.resource_count * sizeof(drv_res_spec_t));
   return record;
 }
 

@@ -26,8 +26,8 @@ struct membership {
 };
 
 struct group {
-  std::uint32_t most_members = 0;  // 0: any number
-  std::uint32_t uses = 0;          // by entries
+  std::uint32_t most_members = 0;   // 0: any number
+  std::uint32_t uses = 0;           // by entries
   std::vector<membership> members;  // in the order in which they were added
 
   membership *find(pd_mbr_hdl_t handle)

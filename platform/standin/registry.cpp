@@ -7,6 +7,7 @@
 #include <cjson/cJSON.h>
 
 #include "device.h"
+#include "member_selector.h"
 #include "snapshots.h"
 
 namespace tarvex::standin {
@@ -165,6 +166,7 @@ void standin_reset(void)
     r.clients = {};
     r.registered = 0;
   }
+  empty_selector_states();
   reset_gate();
   standin_fail_calloc(0);
 }

@@ -1,4 +1,5 @@
-// Cells of the indirect counters, meters, WRED blocks and registers of a device. Only cells that were written take room.
+// Cells of the indirect counters, meters, WRED blocks and registers of a device. Only cells that were written take
+// room.
 //
 // SPDX-License-Identifier: Apache-2.0
 #pragma once

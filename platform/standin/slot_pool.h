@@ -72,10 +72,7 @@ class slot_map {
     return success;
   }
 
-  T *find(std::uint32_t handle)
-  {
-    return slots.holds(handle) ? &values_[slot_pool::slot_of(handle) - 1] : nullptr;
-  }
+  T *find(std::uint32_t handle) { return slots.holds(handle) ? &values_[slot_pool::slot_of(handle) - 1] : nullptr; }
 
   void erase(std::uint32_t handle)
   {

@@ -46,7 +46,10 @@ constexpr std::uint32_t egress_bit = 2;
 constexpr std::uint32_t most_stages = 255;
 
 /// Whether a snapshot of pipe `own` sees what goes on in pipe `other`, either of which may be all.
-bool covers(std::uint32_t own, std::uint32_t other) { return own == other || own == PD_ALL_PIPES || other == PD_ALL_PIPES; }
+bool covers(std::uint32_t own, std::uint32_t other)
+{
+  return own == other || own == PD_ALL_PIPES || other == PD_ALL_PIPES;
+}
 
 /// Runs body(snapshot) under the lock.
 template <class Body>

@@ -12,8 +12,7 @@ pd_status_t standin_lookup(pd_dev_tgt_t dev_tgt, uint32_t tbl_hdl, const uint8_t
     if (entry_hdl == nullptr || (key == nullptr && key_bytes != 0)) return STANDIN_BAD_ARGUMENT;
     if (key_bytes != table.row().key_bytes) return STANDIN_BAD_KEY;
     const pd_status_t status = table.lookup(key, partition_index, entry_hdl);
-    if (status != BF_SUCCESS)
-      *entry_hdl = table.default_handle() != 0 ? table.default_handle() : STANDIN_NO_HANDLE;
+    if (status != BF_SUCCESS) *entry_hdl = table.default_handle() != 0 ? table.default_handle() : STANDIN_NO_HANDLE;
     return status;
   });
 }

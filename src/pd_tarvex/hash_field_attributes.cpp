@@ -3,13 +3,13 @@
 
 #include <bit>
 
-#include "call_conventions.h"
+#include "text_assertions.h"
 
 namespace tarvex::pd {
 
 namespace {
 
-constexpr char pd_tarvex_source[] = "bf_tarvex_switch_mpls_baremetal/src/pd_tarvex";
+
 
 /// Bit i of the result is bit N-1-i of `bits`: lists are numbered with field N-1 in the lowest place.
 std::uint32_t reversed(std::uint32_t bits, unsigned n)
@@ -83,7 +83,7 @@ pd_status_t hash_fields_get(const hash_row &calc, pd_sess_hdl_t sess_hdl, pd_dev
 
 std::uint32_t hash_common_field(const hash_row &calc, const char *function, std::uint32_t field)
 {
-  if (field >= calc.field_count) __assert_fail("0", pd_tarvex_source, __LINE__, function);
+  if (field >= calc.field_count) stop_in_text("0", function);
   return calc.common[field];
 }
 

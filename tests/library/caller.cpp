@@ -20,11 +20,36 @@ using enum argument_kind;
 constexpr std::size_t not_taken = ~std::size_t{0};
 
 const std::set<argument_kind> pointers = {
-    match_spec,      action_spec,       meter_spec,       entry_hdl_out,       match_spec_out,      priority_out,
-    action_name_out, action_enum_out,   no_key_out,       any_action_spec_out, is_member_out,       is_group_out,
-    grp_hdl_out,     mbr_hdl_out,       entry_count_out,  next_entry_hdls_out, drv_match_spec,      drv_act_data,
-    res_list,        action_spec_out,   table_handle_out, property_value_out,  property_argument_out, hit_state_out,
-    ttl_out,         log,               action_name,      member_state_out,    plcmt_data,          member_action_out,
+    match_spec,
+    action_spec,
+    meter_spec,
+    entry_hdl_out,
+    match_spec_out,
+    priority_out,
+    action_name_out,
+    action_enum_out,
+    no_key_out,
+    any_action_spec_out,
+    is_member_out,
+    is_group_out,
+    grp_hdl_out,
+    mbr_hdl_out,
+    entry_count_out,
+    next_entry_hdls_out,
+    drv_match_spec,
+    drv_act_data,
+    res_list,
+    action_spec_out,
+    table_handle_out,
+    property_value_out,
+    property_argument_out,
+    hit_state_out,
+    ttl_out,
+    log,
+    action_name,
+    member_state_out,
+    plcmt_data,
+    member_action_out,
 };
 const std::set<argument_kind> words = {dev_tgt, word, callback, cookie};
 
@@ -120,14 +145,15 @@ std::uint64_t call::run(std::uint8_t stack_pattern)
   expected_ = blocks_;
   ffi_arg result = 0;
   fill_stack(stack_pattern);
+  const unsigned before = counter != nullptr ? counter() : 0;
   ffi_call(&description, function_.function, &result, places.data());
+  counted = counter != nullptr ? counter() - before : 0;
   return result;
 }
 
 void call::expect(argument_kind kind, std::span<const std::uint8_t> content, std::size_t offset)
 {
-  std::copy(content.begin(), content.end(),
-            expected_.at(index_of(kind)).begin() + static_cast<std::ptrdiff_t>(offset));
+  std::copy(content.begin(), content.end(), expected_.at(index_of(kind)).begin() + static_cast<std::ptrdiff_t>(offset));
 }
 
 void call::expect_number(argument_kind kind, std::uint64_t number, std::size_t size)
@@ -142,14 +168,15 @@ std::string call::unexpected_bytes() const
     if (blocks_[i] == expected_[i]) continue;
     const auto [first, other] = std::mismatch(blocks_[i].begin(), blocks_[i].end(), expected_[i].begin());
     text += "argument " + std::to_string(i) + " from byte " + std::to_string(first - blocks_[i].begin()) + ":\n  is " +
-            hex(std::span(first, 16)) + "\n  should be " + hex(std::span(other, 16)) + '\n';
+            hex({first, blocks_[i].end()}) + "\n  should be " + hex({other, expected_[i].end()}) + '\n';
   }
   return text;
 }
 
 const exported_function &function_named(const std::string &name)
 {
-  const auto found = std::ranges::find_if(calls::functions, [&](const auto &function) { return function.name == name; });
+  const auto found =
+      std::ranges::find_if(calls::functions, [&](const auto &function) { return function.name == name; });
   if (found == calls::functions.end()) {
     std::cerr << "no exported function " << name << '\n';
     std::abort();

@@ -1,5 +1,5 @@
-// Calls any exported function by its row of the call table: each argument has a value of its own, junk stands above every
-// narrow one, and pointers point at blocks whose bytes are watched.
+// Calls any exported function by its row of the call table: each argument has a value of its own, junk stands above
+// every narrow one, and pointers point at blocks whose bytes are watched.
 //
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
@@ -39,6 +39,10 @@ class call {
 
   /// Makes the call on a stack filled with a pattern.
   std::uint64_t run(std::uint8_t stack_pattern = 0xa5);
+  /// How far a counter went on during the call alone, libffi included.
+  unsigned (*counter)() = nullptr;
+  unsigned counted = 0;
+
   /// The blocks as they must stand after the call: as they were before, but for what is noted with expect().
   void expect(argument_kind kind, std::span<const std::uint8_t> content, std::size_t offset = 0);
   void expect_number(argument_kind kind, std::uint64_t number, std::size_t size);

@@ -37,6 +37,7 @@ TEST(interface, every_function_is_known_by_name_and_arguments)
 }
 
 constexpr int patterns = 6;
+constexpr std::uint8_t stack_patterns[] = {0xa5, 0x5a};
 
 // Fills a structure, room and gaps included: each byte its own, all ones, zeros, then random ones.
 void fill(call &call, argument_kind kind, std::size_t size, int pattern, std::mt19937 &random)
@@ -169,7 +170,7 @@ TEST(interface, driver_calls_are_as_laid_down_with_each_status)
         const std::uint8_t length[] = {static_cast<std::uint8_t>(prefix), static_cast<std::uint8_t>(prefix >> 8)};
         if (prefix >= 0) call.fill(match_spec, length, place);
         for (std::size_t failing = 0; failing <= operation->series.size() && wrong.empty(); ++failing) {
-          for (const std::uint8_t stack_pattern : {0xa5, 0x5a}) {
+          for (const std::uint8_t stack_pattern : stack_patterns) {
             if (wrong.empty()) wrong = try_once(call, *operation, failing, stack_pattern);
           }
         }
@@ -186,11 +187,11 @@ TEST(interface, adds_and_defaults_refuse_a_meter_that_cannot_be)
   for (const exported_function &function : calls::functions) {
     call call(function);
     if (!call.takes(meter_spec)) continue;
-    for (const std::uint8_t meter_type : {0, 2, 255}) {
-      const std::uint8_t type[] = {meter_type, 0, 0, 0};
+    for (const int meter_type : {0, 2, 255}) {
+      const std::uint8_t type[] = {static_cast<std::uint8_t>(meter_type), 0, 0, 0};
       call.fill(meter_spec, type, offsetof(pd_meter_spec_t, meter_type));
       driver().reset();
-      EXPECT_EQ(call.run(), PD_STATUS_INVALID_ARG) << function.name << ", meter type " << int{meter_type};
+      EXPECT_EQ(call.run(), PD_STATUS_INVALID_ARG) << function.name << ", meter type " << meter_type;
       EXPECT_TRUE(driver().calls.empty()) << function.name;
     }
     if (function.family != entry_add) continue;

@@ -31,8 +31,7 @@ std::vector<driver_call> with_group(driver_call write)
 }
 
 const driver_call indirect_add = {
-    "pipe_mgr_mat_ent_add",
-    {sess_hdl, dev_tgt, table, match_spec, answered, action_record, zero, zero, entry_hdl_out}};
+    "pipe_mgr_mat_ent_add", {sess_hdl, dev_tgt, table, match_spec, answered, action_record, zero, zero, entry_hdl_out}};
 const driver_call indirect_modify = {"pipe_mgr_mat_ent_set_action",
                                      {sess_hdl, dev_id, table, entry_hdl, answered, action_record, zero}};
 const driver_call indirect_modify_by_key = {"pipe_mgr_mat_ent_set_action_by_match_spec",
@@ -42,14 +41,15 @@ const driver_call indirect_default = {"pipe_mgr_mat_default_entry_set",
 
 }  // namespace
 
+// A function a line, or two, to be read down the columns.
+// clang-format off
 const std::vector<operation> operations = {
     // entries
     {entry_add, "{table}_table_add_with_{action}", 262,
      {sess_hdl, dev_tgt, match_spec, priority, action_spec, ttl, meter_spec, entry_hdl_out},
      {{"pipe_mgr_mat_ent_add",
        {sess_hdl, dev_tgt, table, match_spec, action, action_record, ttl, zero, entry_hdl_out}}}},
-    {entry_modify, "{table}_table_modify_with_{action}", 262,
-     {sess_hdl, dev_id, entry_hdl, action_spec, meter_spec},
+    {entry_modify, "{table}_table_modify_with_{action}", 262, {sess_hdl, dev_id, entry_hdl, action_spec, meter_spec},
      {{"pipe_mgr_mat_ent_set_action", {sess_hdl, dev_id, table, entry_hdl, action, action_record, zero}}}},
     {entry_modify_by_match_spec, "{table}_table_modify_with_{action}_by_match_spec", 262,
      {sess_hdl, dev_tgt, match_spec, priority, action_spec, meter_spec},
@@ -57,8 +57,7 @@ const std::vector<operation> operations = {
        {sess_hdl, dev_tgt, table, match_spec, action, action_record, zero}}}},
     {entry_delete, "{table}_table_delete", 105, {sess_hdl, dev_id, entry_hdl},
      {{"pipe_mgr_mat_ent_del", {sess_hdl, dev_id, table, entry_hdl, zero}}}},
-    {entry_delete_by_match_spec, "{table}_table_delete_by_match_spec", 105,
-     {sess_hdl, dev_tgt, match_spec, priority},
+    {entry_delete_by_match_spec, "{table}_table_delete_by_match_spec", 105, {sess_hdl, dev_tgt, match_spec, priority},
      {{"pipe_mgr_mat_ent_del_by_match_spec", {sess_hdl, dev_tgt, table, match_spec, zero}}}},
     {match_spec_to_entry_hdl, "{table}_match_spec_to_entry_hdl", 105,
      {sess_hdl, dev_tgt, match_spec, priority, entry_hdl_out},
@@ -77,8 +76,8 @@ const std::vector<operation> operations = {
       action_enum_out, no_key_out},
      {{"pipe_mgr_get_entry", {sess_hdl, table, dev_id, entry_hdl, empty_key, empty_action, local, read_from_hw}}}},
     {get_indirect_entry, "{table}_get_entry", 5,
-     {sess_hdl, dev_id, entry_hdl, read_from_hw, match_spec_out, priority_out, is_member_out, is_group_out,
-      grp_hdl_out, mbr_hdl_out, no_key_out},
+     {sess_hdl, dev_id, entry_hdl, read_from_hw, match_spec_out, priority_out, is_member_out, is_group_out, grp_hdl_out,
+      mbr_hdl_out, no_key_out},
      {{"pipe_mgr_get_entry", {sess_hdl, table, dev_id, entry_hdl, empty_key, no_action, local, read_from_hw}}}},
     {get_entry_count, "{table}_get_entry_count", 120, {sess_hdl, dev_tgt, entry_count_out},
      {{"pipe_mgr_get_entry_count", {sess_hdl, dev_tgt, table, zero, entry_count_out}}}},
@@ -89,13 +88,12 @@ const std::vector<operation> operations = {
      {{"pipe_mgr_get_next_entry_handles", {sess_hdl, table, dev_tgt, entry_hdl, handle_count, next_entry_hdls_out}}}},
     {unbuild_key, "unbuild_key_{table}", 105, {drv_match_spec, match_spec_out}, {}},
     {unbuild_mask, "unbuild_mask_{table}", 41, {drv_match_spec, match_spec_out}, {}},
-    {unbuild_action_spec, "unbuild_action_spec_{action}", 120,
-     {drv_act_data, res_list, res_count, action_spec_out}, {}},
+    {unbuild_action_spec, "unbuild_action_spec_{action}", 120, {drv_act_data, res_list, res_count, action_spec_out},
+     {}},
     // properties, callbacks, handles
     {set_property, "{table}_set_property", 120, {sess_hdl, dev_id, property, property_value, property_argument},
      {{"pipe_mgr_tbl_set_property", {sess_hdl, dev_id, table, property, property_value, property_argument}}}},
-    {get_property, "{table}_get_property", 120,
-     {sess_hdl, dev_id, property, property_value_out, property_argument_out},
+    {get_property, "{table}_get_property", 120, {sess_hdl, dev_id, property, property_value_out, property_argument_out},
      {{"pipe_mgr_tbl_get_property", {sess_hdl, dev_id, table, property, local, local}}}},
     {register_mat_update_cb, "{table}_register_mat_update_cb", 120, {sess_hdl, whole_dev_id, callback, cookie},
      {{"pipe_register_mat_update_cb", {sess_hdl, whole_dev_id, table, callback, cookie}}}},
@@ -143,8 +141,7 @@ const std::vector<operation> operations = {
     {del_member_from_group, "{profile}_del_member_from_group", 5, {sess_hdl, dev_id, grp_hdl, mbr_hdl},
      {{"pipe_mgr_sel_grp_mbr_del", {sess_hdl, dev_id, selector_table, grp_hdl, mbr_hdl, zero}},
       {"p4_pd_ms_del_mbr_from_grp", {sess_hdl, state, device, mbr_hdl, grp_hdl}, ignored}}},
-    {group_member_state_set, "{profile}_group_member_state_set", 5,
-     {sess_hdl, dev_id, grp_hdl, mbr_hdl, member_state},
+    {group_member_state_set, "{profile}_group_member_state_set", 5, {sess_hdl, dev_id, grp_hdl, mbr_hdl, member_state},
      {{"pipe_mgr_sel_grp_mbr_enable", {sess_hdl, dev_id, selector_table, grp_hdl, mbr_hdl, zero}}}},
     {group_member_state_get, "{profile}_group_member_state_get", 5,
      {sess_hdl, dev_id, grp_hdl, mbr_hdl, member_state_out},
@@ -159,15 +156,18 @@ const std::vector<operation> operations = {
     {add_indirect_entry, "{table}_add_entry", 5, {sess_hdl, dev_tgt, match_spec, priority, mbr_hdl, entry_hdl_out},
      with_member(indirect_add)},
     {add_indirect_entry, "{table}_add_entry_with_selector", 5,
-     {sess_hdl, dev_tgt, match_spec, priority, grp_hdl, entry_hdl_out}, with_group(indirect_add)},
+     {sess_hdl, dev_tgt, match_spec, priority, grp_hdl, entry_hdl_out},
+     with_group(indirect_add)},
     {modify_indirect_entry, "{table}_modify_entry", 5, {sess_hdl, dev_id, entry_hdl, mbr_hdl},
      with_member(indirect_modify)},
     {modify_indirect_entry, "{table}_modify_entry_with_selector", 5, {sess_hdl, dev_id, entry_hdl, grp_hdl},
      with_group(indirect_modify)},
     {modify_indirect_entry_by_match_spec, "{table}_modify_entry_by_match_spec", 5,
-     {sess_hdl, dev_tgt, match_spec, priority, mbr_hdl}, with_member(indirect_modify_by_key)},
+     {sess_hdl, dev_tgt, match_spec, priority, mbr_hdl},
+     with_member(indirect_modify_by_key)},
     {modify_indirect_entry_by_match_spec, "{table}_modify_entry_with_selector_by_match_spec", 5,
-     {sess_hdl, dev_tgt, match_spec, priority, grp_hdl}, with_group(indirect_modify_by_key)},
+     {sess_hdl, dev_tgt, match_spec, priority, grp_hdl},
+     with_group(indirect_modify_by_key)},
     {set_indirect_default, "{table}_set_default_entry", 5, {sess_hdl, dev_tgt, mbr_hdl, entry_hdl_out},
      with_member(indirect_default)},
     {set_indirect_default, "{table}_set_default_entry_with_selector", 5, {sess_hdl, dev_tgt, grp_hdl, entry_hdl_out},
@@ -211,5 +211,6 @@ const std::vector<operation> operations = {
     {get_profile_table_handle, "{profile}_get_adt_table_handle", 5, {table_handle_out}, {}},
     {get_profile_table_handle, "{profile}_get_sel_table_handle", 5, {table_handle_out}, {}},
 };
+// clang-format on
 
 }  // namespace tarvex::test

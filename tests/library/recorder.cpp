@@ -78,10 +78,7 @@ ms_state *state_of_profile(std::size_t index)
   return reinterpret_cast<ms_state *>(&places.at(index));
 }
 
-void recorder::reset()
-{
-  *this = recorder();
-}
+void recorder::reset() { *this = recorder(); }
 
 std::uint64_t recorder::note(recorded_call call)
 {

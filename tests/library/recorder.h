@@ -15,8 +15,8 @@ namespace tarvex::test {
 
 using bytes = std::vector<std::uint8_t>;
 
-/// An argument as the driver saw it: the word or address, and a copy of the record it points at. Pointers within a record
-/// stand as 1, or 0 where they are null; what they point at follows the record.
+/// An argument as the driver saw it: the word or address, and a copy of the record it points at. Pointers within a
+/// record stand as 1, or 0 where they are null; what they point at follows the record.
 struct recorded_argument {
   std::uint64_t word = 0;
   bytes record;
@@ -84,8 +84,7 @@ recorded_argument argument_of(const T &value)
 template <typename Result, typename... Arguments>
 Result recorded(const char *function, const Arguments &...arguments)
 {
-  const std::uint64_t answer =
-      driver().quiet ? 0 : driver().note({function, {argument_of(arguments)...}});
+  const std::uint64_t answer = driver().quiet ? 0 : driver().note({function, {argument_of(arguments)...}});
   if constexpr (std::is_pointer_v<Result>) {
     return reinterpret_cast<Result>(answer);
   } else {

@@ -74,7 +74,7 @@ recorded_argument resolve(const term &term, const call &call, std::map<argument_
       case argument_kind::dev_tgt: return {value & 0xffff'ffff'ffff, {}};
       case argument_kind::dev_id:
       case argument_kind::read_from_hw: return {value & 0xff, {}};
-      case argument_kind::match_spec: return {anywhere, key_record(call)};
+      case argument_kind::match_spec: return {anywhere, expected_key(call)};
       case argument_kind::idle_params: {
         const auto &memory = call.memory(argument_kind::idle_params);
         return {0, bytes(memory.begin(), memory.begin() + sizeof(pd_idle_params_t))};
@@ -88,10 +88,9 @@ recorded_argument resolve(const term &term, const call &call, std::map<argument_
     case derived::action_data_table: return {profile()->action_data_table, {}};
     case derived::selector_table: return {profile()->selector_table, {}};
     case derived::action: return {function.use->handle, {}};
-    case derived::action_record: return {anywhere, action_record(call)};
-    case derived::member_record: return {anywhere, member_record(call)};
-    case derived::device:
-      return {0xff & (call.value(argument_kind::dev_id) | call.value(argument_kind::dev_tgt)), {}};
+    case derived::action_record: return {anywhere, expected_action(call)};
+    case derived::member_record: return {anywhere, expected_member(call)};
+    case derived::device: return {0xff & (call.value(argument_kind::dev_id) | call.value(argument_kind::dev_tgt)), {}};
     case derived::state: {
       const auto index = static_cast<std::size_t>(profile() - calls::profiles.data());
       return {reinterpret_cast<std::uint64_t>(state_of_profile(index)), {}};

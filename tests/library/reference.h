@@ -1,5 +1,5 @@
-// What the library must do, written plainly and slowly: which functions there are, with which arguments, which driver calls
-// each makes, and the bytes of every record. It shares nothing with the library but the rows of the call table.
+// What the library must do, written plainly and slowly: which functions there are, with which arguments, which driver
+// calls each makes, and the bytes of every record. It shares nothing with the library but the rows of the call table.
 //
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
@@ -29,7 +29,7 @@ enum class derived : std::uint8_t {
   state,          // of the profile
   answered,       // what the first call gave
   zero,
-  local,          // a place on the library's stack
+  local,  // a place on the library's stack
 };
 
 struct term {
@@ -67,9 +67,9 @@ std::vector<recorded_call> expected_calls(const operation &operation, const call
 /// Where two series differ, in words; empty where they do not. A function's name ends the message.
 std::string difference(const std::vector<recorded_call> &expected, const std::vector<recorded_call> &actual);
 
-bytes key_record(const call &call);
-bytes action_record(const call &call);
-bytes member_record(const call &call);
+bytes expected_key(const call &call);
+bytes expected_action(const call &call);
+bytes expected_member(const call &call);
 
 /// A key structure as read back from bytes in key order, with masks and prefix lengths or without.
 bytes key_structure(const calls::table_info &table, const bytes &value, const bytes &mask,

@@ -21,8 +21,9 @@ bytes field_bytes(std::span<const std::uint8_t> structure, std::size_t member, s
                   std::size_t bits)
 {
   const std::size_t size = bytes_for(bits);
-  if (size == 16) return bytes(structure.begin() + static_cast<std::ptrdiff_t>(member),
-                               structure.begin() + static_cast<std::ptrdiff_t>(member + 16));
+  if (size == 16)
+    return bytes(structure.begin() + static_cast<std::ptrdiff_t>(member),
+                 structure.begin() + static_cast<std::ptrdiff_t>(member + 16));
   bytes result;
   const std::uint64_t number = number_at(structure, member, member_size);
   for (std::size_t i = size; i-- > 0;) result.push_back(static_cast<std::uint8_t>(number >> (8 * i)));
@@ -57,9 +58,10 @@ struct named_resource {
 std::vector<named_resource> resources_of(const call &call, write how)
 {
   static const std::map<std::string, std::uint32_t> counters = {
-      {"l2DmacClassify", 0x4000001},    {"ingressPortDropCheck", 0x4000002}, {"haloCounters", 0x4000005},
-      {"finalDropControl", 0x4000006},  {"trapToCpu", 0x4000007},            {"egressPortDropCheck", 0x4000008},
-      {"ingL2DomainCount", 0x4000009},  {"egrL2DomainCount", 0x400000a},
+      {"l2DmacClassify", 0x4000001},   {"ingressPortDropCheck", 0x4000002},
+      {"haloCounters", 0x4000005},     {"finalDropControl", 0x4000006},
+      {"trapToCpu", 0x4000007},        {"egressPortDropCheck", 0x4000008},
+      {"ingL2DomainCount", 0x4000009}, {"egrL2DomainCount", 0x400000a},
   };
   static const std::map<std::string, std::uint32_t> registers = {
       {"ingVlanCheck", 0x6000001}, {"ingStpCheck", 0x6000002}, {"egrVlanCheck", 0x6000003}, {"egrStpCheck", 0x6000004}};
@@ -144,7 +146,7 @@ std::uint64_t number_at(std::span<const std::uint8_t> structure, std::size_t at,
   return number;
 }
 
-bytes key_record(const call &call)
+bytes expected_key(const call &call)
 {
   const calls::table_info &table = *call.function().table;
   const auto &structure = call.memory(argument_kind::match_spec);
@@ -192,7 +194,7 @@ bytes key_record(const call &call)
   return copy_of(&key);
 }
 
-bytes action_record(const call &call)
+bytes expected_action(const call &call)
 {
   using enum calls::family_id;
   const auto family = call.function().family;
@@ -203,9 +205,7 @@ bytes action_record(const call &call)
     record.grp_hdl = static_cast<std::uint32_t>(call.value(argument_kind::grp_hdl));
     return copy_of(&record);
   }
-  const write how = family == entry_add            ? write::add
-                    : family == set_default_action ? write::by_default
-                                                   : write::modify;
+  const write how = family == entry_add ? write::add : family == set_default_action ? write::by_default : write::modify;
   record.act_kinds = 1;
   if (call.takes(argument_kind::meter_spec)) {
     put_direct_meter(record, call, how);
@@ -220,7 +220,7 @@ bytes action_record(const call &call)
   return with_parameters(record, call);
 }
 
-bytes member_record(const call &call) { return with_parameters({}, call); }
+bytes expected_member(const call &call) { return with_parameters({}, call); }
 
 bytes key_structure(const calls::table_info &table, const bytes &value, const bytes &mask,
                     std::uint32_t partition_index, bool with_masks)
@@ -244,8 +244,10 @@ bytes key_structure(const calls::table_info &table, const bytes &value, const by
 bytes parameter_structure(const calls::action_info &action, const bytes &data, const std::vector<pd_res_spec_t> &list)
 {
   static const std::map<std::string, std::vector<std::uint32_t>> looked_for = {
-      {"setPdpClassCount", {0x4000003}},      {"pdpPolice", {0x4000003, 0x5000002}},
-      {"setIngressMirrorColor", {0x5000004}}, {"setEgressMirrorColor", {0x5000005}},
+      {"setPdpClassCount", {0x4000003}},
+      {"pdpPolice", {0x4000003, 0x5000002}},
+      {"setIngressMirrorColor", {0x5000004}},
+      {"setEgressMirrorColor", {0x5000005}},
       {"runWred", {0x5000001}},
   };
   bytes structure(action.record_size);

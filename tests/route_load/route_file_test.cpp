@@ -66,7 +66,7 @@ TEST(route_line, bad_lines_and_their_reasons)
 }
 
 class route_file : public testing::Test {
- protected:
+ public:
   route_file()
   {
     char name[] = "/tmp/route_file_XXXXXX";
@@ -75,6 +75,7 @@ class route_file : public testing::Test {
   }
   ~route_file() override { std::filesystem::remove_all(path_); }
 
+ protected:
   void write(const std::string &text) { std::ofstream(file_, std::ios::binary) << text; }
   void write_gzip(const std::string &text)
   {

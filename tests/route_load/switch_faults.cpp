@@ -21,7 +21,7 @@ void lose_entry_at_walk(const char *function, uint32_t, void *)
 
 const bool armed = [] {
   if (const char *nth = std::getenv("REFUSE_CALL")) {
-    standin_refuse_call(static_cast<uint32_t>(std::atoi(nth)), STANDIN_FULL);
+    standin_refuse_call(static_cast<uint32_t>(std::strtoul(nth, nullptr, 10)), STANDIN_FULL);
   }
   if (std::getenv("LOSE_ENTRY") != nullptr) standin_set_listener(lose_entry_at_walk, nullptr);
   return true;

@@ -65,17 +65,17 @@ int main(int argc, char **argv)
   const double each = static_cast<double>(bytes_in_use() - before) / held - 2 * 6 - 4;
   std::printf("%u entries, %.1f bytes each beyond key, mask and data\n", held, each);
   good = good && measure("get_entry", entries, [&](std::uint32_t i) {
-    read_back got(6);
-    return handles[i] == 0 || got.read(route_table, handles[i]) == BF_SUCCESS;
-  });
+           read_back got(6);
+           return handles[i] == 0 || got.read(route_table, handles[i]) == BF_SUCCESS;
+         });
   good = good && measure("lookup", 100000, [&](std::uint32_t i) {
-    const key_record key = route_key(partition(i), address(i), 32);
-    pd_entry_hdl_t found = 0;
-    return standin_lookup(target, route_table, key.value.data(), 6, partition(i), &found) == BF_SUCCESS;
-  });
+           const key_record key = route_key(partition(i), address(i), 32);
+           pd_entry_hdl_t found = 0;
+           return standin_lookup(target, route_table, key.value.data(), 6, partition(i), &found) == BF_SUCCESS;
+         });
   good = good && measure("delete", entries, [&](std::uint32_t i) {
-    return handles[i] == 0 || pipe_mgr_mat_ent_del(session, device, route_table, handles[i], 0) == BF_SUCCESS;
-  });
+           return handles[i] == 0 || pipe_mgr_mat_ent_del(session, device, route_table, handles[i], 0) == BF_SUCCESS;
+         });
   standin_reset();
   return good && each <= most_bytes ? EXIT_SUCCESS : EXIT_FAILURE;
 }

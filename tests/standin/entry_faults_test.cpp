@@ -30,7 +30,10 @@ TEST_F(Faults, AddRefusesWhatDoesNotFit)
       {"table below", STANDIN_NO_OBJECT, [](parts &p) { p.table = 0x1000000; }},
       {"table above", STANDIN_NO_OBJECT, [](parts &p) { p.table = 0x1000007; }},
       {"keyless table", STANDIN_BAD_KEY, [](parts &p) { p.table = check_table; }},
-      {"key", STANDIN_EXISTS, [](parts &p) { p.key.value = {1, 2, 3}, p.key.key_value = p.key.value.data(); }},
+      {"key", STANDIN_EXISTS,
+       [](parts &p) {
+         p.key.value = {1, 2, 3}, p.key.key_value = p.key.value.data();
+       }},
       {"key bits", STANDIN_BAD_KEY, [](parts &p) { p.key.key_bits = 16; }},
       {"key bytes", STANDIN_BAD_KEY, [](parts &p) { p.key.key_bytes = 2; }},
       {"mask of an exact key", STANDIN_BAD_KEY, [](parts &p) { p.key.key_mask[0] = 0x01; }},

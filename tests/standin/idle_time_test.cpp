@@ -72,10 +72,14 @@ TEST_F(IdleTime, AgeingGoesByTheInterval)
   const pd_entry_hdl_t entry = add_host(0, 1, 0, 30);
   ASSERT_EQ(enable(STANDIN_IDLE_NOTIFY, 20), BF_SUCCESS);
   EXPECT_EQ(after(19), list{});
-  EXPECT_EQ(ttl(entry), 30u);
+  EXPECT_EQ(ttl(entry), 11u);
   EXPECT_EQ(after(2), list{});
-  EXPECT_EQ(ttl(entry), 10u);
+  EXPECT_EQ(ttl(entry), 9u);
   EXPECT_EQ(after(18), list{});
+  ASSERT_EQ(standin_entry_hit(device, host_table, entry), BF_SUCCESS);  // just ahead of an ageing
+  EXPECT_EQ(after(1), list{});
+  EXPECT_EQ(ttl(entry), 29u);
+  EXPECT_EQ(after(39), list{});
   EXPECT_EQ(after(1), list{entry});
 }
 
@@ -91,8 +95,7 @@ TEST_F(IdleTime, HitStateIsThatOfTheLastUpdate)
   const standin_done_cb_t done = [](std::uint32_t, std::uint32_t, void *cookie) { ++*static_cast<int *>(cookie); };
   const auto states = [&](bool update) {
     if (update) {
-      EXPECT_EQ(pipe_mgr_idle_time_update_hit_state(session, device, host_table,
-                                                    reinterpret_cast<std::uintptr_t>(done),
+      EXPECT_EQ(pipe_mgr_idle_time_update_hit_state(session, device, host_table, reinterpret_cast<std::uintptr_t>(done),
                                                     reinterpret_cast<std::uintptr_t>(&updates)),
                 BF_SUCCESS);
     }

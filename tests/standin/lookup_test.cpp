@@ -96,8 +96,7 @@ TEST_F(Lookup, AgreesWithASearchOfAllEntries)
       const std::uint32_t partition = routes ? below(3) : 0;
       const listed *best = nullptr;
       for (const listed &each : all)
-        if (matches(each, packet, partition, routes) &&
-            (best == nullptr || each.key.priority < best->key.priority))
+        if (matches(each, packet, partition, routes) && (best == nullptr || each.key.priority < best->key.priority))
           best = &each;
       const auto found = look(table, packet, partition);
       ASSERT_EQ(found.has_value(), best != nullptr);

@@ -48,7 +48,7 @@ class MemberSelector : public SwitchTest {
     return text.get();
   }
 
-  ms_state *state_ = nullptr;  // the service has no call that would give a state back; it lives on
+  ms_state *state_ = nullptr;
 };
 
 TEST_F(MemberSelector, ActionsOfMembersAndGroups)
@@ -135,13 +135,11 @@ TEST_F(MemberSelector, LogRestores)
   ASSERT_EQ(p4_pd_ms_restore_state(device, state_, parse(before.c_str()).get()), BF_SUCCESS);
   EXPECT_EQ(log(), before);
 
-  for (const char *bad : {"{}", "[]", R"({"members":[]})", R"({"members":[{}],"groups":[]})",
-                          R"({"members":[{"hdl":1.5}],"groups":[]})", R"({"members":[{"hdl":-1}],"groups":[]})",
-                          R"({"members":[{"hdl":4294967296}],"groups":[]})",
-                          R"({"members":[{"hdl":1},{"hdl":1}],"groups":[]})",
-                          R"({"members":[{"hdl":1,"act":"x"}],"groups":[]})",
-                          R"({"members":[],"groups":[{"hdl":1}]})",
-                          R"({"members":[],"groups":[{"hdl":1,"mbrs":[1,1]}]})"})
+  for (const char *bad :
+       {"{}", "[]", R"({"members":[]})", R"({"members":[{}],"groups":[]})", R"({"members":[{"hdl":1.5}],"groups":[]})",
+        R"({"members":[{"hdl":-1}],"groups":[]})", R"({"members":[{"hdl":4294967296}],"groups":[]})",
+        R"({"members":[{"hdl":1},{"hdl":1}],"groups":[]})", R"({"members":[{"hdl":1,"act":"x"}],"groups":[]})",
+        R"({"members":[],"groups":[{"hdl":1}]})", R"({"members":[],"groups":[{"hdl":1,"mbrs":[1,1]}]})"})
     EXPECT_EQ(p4_pd_ms_restore_state(device, state_, parse(bad).get()), STANDIN_BAD_DOCUMENT) << bad;
   EXPECT_EQ(p4_pd_ms_restore_state(device, state_, nullptr), STANDIN_BAD_DOCUMENT);
   EXPECT_EQ(log(), before);

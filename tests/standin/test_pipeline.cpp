@@ -36,7 +36,7 @@ constexpr pipeline_resource resources[] = {
     {wred_block, "wred", resource_kind::wred, false, 0},
     {policy_meter, "policyMeter", resource_kind::meter, false, policy_table},
     {route_meter, "routeMeter", resource_kind::meter, true, route_table},
-    {check_register, "checkData", resource_kind::register_, false, check_table},
+    {check_register, "checkData", resource_kind::register_, true, check_table},
     {host_register, "hostData", resource_kind::register_, true, host_table},
 };
 

@@ -6,11 +6,11 @@
 #include <cstdint>
 
 enum : std::uint32_t {
-  host_table = 0x1000001,  // exact, 9 bits and 8 bits; idle time; direct counter and register
-  route_table = 0x1000002,  // lpm of 32 bits behind a partition; direct meter
+  host_table = 0x1000001,    // exact, 9 bits and 8 bits; idle time; direct counter and register
+  route_table = 0x1000002,   // lpm of 32 bits behind a partition; direct meter
   policy_table = 0x1000003,  // ternary of 16 bits; indirect counter and meter
-  lag_table = 0x1000005,  // exact, indirect
-  check_table = 0x1000006,  // keyless; register
+  lag_table = 0x1000005,     // exact, indirect
+  check_table = 0x1000006,   // keyless; register
 
   members_table = 0x2000005,
   groups_table = 0x3000001,

@@ -188,9 +188,32 @@ enum class family_id : std::uint8_t {
   hash_fields_get,
   hash_common_field,
   hash_own_field,
+  match_spec_schema,
+  match_spec_value,
+  match_spec_print,
+  match_specs_are_equal,
+  field_width,
+  get_entry_from_plcmt_data,
+  get_indirect_entry_from_plcmt_data,
+  plcmt_data_print,
+  plcmt_data_value,
+  plcmt_data_eq_to_hw,
+  match_spec_stringify_for_counter,
+  stringify_counter_match_spec,
+  table_schema,
+  table_value,
+  supports_entry_priority,
+  action_schema,
+  action_value,
+  action_print,
+  action_specs_are_equal,
+  profile_schema,
+  adt_plcmt_data_print,
+  adt_plcmt_data_value,
+  dispatch,
 };
 
-enum class result_kind : std::uint8_t { status, none, number, text, pointer };
+enum class result_kind : std::uint8_t { status, none, number, text, pointer, count, truth };
 
 /// Kinds of arguments; "_out" receives, the others are read.
 enum class argument_kind : std::uint8_t {
@@ -287,6 +310,10 @@ enum class argument_kind : std::uint8_t {
   parser_value,
   pvs_entry_hdl,
   pvs_entry_hdl_out,
+  text_buffer,
+  fd,
+  indent,
+  table_handle,
 };
 
 using address = void (*)();

@@ -90,6 +90,11 @@ constexpr argument_kind_row rows[] = {
     {"hash_attr_count_out", "uint32_t *", "count", "receives the number of fields or records"},
     {"hash_field", "uint32_t ", "field", "number of a field"},
     {"calc_name", "const char *", "calc_name", "name of the calculation"},
+    // Text.
+    {"text_buffer", "char *", "buf", "receives the text and its NUL; the caller gives the room"},
+    {"fd", "int32_t ", "fd", "descriptor, open for writing"},
+    {"indent", "int32_t ", "indent", "columns ahead of each line"},
+    {"table_handle", "uint32_t ", "tbl_hdl", "handle of a table, or of a profile's action data table"},
     // Digest and value set.
     {"digest_message", "void *", "digest_msg", "message that the driver handed to the callback"},
     {"timeout", "uint32_t ", "timeout", "in the driver's unit"},

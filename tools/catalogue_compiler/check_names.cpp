@@ -59,6 +59,12 @@ class name_space {
   std::map<std::string, std::string> kinds_;
 };
 
+void check_name(const subject &s, const std::string &name, std::string_view kind, name_space &among)
+{
+  check_identifier(s, name);
+  among.add(s, name, kind);
+}
+
 void check_members(const table &t, const subject &about)
 {
   name_space members;
@@ -77,40 +83,24 @@ void check_members(const table &t, const subject &about)
 void check_names(const model &m, diagnostics &diag)
 {
   // Tables, actions and profiles have functions of the same families, so no two of them share a name.
-  name_space owners;
+  name_space owners, resources, calculations;
   for (const table &t : m.tables) {
     const subject s(diag, "table", t);
-    check_identifier(s, t.name);
-    owners.add(s, t.name, "a table");
+    check_name(s, t.name, "a table", owners);
     check_members(t, s);
   }
   for (const action &a : m.actions) {
     const subject s(diag, "action", a);
-    check_identifier(s, a.name);
-    owners.add(s, a.name, "an action");
+    check_name(s, a.name, "an action", owners);
     name_space params;
-    for (const parameter &p : a.params) {
-      const subject of_param(s, "parameter", p);
-      check_identifier(of_param, p.name);
-      params.add(of_param, p.name, "a parameter");
-    }
+    for (const parameter &p : a.params) check_name(subject(s, "parameter", p), p.name, "a parameter", params);
   }
-  for (const profile &p : m.profiles) {
-    const subject s(diag, "profile", p);
-    check_identifier(s, p.name);
-    owners.add(s, p.name, "a profile");
-  }
-  name_space resources;
+  for (const profile &p : m.profiles) check_name(subject(diag, "profile", p), p.name, "a profile", owners);
   for (const resource &r : m.resources) {
-    const subject s(diag, kind_name(r.kind), r);
-    check_identifier(s, r.name);
-    resources.add(s, r.name, "a " + std::string(kind_name(r.kind)));
+    check_name(subject(diag, kind_name(r.kind), r), r.name, "a " + std::string(kind_name(r.kind)), resources);
   }
-  name_space calculations;
   for (const hash_calculation &h : m.hashes) {
-    const subject s(diag, "hash_calculation", h);
-    check_identifier(s, h.name);
-    calculations.add(s, h.name, "a hash_calculation");
+    check_name(subject(diag, "hash_calculation", h), h.name, "a hash_calculation", calculations);
   }
 }
 

@@ -131,7 +131,8 @@ void resource_rows(generated_file &to, const model &m)
 
 std::string_view result_name(result_kind kind)
 {
-  static constexpr std::string_view names[] = {"status", "none", "number", "text", "pointer"};
+  static constexpr std::string_view names[] = {"status", "none",    "number", "text",
+                                               "pointer", "count", "truth"};
   return names[static_cast<int>(kind)];
 }
 

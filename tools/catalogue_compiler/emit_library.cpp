@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "emit.h"
+#include "emit_texts.h"
 #include "spelling.h"
 
 namespace catalogue {
@@ -117,7 +118,7 @@ void emit_group(const model &m, const functions &all, std::size_t group, const s
   generated_file to;
   begin_source(to, g.title + ": descriptors and exported functions.");
   to.line("#include \"tarvex_pd/", g.file, ".h\"").line().line("#include \"action_rows.h\"");
-  to.line("#include \"families.h\"").line();
+  to.line("#include \"families.h\"").line("#include \"text_families.h\"").line("#include \"text_tables.h\"").line();
   to.line("namespace tarvex::pd {").line("namespace {").line();
   const auto each_table = [&](const std::string &space, auto write) {
     to.line("namespace ", space, " {");
@@ -133,17 +134,26 @@ void emit_group(const model &m, const functions &all, std::size_t group, const s
   each_table("profiles", [&](const table &, const profile *p) {
     if (p != nullptr) profile_descriptor_row(to, m, *p);
   });
-  to.line("}  // namespace").line("}  // namespace tarvex::pd").line().line("using namespace tarvex::pd;").line();
+  to.line("}  // namespace").line();
+  for (const table &t : m.tables) {
+    if (t.group != group) continue;
+    if (const profile *p = m.find_profile(t.profile)) profile_texts(to, *p);
+    table_texts(to, t);
+  }
+  to.line("}  // namespace tarvex::pd").line().line("using namespace tarvex::pd;").line();
   emit_exports(to, of);
   to.write(folder / ("exports_" + g.file + ".cpp"));
 }
 
-void emit_action_exports(const functions &all, const std::filesystem::path &folder)
+void emit_action_exports(const model &m, const functions &all, const std::filesystem::path &folder)
 {
   generated_file to;
   begin_source(to, "Exported functions of actions.");
-  to.line("#include \"action_rows.h\"").line("#include \"families.h\"").line();
-  to.line("using namespace tarvex::pd;").line();
+  to.line("#include \"action_rows.h\"").line("#include \"families.h\"").line("#include \"text_families.h\"");
+  to.line("#include \"text_tables.h\"").line();
+  to.line("namespace tarvex::pd {").line();
+  for (const action &a : m.actions) action_texts(to, a);
+  to.line().line("}  // namespace tarvex::pd").line().line("using namespace tarvex::pd;").line();
   emit_exports(to, functions_of_actions(all));
   to.write(folder / "exports_actions.cpp");
 }
@@ -246,7 +256,8 @@ void emit_library_sources(const model &m, const functions &all, const std::files
   const std::filesystem::path pd = folder / "pd";
   emit_action_rows(m, pd);
   for (std::size_t g = 0; g < m.groups.size(); ++g) emit_group(m, all, g, pd);
-  emit_action_exports(all, pd);
+  emit_action_exports(m, all, pd);
+  emit_text_tables(m, pd);
   emit_resource_exports(m, all, pd);
   emit_hash_exports(m, all, pd);
   emit_names(m, pd);

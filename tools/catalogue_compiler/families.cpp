@@ -12,6 +12,9 @@ std::string table_descriptor(const table &t) { return "tables::" + t.name; }
 std::string profile_descriptor(const std::string &profile) { return "profiles::" + profile; }
 std::string resource_descriptor(const resource &r) { return "resources::" + r.name; }
 std::string hash_descriptor(const hash_calculation &h) { return "hashes::" + h.name; }
+std::string table_text_descriptor(const table &t) { return "texts::table_" + t.name; }
+std::string action_text_descriptor(const action &a) { return "texts::action_" + a.name; }
+std::string profile_text_descriptor(const profile &p) { return "texts::profile_" + p.name; }
 std::string use_descriptor(const std::string &owner, const action_use &u) { return "uses::" + owner + "_" + u.name; }
 std::string action_descriptor(const action &a) { return "actions::" + a.name; }
 
@@ -19,15 +22,22 @@ std::vector<exported_function> list_functions(const model &m)
 {
   std::vector<exported_function> all;
   add_fixed_functions(all);
-  for (const action &a : m.actions) add_action_families(all, a);
+  for (const action &a : m.actions) {
+    add_action_families(all, a);
+    add_action_text_families(all, a);
+  }
   for (const table &t : m.tables) {
-    if (const profile *p = m.find_profile(t.profile)) add_profile_families(all, m, *p);
+    if (const profile *p = m.find_profile(t.profile)) {
+      add_profile_families(all, m, *p);
+      add_profile_text_families(all, m, *p);
+    }
     add_entry_write_families(all, m, t);
     add_indirect_entry_families(all, m, t);
     add_default_entry_families(all, m, t);
     add_read_back_families(all, m, t);
     add_table_families(all, t);
     add_idle_time_families(all, t);
+    add_table_text_families(all, t);
   }
   for (const resource &r : m.resources) add_resource_families(all, m, r);
   for (const hash_calculation &h : m.hashes) add_hash_families(all, h);

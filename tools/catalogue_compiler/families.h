@@ -22,7 +22,7 @@ struct argument {
   std::string declaration() const { return type + name; }
 };
 
-enum class result_kind { status, none, number, text, pointer };
+enum class result_kind { status, none, number, text, pointer, count, truth };
 
 struct exported_function {
   std::string name;
@@ -61,6 +61,9 @@ void add_default_entry_families(std::vector<exported_function> &to, const model 
 void add_read_back_families(std::vector<exported_function> &to, const model &m, const table &t);
 void add_indirect_entry_families(std::vector<exported_function> &to, const model &m, const table &t);
 void add_profile_families(std::vector<exported_function> &to, const model &m, const profile &p);
+void add_table_text_families(std::vector<exported_function> &to, const table &t);
+void add_action_text_families(std::vector<exported_function> &to, const action &a);
+void add_profile_text_families(std::vector<exported_function> &to, const model &m, const profile &p);
 void add_resource_families(std::vector<exported_function> &to, const model &m, const resource &r);
 void add_hash_families(std::vector<exported_function> &to, const hash_calculation &h);
 void add_table_families(std::vector<exported_function> &to, const table &t);
@@ -78,6 +81,9 @@ std::string use_descriptor(const std::string &owner, const action_use &u);
 std::string profile_descriptor(const std::string &profile);
 std::string action_descriptor(const action &a);
 std::string resource_descriptor(const resource &r);
+std::string table_text_descriptor(const table &t);
+std::string action_text_descriptor(const action &a);
+std::string profile_text_descriptor(const profile &p);
 std::string hash_descriptor(const hash_calculation &h);
 
 }  // namespace catalogue

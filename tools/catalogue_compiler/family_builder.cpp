@@ -78,6 +78,18 @@ function_builder &function_builder::action_row(const action &a)
   return *this;
 }
 
+function_builder &function_builder::row(std::string descriptor)
+{
+  descriptors_ = std::move(descriptor);
+  return *this;
+}
+
+function_builder &function_builder::gives(std::string expression)
+{
+  made_.call = std::move(expression);
+  return *this;
+}
+
 function_builder &function_builder::brief(std::string text)
 {
   made_.brief = std::move(text);

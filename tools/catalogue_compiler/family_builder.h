@@ -38,6 +38,8 @@ class function_builder {
   function_builder &action_row(const action &a);
   /// A further template argument of the callee.
   function_builder &with(std::string_view constant);
+  /// Another descriptor for calls_with_row.
+  function_builder &row(std::string descriptor);
   function_builder &brief(std::string text);
   function_builder &details(std::string text);
   function_builder &result(result_kind kind, std::string returns);
@@ -45,8 +47,10 @@ class function_builder {
   function_builder &calls(std::string_view callee, std::initializer_list<slot> slots);
   /// Arguments, and the call of `callee` with the descriptor ahead of them: a family that takes its rows at run time.
   function_builder &calls_with_row(std::string_view callee, std::initializer_list<slot> slots);
-  /// Arguments of a function that is written by hand.
+  /// Arguments alone: of a function that is written by hand, or ahead of `gives`.
   function_builder &takes(std::initializer_list<slot> slots);
+  /// The expression that the function returns.
+  function_builder &gives(std::string expression);
 
   operator exported_function() const { return made_; }
 

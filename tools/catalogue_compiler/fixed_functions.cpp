@@ -69,6 +69,24 @@ void add_fixed_functions(std::vector<exported_function> &to)
         {{"sess_hdl"}, {"dev_tgt"}, {"index_handle"}, {"first_index"}, {"range_count"}});
   fixed("register_write_all_indirect", status, {{"sess_hdl"}, {"dev_tgt"}, {"index_handle"}, {"stful_spec"}});
 
+  family = "dispatch";
+  constexpr result_kind number = result_kind::number;
+  const slot table{"table_handle"}, placed{"plcmt_data"}, text{"text_buffer"};
+  fixed("entry_hdl_first", status, {{"sess_hdl"}, {"dev_tgt"}, table, {"entry_hdl_out"}});
+  fixed("entry_hdl_next", status,
+        {{"sess_hdl"}, {"dev_tgt"}, table, {"entry_hdl"}, {"handle_count"}, {"next_entry_hdls_out"}});
+  fixed("entry_hdl_default", status, {{"sess_hdl"}, {"dev_tgt"}, table, {"entry_hdl_out"}});
+  fixed("member_hdl_next", status,
+        {{"sess_hdl"}, {"dev_tgt"}, table, {"mbr_hdl"}, {"handle_count"}, {"next_entry_hdls_out"}});
+  fixed("entry_value", number, {{"sess_hdl"}, {"dev_id"}, table, {"entry_hdl"}, {"read_from_hw"}, text});
+  fixed("cli_schema", result_kind::count, {table, text});
+  fixed("plcmt_data_print", status, {{"fd"}, {"indent"}, table, placed});
+  fixed("adt_plcmt_data_print", status, {{"fd"}, {"indent"}, table, placed});
+  fixed("plcmt_data_value", number, {table, placed, text});
+  fixed("adt_plcmt_data_value", number, {table, placed, text});
+  fixed("plcmt_data_eq_to_hw", result_kind::truth, {{"sess_hdl"}, {"dev_id"}, table, {"entry_hdl"}, placed});
+  fixed("stringify_counter_matchspec", number, {{"sess_hdl"}, {"dev_id"}, table, {"entry_hdl"}, text});
+
   family = "hash_access";
   fixed("hash_calc_input_set", status, {{"sess_hdl"}, {"dev_id"}, {"calc_name"}});
   fixed("hash_calc_input_field_attribute_count_get", status,

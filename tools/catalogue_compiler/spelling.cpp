@@ -131,6 +131,8 @@ std::string_view c_result(result_kind kind)
     case result_kind::none: return "void ";
     case result_kind::number: return "uint32_t ";
     case result_kind::pointer: return "void *";
+    case result_kind::count: return "int32_t ";
+    case result_kind::truth: return "uint8_t ";
     default: return "const char *";
   }
 }

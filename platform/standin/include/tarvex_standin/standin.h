@@ -7,8 +7,8 @@
  * from any thread. Callbacks run in the thread whose call gave rise to them, before that call returns and with no lock
  * held, so that they may call the driver; their buffers are theirs for that time only.
  *
- * All functions give a status, 0 for success, unless told otherwise. A null pointer where a result or a record is wanted
- * is refused with STANDIN_BAD_ARGUMENT.
+ * All functions give a status, 0 for success, unless told otherwise. A null pointer where a result or a record is
+ * wanted is refused with STANDIN_BAD_ARGUMENT.
  *
  * SPDX-License-Identifier: Apache-2.0
  */
@@ -50,7 +50,7 @@ enum {
   STANDIN_NOT_ENABLED,      /**< the table has no idle time, or it was not enabled */
   STANDIN_NOT_TRIGGERED,    /**< the snapshot has no trigger, or the packet does not match it */
   STANDIN_END,              /**< the walk has come to its end: no handle was found */
-  STANDIN_NO_MEMORY         /**< the switch itself is out of memory; nothing was changed */
+  STANDIN_NO_MEMORY         /**< the switch itself is out of memory */
 };
 
 /** What stands for no handle behind the last one of a walk. */
@@ -83,7 +83,10 @@ pd_status_t standin_device_log(uint32_t dev_id, struct cJSON *log);
 /** Calls dev_restore of every client that `log` holds an object of, the same way. */
 pd_status_t standin_device_restore(uint32_t dev_id, struct cJSON *log);
 
-/** Drops all devices and clients without telling any client, takes the listener away and disarms all faults. */
+/**
+ * Drops all devices and clients without telling any client, empties the member-selector states, takes the listener away
+ * and disarms all faults.
+ */
 void standin_reset(void);
 
 /**
@@ -121,8 +124,7 @@ pd_status_t standin_count_packets(uint32_t dev_id, uint32_t tbl_hdl, pd_entry_hd
                                   uint64_t bytes);
 
 /** Counts packets in a cell of an indirect counter. A reader sees them after a synchronisation, here and above. */
-pd_status_t standin_count_cell(uint32_t dev_id, uint32_t counter_hdl, uint32_t index, uint64_t packets,
-                               uint64_t bytes);
+pd_status_t standin_count_cell(uint32_t dev_id, uint32_t counter_hdl, uint32_t index, uint64_t packets, uint64_t bytes);
 
 /** What an update callback is told of. */
 enum {
@@ -169,9 +171,9 @@ enum {
 enum { STANDIN_IDLE = 0, STANDIN_ACTIVE = 1 };
 
 /**
- * Callback of an entry that was not hit for its ttl, in milliseconds. It is called once, until a hit or a set of the ttl
- * starts the entry anew; an entry with ttl 0 never ages. pipe_mgr_idle_register_tmo_cb sets it, or word_4 and word_5
- * (cookie) of pd_idle_params_t where word_4 is not 0.
+ * Callback of an entry that was not hit for its ttl, in milliseconds. It is called once, until a hit or a set of the
+ * ttl starts the entry anew; an entry with ttl 0 never ages. pipe_mgr_idle_register_tmo_cb sets it, or word_4 and
+ * word_5 (cookie) of pd_idle_params_t where word_4 is not 0.
  *
  * The other words: word_1 is the interval of the ageing in milliseconds (0: as the clock advances), word_2 the largest
  * ttl that the table takes (0: any), word_3 is not looked at.

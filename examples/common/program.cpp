@@ -1,0 +1,49 @@
+// The frame of an example program: its one argument, its result line and its exit status.
+//
+// SPDX-License-Identifier: Apache-2.0
+#include "program.h"
+
+#include <cinttypes>
+
+namespace tarvex::examples {
+namespace {
+
+std::optional<std::string> only_argument(int argc, char **argv)
+{
+  if (argc < 2) return std::nullopt;
+  const std::string argument = argv[1];
+  if (argument != "--help" && argument.starts_with('-')) throw usage_error("there is no option '" + argument + '\'');
+  if (argc > 2) throw usage_error("one argument at most; '" + std::string(argv[2]) + "' is a second one");
+  return argument;
+}
+
+}  // namespace
+
+int run_program(int argc, char **argv, const char *name, const char *usage,
+                std::string (*run)(const std::optional<std::string> &argument, tally &compared))
+try {
+  std::setvbuf(stdout, nullptr, _IOLBF, 0);  // in step with standard error where both go to one file
+  const auto argument = only_argument(argc, argv);
+  if (argument == "--help") {
+    std::printf("%s\n%s", usage, exit_status_text);
+    return all_well;
+  }
+  tally compared;
+  const std::string done = run(argument, compared);
+  std::printf("result: %s: %s, %" PRIu64 " comparisons, %" PRIu64 " differences\n",
+              compared.different() == 0 ? "good" : "DIFFERENT", done.c_str(), compared.compared(),
+              compared.different());
+  return compared.different() == 0 ? all_well : differences_found;
+} catch (const usage_error &error) {
+  std::fprintf(stderr, "%s: %s\n%s", name, error.what(), usage);
+  return wrong_use;
+} catch (const file_error &error) {
+  std::fprintf(stderr, "%s: %s\n", name, error.what());
+  return bad_file;
+} catch (const driver_refused &error) {
+  std::fprintf(stderr, "%s: %s\n", name, error.what());
+  std::puts("result: the driver refused");
+  return refused_by_driver;
+}
+
+}  // namespace tarvex::examples

@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "placement_text.h"
+
+#include "equality.h"
+#include "line_writer.h"
+#include "print_text.h"
+#include "text_assertions.h"
+#include "value_text.h"
+
+namespace tarvex::pd {
+
+namespace {
+
+constexpr std::string_view prefix = "p4_pd_tarvex_switch_";
+constexpr std::string_view cannot_decode = "cannot decode plcmt_data for ";
+
+void print_action(const action_text &action, std::int32_t fd, std::int32_t indent, const void *parameters)
+{
+  line_writer(fd).indent(indent).text(action.full_name).text(":").end();
+  if (action.row_count > 0) action_print(action, fd, indent, parameters);
+}
+
+/// Decodes a member and finds its action, which must be one of the profile's.
+pd_status_t decode_member(const profile_text &profile, const char *function, const void *plcmt_data,
+                          plcmt_action_t &to, const action_text *&action)
+{
+  const pd_status_t status = profile.decode(profile.decode_name, plcmt_data, &to);
+  if (status != BF_SUCCESS) return status;
+  action = find_action_text(profile.actions, profile.action_count, to.action);
+  if (action == nullptr) stop_in_text(broken_reply, function);
+  return status;
+}
+
+/// Whether an indirect entry points where the data says. Any group is as good as another.
+bool same_pointee(const entry_contents &placed, const entry_contents &hardware)
+{
+  if (placed.is_member != 0) return hardware.is_member != 0 && placed.mbr_hdl == hardware.mbr_hdl;
+  if (placed.is_group != 0) return hardware.is_group != 0;
+  return hardware.is_group == 0 && hardware.is_member == 0;
+}
+
+bool same_action(const table_text &table, const entry_contents &placed, const entry_contents &hardware,
+                 const char *function)
+{
+  if (placed.action.action != hardware.action.action) return false;
+  const action_text &action = action_of_entry(table, placed, unknown_action, function);
+  return action_specs_are_equal(action, placed.action.parameters, hardware.action.parameters) != 0;
+}
+
+/// Priorities may differ.
+bool same_key(const table_text &table, const entry_contents &placed, const entry_contents &hardware)
+{
+  if (!table.keyed) return true;
+  if (placed.no_key != 0 || hardware.no_key != 0) return placed.no_key != 0 && hardware.no_key != 0;
+  return match_specs_are_equal(table, placed.key, hardware.key) != 0;
+}
+
+}  // namespace
+
+pd_status_t plcmt_data_print(const table_text &table, std::int32_t fd, std::int32_t indent, const void *plcmt_data)
+{
+  entry_contents entry;
+  const pd_status_t status = table.decode(table.decode_name, plcmt_data, entry);
+  if (status != BF_SUCCESS) {
+    line_writer(fd).text(cannot_decode).text(prefix).text(table.name).end();
+    return status;
+  }
+  if (!table.keyed)
+    line_writer(fd).indent(indent).text(prefix).text(table.name).text(":").end();
+  else if (entry.no_key == 0)
+    match_spec_print(table, fd, indent, entry.key);
+  if (!table.indirect)
+    print_action(action_of_entry(table, entry, broken_reply, __func__), fd, indent, entry.action.parameters);
+  return BF_SUCCESS;
+}
+
+pd_status_t adt_plcmt_data_print(const profile_text &profile, const char *function, std::int32_t fd,
+                                 std::int32_t indent, const void *plcmt_data)
+{
+  plcmt_action_t member;
+  const action_text *action = nullptr;
+  const pd_status_t status = decode_member(profile, function, plcmt_data, member, action);
+  if (status != BF_SUCCESS) {
+    line_writer(fd).text(cannot_decode).text(prefix).text(profile.name).text("_adt_plcmt_data_print").end();
+    return status;
+  }
+  print_action(*action, fd, indent, member.parameters);
+  return BF_SUCCESS;
+}
+
+std::uint32_t plcmt_data_value(const table_text &table, const void *plcmt_data, char *buf)
+{
+  entry_contents entry;
+  if (table.decode(table.decode_name, plcmt_data, entry) != BF_SUCCESS) return 0;
+  text_writer to(buf);
+  to.character('(');
+  if (!table.keyed || entry.no_key != 0)
+    to.text("(),");
+  else
+    put_key_value(to, table, entry.key);
+  if (table.indirect)
+    put_pointee_value(to, entry);
+  else
+    put_action_value(to, action_of_entry(table, entry, unknown_action, __func__), entry.action.parameters);
+  to.character(')');
+  return to.end();
+}
+
+std::uint32_t adt_plcmt_data_value(const profile_text &profile, const char *function, const void *plcmt_data,
+                                   char *buf)
+{
+  plcmt_action_t member;
+  const action_text *action = nullptr;
+  if (decode_member(profile, function, plcmt_data, member, action) != BF_SUCCESS) return 0;
+  return action_value(*action, member.parameters, buf);
+}
+
+std::uint8_t plcmt_data_eq_to_hw(const table_text &table, pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id, std::uint32_t,
+                                 pd_entry_hdl_t entry_hdl, const void *plcmt_data)
+{
+  entry_contents placed;
+  if (table.decode(table.decode_name, plcmt_data, placed) != BF_SUCCESS) return 0;
+  entry_contents hardware;
+  if (table.read(table.read_name, sess_hdl, dev_id, entry_hdl, 1, hardware) != BF_SUCCESS) return 0;
+  if (!same_key(table, placed, hardware)) return 0;
+  const bool same = table.indirect ? same_pointee(placed, hardware) : same_action(table, placed, hardware, __func__);
+  return same ? 1 : 0;
+}
+
+}  // namespace tarvex::pd

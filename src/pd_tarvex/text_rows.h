@@ -1,0 +1,103 @@
+// Rows as the text face sees them: one for each line of a schema, masks and prefix lengths included, and how an entry of
+// each table is read. Unlike the descriptors of the typed face they are looked at while running. Generated from the
+// catalogue.
+//
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include "tarvex_pd/actions.h"
+#include "tarvex_pd/types.h"
+
+namespace tarvex::pd {
+
+/// A key field, its mask or its prefix length, or a parameter.
+struct text_row {
+  std::string_view name;       // name of the member
+  const std::uint8_t *live16;  // live bits of a 16-byte member, in its byte order; else null
+  std::uint32_t live;          // live bits of any other
+  std::uint16_t member;
+  std::uint8_t member_size;
+  std::uint8_t digits;         // hexadecimal digits that the width takes
+  bool partial;                // some bits of the width are not live
+};
+
+struct action_text {
+  std::string_view name;
+  std::string_view full_name;
+  std::string_view schema;
+  const text_row *rows;
+  std::size_t row_count;
+};
+
+/// Room for the key structure of any table.
+inline constexpr std::size_t largest_key_record = 96;
+
+/// An entry as it was read or decoded, of whatever table. Of an indirect table's entry the action is not set.
+struct entry_contents {
+  alignas(std::uint32_t) std::uint8_t key[largest_key_record];
+  std::uint32_t priority = 0;
+  plcmt_action_t action;
+  pd_mbr_hdl_t mbr_hdl = 0;
+  pd_grp_hdl_t grp_hdl = 0;
+  std::uint8_t is_member = 0;
+  std::uint8_t is_group = 0;
+  std::uint8_t no_key = 0;
+};
+
+using read_function = pd_status_t (*)(const char *function, pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id,
+                                      pd_entry_hdl_t entry_hdl, pd_flag8_t read_from_hw, entry_contents &to);
+using decode_function = pd_status_t (*)(const char *function, const void *plcmt_data, entry_contents &to);
+
+struct table_text {
+  std::string_view name;
+  std::uint32_t handle;
+  bool keyed;
+  bool indirect;
+  bool priority;
+  std::string_view key_schema;
+  const text_row *rows;
+  std::size_t row_count;
+  const action_text *const *actions;  // order of their names; none of an indirect table
+  std::size_t action_count;
+  const char *read_name;              // the exported functions that these stand for
+  read_function read;
+  const char *decode_name;
+  decode_function decode;
+};
+
+struct profile_text {
+  std::string_view name;
+  std::uint32_t handle;               // of its action data table
+  const action_text *const *actions;  // order of their names
+  std::size_t action_count;
+  const char *decode_name;
+  pd_status_t (*decode)(const char *function, const void *plcmt_data, plcmt_action_t *action);
+};
+
+inline constexpr std::uint32_t first_table_handle = 0x1000001;
+inline constexpr std::size_t table_handle_count = 123;
+
+/// By handle, from first_table_handle on; null where no table has the handle.
+extern const table_text *const table_texts[table_handle_count];
+/// By enumeration value.
+inline constexpr std::size_t action_count = P4_PD_TARVEX_SWITCH_ACTION_NONE;
+extern const action_text *const action_texts[action_count];
+
+/// The table of a handle, null for a handle of none.
+inline const table_text *find_table_text(std::uint32_t tbl_hdl)
+{
+  const std::uint32_t at = tbl_hdl - first_table_handle;
+  return at < table_handle_count ? table_texts[at] : nullptr;
+}
+
+/// The profile of an action data table, null for a handle of none.
+const profile_text *find_profile_text(std::uint32_t adt_hdl);
+
+/// The action among a table's or a profile's actions that has an enumeration value, null for none.
+const action_text *find_action_text(const action_text *const *actions, std::size_t count, std::uint32_t action);
+
+}  // namespace tarvex::pd

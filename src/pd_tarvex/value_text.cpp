@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "value_text.h"
+
+#include "bytes.h"
+#include "text_assertions.h"
+
+namespace tarvex::pd {
+
+std::uint32_t live_value(const text_row &row, const void *record)
+{
+  switch (row.member_size) {
+    case 1: return load_member<1>(record, row.member) & row.live;
+    case 2: return load_member<2>(record, row.member) & row.live;
+    default: return load_member<4>(record, row.member) & row.live;
+  }
+}
+
+namespace {
+
+void put_rows(text_writer &to, const text_row *rows, std::size_t count, const void *record)
+{
+  for (std::size_t i = 0; i < count; ++i) {
+    const text_row &row = rows[i];
+    to.text("0x");
+    if (row.live16 != nullptr)
+      to.capital_bytes(static_cast<const std::uint8_t *>(record) + row.member, 16);
+    else
+      to.hex(live_value(row, record), row.digits);
+    to.character(',');
+  }
+}
+
+}  // namespace
+
+void put_key_value(text_writer &to, const table_text &table, const void *match_spec)
+{
+  to.text("( ");
+  put_rows(to, table.rows, table.row_count, match_spec);
+  to.text("),");
+}
+
+void put_action_value(text_writer &to, const action_text &action, const void *action_spec)
+{
+  to.text("('").text(action.name).text("',(");
+  put_rows(to, action.rows, action.row_count, action_spec);
+  to.text(")),");
+}
+
+void put_pointee_value(text_writer &to, const entry_contents &entry)
+{
+  if (entry.is_member != 0)
+    to.text("('setMbrHdl',(0x").natural_hex(entry.mbr_hdl).text(",))");
+  else if (entry.is_group != 0)
+    to.text("('setGrpHdl',(0x").natural_hex(entry.grp_hdl).text(",))");
+}
+
+std::uint32_t match_spec_value(const table_text &table, const void *match_spec, char *buf)
+{
+  text_writer to(buf);
+  put_key_value(to, table, match_spec);
+  return to.end();
+}
+
+std::uint32_t action_value(const action_text &action, const void *action_spec, char *buf)
+{
+  text_writer to(buf);
+  put_action_value(to, action, action_spec);
+  return to.end();
+}
+
+const action_text &action_of_entry(const table_text &table, const entry_contents &entry, const char *assertion,
+                                   const char *function)
+{
+  const action_text *action = find_action_text(table.actions, table.action_count, entry.action.action);
+  if (action == nullptr) stop_in_text(assertion, function);
+  return *action;
+}
+
+std::uint32_t table_value(const table_text &table, pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id,
+                          pd_entry_hdl_t entry_hdl, pd_flag8_t read_from_hw, char *buf)
+{
+  entry_contents entry;
+  if (table.read(table.read_name, sess_hdl, dev_id, entry_hdl, read_from_hw, entry) != BF_SUCCESS) return 0;
+  text_writer to(buf);
+  to.text("((");
+  if (!table.keyed || entry.no_key != 0)
+    to.text("(),");
+  else
+    put_key_value(to, table, entry.key);
+  if (table.indirect)
+    put_pointee_value(to, entry);
+  else
+    put_action_value(to, action_of_entry(table, entry, unknown_action, __func__), entry.action.parameters);
+  to.text("),(").decimal(table.priority ? static_cast<std::int32_t>(entry.priority) : 0).text(",True))");
+  return to.end();
+}
+
+}  // namespace tarvex::pd

@@ -1,0 +1,31 @@
+// Value text: keys, actions and whole entries as literals whose columns line up with the schema text.
+//
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "text_rows.h"
+#include "text_writer.h"
+
+namespace tarvex::pd {
+
+/// A member's value, cut to its live bits; for members of up to 4 bytes.
+std::uint32_t live_value(const text_row &row, const void *record);
+
+// Without a NUL, for texts that hold them.
+void put_key_value(text_writer &to, const table_text &table, const void *match_spec);
+void put_action_value(text_writer &to, const action_text &action, const void *action_spec);
+/// The member or the group that an indirect entry points at; nothing for neither.
+void put_pointee_value(text_writer &to, const entry_contents &entry);
+
+// Lengths without the NUL.
+std::uint32_t match_spec_value(const table_text &table, const void *match_spec, char *buf);
+std::uint32_t action_value(const action_text &action, const void *action_spec, char *buf);
+/// 0 with the buffer untouched if the entry cannot be read.
+std::uint32_t table_value(const table_text &table, pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id,
+                          pd_entry_hdl_t entry_hdl, pd_flag8_t read_from_hw, char *buf);
+
+/// The action of a direct table's entry. Stops the process on one that the table does not have.
+const action_text &action_of_entry(const table_text &table, const entry_contents &entry, const char *assertion,
+                                   const char *function);
+
+}  // namespace tarvex::pd

@@ -1,0 +1,187 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "emit_texts.h"
+
+#include <algorithm>
+
+#include "families.h"
+#include "spelling.h"
+
+namespace catalogue {
+
+namespace {
+
+using std::to_string;
+
+std::string live_word(const field &f)
+{
+  std::uint32_t live = 0;
+  for (unsigned i = 12; i < 16; ++i) live = live << 8 | f.live[i];
+  return hex(live);
+}
+
+/// Live mask as the schema shows it: no leading zeros, an L behind 128 bits.
+std::string live_text(const field &f)
+{
+  std::string digits;
+  for (const std::uint8_t b : f.live) digits += hex(0x100u | b).substr(3);
+  const std::size_t first = std::min(digits.find_first_not_of('0'), digits.size() - 1);
+  return "0x" + digits.substr(first) + (f.bits == 128 ? "L" : "");
+}
+
+std::string display_text(const std::string &display) { return display.empty() ? "None" : "'" + display + "'"; }
+
+std::string key_row_text(const std::string &short_name, const std::string &name, unsigned bits,
+                         const std::string &live, const std::string &display)
+{
+  return "( '" + short_name + "','" + name + "'," + to_string(bits) + "," + live + "," + display + ",None,None),";
+}
+
+void key_schema(generated_file &to, const table &t)
+{
+  to.line("    \"(\"");
+  for (const field &f : t.fields) {
+    to.line("    \"", key_row_text(f.short_name, f.name, f.bits, live_text(f), display_text(f.display)), "\"");
+    if (f.match == match_kind::ternary)
+      to.line("    \"", key_row_text(f.short_name + "Mask", companion_name(f), f.bits, live_text(f), "None"), "\"");
+    if (f.match == match_kind::lpm)
+      to.line("    \"", key_row_text(f.short_name + "PrefixLength", companion_name(f), 16, "0xffff", "None"), "\"");
+  }
+  to.line("    \")\",");
+}
+
+void text_row_line(generated_file &to, const std::string &name, const std::string &live16, const std::string &live,
+                   const std::string &offset, unsigned size, unsigned bits, bool partial)
+{
+  to.line("    {\"", name, "\", ", live16, ", ", live, ", ", offset, ", ", to_string(size), ", ",
+          to_string((bits + 3) / 4), ", ", partial ? "true" : "false", "},");
+}
+
+void key_rows(generated_file &to, const table &t)
+{
+  const std::string type = match_spec_type(t);
+  for (const field &f : t.fields) {
+    if (f.type != storage::bytes16) continue;
+    std::string bytes;
+    for (const std::uint8_t b : f.live) bytes += (bytes.empty() ? "" : ", ") + hex(b);
+    to.line("constexpr std::uint8_t ", t.name, "_", f.name, "_live[16] = {", bytes, "};");
+  }
+  to.line("constexpr text_row ", t.name, "_rows[] = {");
+  for (const field &f : t.fields) {
+    const bool wide = f.type == storage::bytes16;
+    const std::string live16 = wide ? t.name + "_" + f.name + "_live" : "nullptr";
+    const std::string live = wide ? "0" : live_word(f);
+    text_row_line(to, f.name, live16, live, offset_of(type, f.name), storage_size(f.type), f.bits, !f.live_all);
+    if (f.match == match_kind::ternary)
+      text_row_line(to, companion_name(f), live16, live, offset_of(type, companion_name(f)), storage_size(f.type),
+                    f.bits, !f.live_all);
+    if (f.match == match_kind::lpm)
+      text_row_line(to, companion_name(f), "nullptr", "0xffff", offset_of(type, companion_name(f)), 2, 16, false);
+  }
+  to.line("};");
+}
+
+/// Actions in the order of their names.
+void action_list(generated_file &to, const std::string &owner, const std::vector<action_use> &uses)
+{
+  std::vector<std::string> names;
+  for (const action_use &u : uses) names.push_back(u.name);
+  std::sort(names.begin(), names.end());
+  to.line("constexpr const action_text *", owner, "_actions[] = {");
+  for (const std::string &name : names) to.line("    &texts::action_", name, ",");
+  to.line("};");
+}
+
+}  // namespace
+
+void table_texts(generated_file &to, const table &t)
+{
+  to.line("namespace texts {").line("namespace {");
+  if (t.keyed()) key_rows(to, t);
+  if (!t.actions.empty()) action_list(to, t.name, t.actions);
+  to.line("}  // namespace");
+  const auto flag = [](bool set) { return set ? "true, " : "false, "; };
+  to.line("constinit const table_text table_", t.name, " = {");
+  to.line("    \"", t.name, "\", ", hex(t.handle), ", ", flag(t.keyed()), flag(t.indirect()), flag(t.priority()));
+  if (t.keyed()) key_schema(to, t);
+  else to.line("    {},");
+  const std::string rows = to_string(std::count_if(t.fields.begin(), t.fields.end(), [](const field &f) {
+                                       return f.match != match_kind::exact;
+                                     }) +
+                                     static_cast<std::ptrdiff_t>(t.fields.size()));
+  to.line("    ", t.keyed() ? t.name + "_rows, " + rows : "nullptr, 0", ", ",
+          t.actions.empty() ? "nullptr, 0" : t.name + "_actions, " + to_string(t.actions.size()), ",");
+  const std::string kind = t.indirect() ? "indirect_" : "";
+  to.line("    \"", export_prefix, t.name, "_get_entry\", &read_", kind, "contents<", table_descriptor(t), ">,");
+  to.line("    \"", export_prefix, t.name, "_get_entry_from_plcmt_data\", &decode_", kind, "contents<",
+          table_descriptor(t), ">};");
+  to.line("}  // namespace texts").line();
+}
+
+void profile_texts(generated_file &to, const profile &p)
+{
+  to.line("namespace texts {").line("namespace {");
+  action_list(to, p.name, p.actions);
+  to.line("}  // namespace");
+  to.line("constinit const profile_text profile_", p.name, " = {\"", p.name, "\", ", hex(p.action_data_table), ", ",
+          p.name, "_actions, ", to_string(p.actions.size()), ", \"", export_prefix, p.name,
+          "_get_member_from_plcmt_data\", &get_member_from_plcmt_data<", profile_descriptor(p.name), ">};");
+  to.line("}  // namespace texts").line();
+}
+
+void action_texts(generated_file &to, const action &a)
+{
+  to.line("namespace texts {");
+  if (!a.params.empty()) {
+    to.line("constexpr text_row ", a.name, "_rows[] = {");
+    for (const parameter &p : a.params)
+      text_row_line(to, member_name(p), "nullptr", hex(p.bits == 32 ? 0xffffffffu : (1u << p.bits) - 1),
+                    offset_of(action_spec_type(a), member_name(p)), storage_size(p.type), p.bits, false);
+    to.line("};");
+  }
+  to.line("constinit const action_text action_", a.name, " = {\"", a.name, "\", \"", export_prefix, a.name, "\",");
+  to.line("    \"( ('", a.name, "'),(\"");
+  for (const parameter &p : a.params)
+    to.line("    \"('", p.name, "',", display_text(p.display), ",", to_string(p.bits), ",None),\"");
+  to.line("    \"))\",");
+  to.line("    ", a.params.empty() ? "nullptr" : a.name + "_rows", ", ", to_string(a.params.size()), "};");
+  to.line("}  // namespace texts");
+}
+
+void emit_text_tables(const model &m, const std::filesystem::path &folder)
+{
+  generated_file head;
+  head.line("// Text rows of all tables, actions and profiles.").line("//");
+  head.line("// Generated from the catalogue; do not edit.").line("//").line("// SPDX-License-Identifier: Apache-2.0");
+  head.line("#pragma once").line().line("#include \"text_rows.h\"").line();
+  head.line("namespace tarvex::pd::texts {").line();
+  for (const action &a : m.actions) head.line("extern const action_text action_", a.name, ";");
+  for (const profile &p : m.profiles) head.line("extern const profile_text profile_", p.name, ";");
+  for (const table &t : m.tables) head.line("extern const table_text table_", t.name, ";");
+  head.line().line("}  // namespace tarvex::pd::texts");
+  head.write(folder / "text_tables.h");
+
+  generated_file to;
+  to.line("// Text rows by handle and by enumeration value.").line("//");
+  to.line("// Generated from the catalogue; do not edit.").line("//").line("// SPDX-License-Identifier: Apache-2.0");
+  to.line("#include \"text_tables.h\"").line().line("#include \"profile_texts.h\"").line();
+  to.line("namespace tarvex::pd {").line();
+  to.line("constinit const table_text *const table_texts[table_handle_count] = {");
+  const std::uint32_t first = m.tables.front().handle;
+  std::uint32_t next = first;
+  for (const table &t : m.tables) {
+    for (; next < t.handle; ++next) to.line("    nullptr,");
+    to.line("    &texts::table_", t.name, ",");
+    ++next;
+  }
+  to.line("};");
+  to.line("static_assert(first_table_handle == ", hex(first), " && table_handle_count == ", to_string(next - first), ");");
+  to.line().line("constinit const action_text *const action_texts[action_count] = {");
+  for (const action &a : m.actions) to.line("    &texts::action_", a.name, ",");
+  to.line("};").line("static_assert(action_count == ", to_string(m.actions.size()), ");");
+  to.line().line("constinit const profile_text *const profile_texts[profile_count] = {");
+  for (const profile &p : m.profiles) to.line("    &texts::profile_", p.name, ",");
+  to.line("};").line().line("}  // namespace tarvex::pd");
+  to.write(folder / "text_tables.cpp");
+}
+
+}  // namespace catalogue
