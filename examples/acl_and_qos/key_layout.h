@@ -14,6 +14,15 @@ namespace tarvex::examples {
 
 using key_bytes = std::vector<std::uint8_t>;
 
+/// The low `bits` bits of a number, as a field of the key holds them.
+inline key_bytes number_bytes(std::uint64_t number, unsigned bits)
+{
+  key_bytes bytes;
+  number &= (std::uint64_t{1} << bits) - 1;
+  for (unsigned byte = (bits + 7) / 8; byte-- != 0;) bytes.push_back(static_cast<std::uint8_t>(number >> (8 * byte)));
+  return bytes;
+}
+
 /// One field of the key structure `Key`.
 template <typename Key>
 class key_field {
@@ -23,53 +32,28 @@ class key_field {
   /// A field that matches exactly. The table looks at its `live` bits only.
   template <typename T>
   key_field(T Key::*value, unsigned bits, std::uint32_t live = all_live)
-      : value_(offset_of(value)), mask_(no_mask), size_(sizeof(T)), bits_(bits), live_(live)
+      : value_(offset_of(value)), mask_(no_mask), bits_(bits), live_(number_bytes(live, bits))
   {
   }
 
   /// A ternary field.
   template <typename T>
   key_field(T Key::*value, T Key::*mask, unsigned bits, std::uint32_t live = all_live)
-      : value_(offset_of(value)), mask_(offset_of(mask)), size_(sizeof(T)), bits_(bits), live_(live)
+      : value_(offset_of(value)), mask_(offset_of(mask)), bits_(bits), live_(number_bytes(live, bits))
   {
   }
 
-  /// An address in network order, of whose bytes the first `live_bytes` are looked at.
-  key_field(std::uint8_t (Key::*value)[16], std::uint8_t (Key::*mask)[16], unsigned bits, std::uint32_t live_bytes = 16)
-      : value_(offset_of(value)), mask_(offset_of(mask)), size_(16), bits_(bits), live_(live_bytes)
+  /// A ternary address in network order, of whose bytes the first `live_bytes` are looked at.
+  key_field(std::uint8_t (Key::*value)[16], std::uint8_t (Key::*mask)[16], unsigned bits, std::size_t live_bytes = 16)
+      : value_(offset_of(value)), mask_(offset_of(mask)), bits_(bits), live_(live_bytes, 0xff)
   {
+    live_.resize(16);
   }
 
-  void append_value(const Key &key, key_bytes &to) const { append(key, value_, to); }
-
-  /// As far as the field is wide; all ones where it has no mask.
-  void append_mask(const Key &key, key_bytes &to) const
-  {
-    const std::size_t begin = to.size();
-    append_ones(to);
-    if (mask_ == no_mask) return;
-    key_bytes mask;
-    append(key, mask_, mask);
-    for (std::size_t i = 0; i < mask.size(); ++i) to[begin + i] &= mask[i];
-  }
-
-  void append_ones(key_bytes &to) const
-  {
-    if (size_ == 16) {
-      to.insert(to.end(), 16, 0xff);
-    } else {
-      append_number(static_cast<std::uint32_t>((std::uint64_t{1} << bits_) - 1), to);
-    }
-  }
-
-  void append_live(key_bytes &to) const
-  {
-    if (size_ == 16) {
-      for (std::uint32_t i = 0; i < 16; ++i) to.push_back(i < live_ ? 0xff : 0);
-    } else {
-      append_number(static_cast<std::uint32_t>((std::uint64_t{1} << bits_) - 1) & live_, to);
-    }
-  }
+  key_bytes value(const Key &key) const { return read(key, value_); }
+  key_bytes mask(const Key &key) const { return mask_ == no_mask ? width() : read(key, mask_); }
+  key_bytes width() const { return bits_ == 128 ? key_bytes(16, 0xff) : number_bytes(all_live, bits_); }
+  const key_bytes &live() const { return live_; }
 
  private:
   static constexpr std::size_t no_mask = SIZE_MAX;
@@ -82,70 +66,59 @@ class key_field {
                                     reinterpret_cast<const std::uint8_t *>(&key));
   }
 
-  void append(const Key &key, std::size_t offset, key_bytes &to) const
+  key_bytes read(const Key &key, std::size_t offset) const
   {
     const auto *const from = reinterpret_cast<const std::uint8_t *>(&key) + offset;
-    if (size_ == 16) {
-      to.insert(to.end(), from, from + 16);
-      return;
-    }
+    if (bits_ == 128) return {from, from + 16};
     static_assert(std::endian::native == std::endian::little);
     std::uint32_t number = 0;
-    std::memcpy(&number, from, size_);
-    append_number(number, to);
-  }
-
-  void append_number(std::uint32_t number, key_bytes &to) const
-  {
-    for (unsigned byte = (bits_ + 7) / 8; byte-- != 0;) to.push_back(static_cast<std::uint8_t>(number >> (8 * byte)));
+    std::memcpy(&number, from, bits_ <= 8 ? 1 : bits_ <= 16 ? 2 : 4);
+    return number_bytes(number, bits_);
   }
 
   std::size_t value_;
   std::size_t mask_;
-  std::size_t size_;
   unsigned bits_;
-  std::uint32_t live_;
+  key_bytes live_;
 };
 
 /// The fields of a key in the order of its bytes.
 template <typename Key>
-struct key_layout {
-  std::vector<key_field<Key>> fields;
+class key_layout {
+ public:
+  key_layout(std::initializer_list<key_field<Key>> fields) : fields_(fields) {}
 
-  /// Of a packet: the values as they are.
-  key_bytes packet(const Key &key) const
+  /// What a packet has, and what a rule asks for where its mask says so.
+  key_bytes value(const Key &key) const
   {
-    return gather([&](const auto &field, key_bytes &to) { field.append_value(key, to); });
+    return gather([&](const key_field<Key> &field) { return field.value(key); });
   }
   key_bytes mask(const Key &key) const
   {
-    return gather([&](const auto &field, key_bytes &to) { field.append_mask(key, to); });
+    return gather([&](const key_field<Key> &field) { return field.mask(key); });
   }
-  /// Of a rule: what is not under the mask does not count and is 0.
-  key_bytes value(const Key &key) const
+  key_bytes width() const
   {
-    key_bytes value = packet(key);
-    const key_bytes under = mask(key);
-    for (std::size_t i = 0; i < value.size(); ++i) value[i] &= under[i];
-    return value;
-  }
-  key_bytes ones() const
-  {
-    return gather([](const auto &field, key_bytes &to) { field.append_ones(to); });
+    return gather([](const key_field<Key> &field) { return field.width(); });
   }
   key_bytes live() const
   {
-    return gather([](const auto &field, key_bytes &to) { field.append_live(to); });
+    return gather([](const key_field<Key> &field) { return field.live(); });
   }
 
  private:
-  template <typename Append>
-  key_bytes gather(Append append) const
+  template <typename Bytes>
+  key_bytes gather(Bytes bytes_of) const
   {
-    key_bytes bytes;
-    for (const auto &field : fields) append(field, bytes);
-    return bytes;
+    key_bytes all;
+    for (const auto &field : fields_) {
+      const key_bytes bytes = bytes_of(field);
+      all.insert(all.end(), bytes.begin(), bytes.end());
+    }
+    return all;
   }
+
+  std::vector<key_field<Key>> fields_;
 };
 
 }  // namespace tarvex::examples

@@ -18,7 +18,7 @@ struct table_functions {
   pd_status_t (*table_delete_by_match_spec)(pd_sess_hdl_t, pd_dev_tgt_t, const Key *, Priority...);
   pd_status_t (*get_entry)(pd_sess_hdl_t, pd_dev_id_t, pd_entry_hdl_t, pd_flag8_t, Key *, Priority *..., char *, void *,
                            std::uint32_t *, std::uint8_t *);
-  pd_status_t (*get_entry_count)(pd_sess_hdl_t, pd_dev_tgt_t, void *);
+  pd_status_t (*get_entry_count)(pd_sess_hdl_t, pd_dev_tgt_t, std::uint32_t *);
   pd_status_t (*get_first_entry_handle)(pd_sess_hdl_t, pd_dev_tgt_t, pd_entry_hdl_t *);
   pd_status_t (*get_next_entry_handles)(pd_sess_hdl_t, pd_dev_tgt_t, pd_entry_hdl_t, std::uint32_t, pd_entry_hdl_t *);
   pd_status_t (*get_default_entry_handle)(pd_sess_hdl_t, pd_dev_tgt_t, pd_entry_hdl_t *);

@@ -29,8 +29,8 @@ extern "C" {
  * @param cookie  handed to the callback; the caller's
  * @return 0, or the driver's status
  */
-pd_status_t p4_pd_tarvex_switch_macLearningDigest_register(pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id,
-                                                           pd_callback_t cb, void *cookie);
+pd_status_t p4_pd_tarvex_switch_macLearningDigest_register(pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id, pd_callback_t cb,
+                                                           void *cookie);
 
 /**
  * Ends the delivery of the digest.

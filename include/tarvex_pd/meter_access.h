@@ -30,8 +30,8 @@ extern "C" {
  *   PD_METER_TYPE_COLOR_UNAWARE nor, with has_pre_color, PD_METER_TYPE_COLOR_AWARE
  */
 pd_status_t p4_pd_tarvex_switch_bytes_meter_set(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, uint32_t meter_hdl,
-                                              uint32_t index, const pd_meter_spec_t *meter_spec,
-                                              pd_flag8_t has_pre_color);
+                                                uint32_t index, const pd_meter_spec_t *meter_spec,
+                                                pd_flag8_t has_pre_color);
 
 /**
  * Reads an indirect meter that counts bytes.
@@ -44,7 +44,7 @@ pd_status_t p4_pd_tarvex_switch_bytes_meter_set(pd_sess_hdl_t sess_hdl, pd_dev_t
  * @return 0, or the driver's status
  */
 pd_status_t p4_pd_tarvex_switch_bytes_meter_read(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, uint32_t meter_hdl,
-                                               uint32_t index, pd_meter_spec_t *meter_spec);
+                                                 uint32_t index, pd_meter_spec_t *meter_spec);
 
 /**
  * Sets an indirect meter that counts packets.
@@ -59,8 +59,8 @@ pd_status_t p4_pd_tarvex_switch_bytes_meter_read(pd_sess_hdl_t sess_hdl, pd_dev_
  *   PD_METER_TYPE_COLOR_UNAWARE nor, with has_pre_color, PD_METER_TYPE_COLOR_AWARE
  */
 pd_status_t p4_pd_tarvex_switch_packets_meter_set(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, uint32_t meter_hdl,
-                                              uint32_t index, const pd_meter_spec_t *meter_spec,
-                                              pd_flag8_t has_pre_color);
+                                                  uint32_t index, const pd_meter_spec_t *meter_spec,
+                                                  pd_flag8_t has_pre_color);
 
 /**
  * Reads an indirect meter that counts packets.
@@ -73,7 +73,7 @@ pd_status_t p4_pd_tarvex_switch_packets_meter_set(pd_sess_hdl_t sess_hdl, pd_dev
  * @return 0, or the driver's status
  */
 pd_status_t p4_pd_tarvex_switch_packets_meter_read(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, uint32_t meter_hdl,
-                                               uint32_t index, pd_meter_spec_t *meter_spec);
+                                                   uint32_t index, pd_meter_spec_t *meter_spec);
 
 /**
  * Sets a cell of a WRED block.

@@ -34,8 +34,8 @@ typedef struct pd_parser_tgt {
  * @param argument  further argument of the property
  * @return 0, or the driver's status
  */
-pd_status_t p4_pd_tarvex_switch_pvs_fabric_port_set_property(pd_sess_hdl_t sess_hdl, uint32_t dev_id,
-                                                             uint32_t property, uint32_t value, uint32_t argument);
+pd_status_t p4_pd_tarvex_switch_pvs_fabric_port_set_property(pd_sess_hdl_t sess_hdl, uint32_t dev_id, uint32_t property,
+                                                             uint32_t value, uint32_t argument);
 
 /**
  * Reads a property of the value set.
@@ -47,8 +47,8 @@ pd_status_t p4_pd_tarvex_switch_pvs_fabric_port_set_property(pd_sess_hdl_t sess_
  * @param argument  further argument of the property
  * @return 0, or the driver's status
  */
-pd_status_t p4_pd_tarvex_switch_pvs_fabric_port_get_property(pd_sess_hdl_t sess_hdl, uint32_t dev_id,
-                                                             uint32_t property, uint32_t *value, uint32_t argument);
+pd_status_t p4_pd_tarvex_switch_pvs_fabric_port_get_property(pd_sess_hdl_t sess_hdl, uint32_t dev_id, uint32_t property,
+                                                             uint32_t *value, uint32_t argument);
 
 /**
  * Adds an entry to the value set.

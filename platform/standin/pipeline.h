@@ -50,9 +50,18 @@ struct pipeline_resource {
   std::uint32_t table;  // match table it hangs on or is used by, 0 where none
 };
 
+/// A field of a snapshot; one of 3 bytes stands in 4.
+struct pipeline_snapshot_field {
+  const char *name;
+  std::uint16_t offset;
+  std::uint16_t size;  // 1, 2, 3, 4 or 16
+};
+
 // Defined by the generated pipeline_rows.cpp; tables in handle order.
 extern const std::span<const pipeline_table> pipeline_tables;
 extern const std::span<const pipeline_profile> pipeline_profiles;
 extern const std::span<const pipeline_resource> pipeline_resources;
+extern const std::span<const pipeline_snapshot_field> pipeline_ingress_fields;
+extern const std::span<const pipeline_snapshot_field> pipeline_egress_fields;
 
 }  // namespace tarvex::standin

@@ -43,7 +43,7 @@ pd_status_t fill(const indirect_resource &reg, std::uint32_t index, drv_stful_qu
   return success;
 }
 
-/// Value that a reset gives: the spec's, or 0 without one.
+/// Value that a reset gives: the one given, or 0 without one.
 std::uint8_t reset_value(const drv_stful_spec_t *spec) { return spec == nullptr ? std::uint8_t{0} : spec->bytes[0]; }
 
 }  // namespace

@@ -82,8 +82,8 @@ template <const action_row &A, std::size_t I>
 
 /// Clears the caller's parameter structure, room included, and fills its members.
 template <const action_row &A>
-inline void unbuild_action(const drv_act_data_t *act_data, const pd_res_spec_t *list, std::uint32_t count,
-                           void *action_spec)
+[[gnu::noinline]] void unbuild_action(const drv_act_data_t *act_data, const pd_res_spec_t *list, std::uint32_t count,
+                                      void *action_spec)
 {
   std::memset(action_spec, 0, A.record_size);
   [&]<std::size_t... I>(std::index_sequence<I...>)

@@ -22,8 +22,8 @@ namespace tarvex::pd {
   return static_cast<std::uint32_t>(dev_tgt);
 }
 
-/// The low 8 bits of a device, a flag or a target, zero-extended. Callers may leave anything above them in the register, and compilers
-/// disagree on who clears it, so the library's own parameters are 32 bits wide and cut here.
+/// The low 8 bits of a device, a flag or a target, zero-extended. Callers may leave anything above them in the
+/// register, and compilers disagree on who clears it, so the library's own parameters are 32 bits wide and cut here.
 [[gnu::always_inline]] constexpr std::uint32_t low_byte(std::uint64_t v) { return v & 0xffu; }
 
 inline constexpr char pd_source[] = "bf_tarvex_switch_mpls_baremetal/src/pd";

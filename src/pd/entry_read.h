@@ -48,11 +48,12 @@ template <const action_row &A>
     unbuild_action<A>(&spec.act_data, resources.list(), resources.count(), out.action_spec);
 }
 
-/// Delivers the action that a handle names. False if it is none of the table's.
+/// Delivers the action that a handle names. False if it is none of the table's. One instance serves the read of an
+/// entry and the decoding of placement data.
 template <const table_row &T, std::size_t... I>
-[[gnu::always_inline]] inline bool deliver_action_of(std::uint32_t act_hdl, const drv_action_spec_t &spec,
-                                                     const resource_list &resources, const action_outputs &out,
-                                                     std::index_sequence<I...>)
+[[gnu::noinline]] bool deliver_action_of(std::uint32_t act_hdl, const drv_action_spec_t &spec,
+                                         const resource_list &resources, const action_outputs &out,
+                                         std::index_sequence<I...>)
 {
   return ((act_hdl == T.actions[I]->handle && (deliver_action<*T.actions[I]->action>(spec, resources, out), true)) ||
           ...);
@@ -60,8 +61,8 @@ template <const table_row &T, std::size_t... I>
 
 /// Delivers key, priority and no-key flag. Without a key the caller's structure stays as it is.
 template <const table_row &T>
-[[gnu::always_inline]] inline void deliver_key(const drv_match_spec_t &spec, void *match_spec, std::uint32_t *priority,
-                                               std::uint8_t *no_key)
+[[gnu::noinline]] void deliver_key(const drv_match_spec_t &spec, void *match_spec, std::uint32_t *priority,
+                                   std::uint8_t *no_key)
 {
   const bool has_key = spec.key_value != nullptr;
   *no_key = has_key ? 0 : 1;

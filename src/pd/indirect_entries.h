@@ -47,8 +47,7 @@ inline pd_status_t add_indirect_entry(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_t
   std::uint32_t act_hdl;
   const pd_status_t status = point_at<P, What>(action, act_hdl, low_byte(dev_tgt), hdl);
   if (status != BF_SUCCESS) return status;
-  return pipe_mgr_mat_ent_add(sess_hdl, whole_target(dev_tgt), T.handle, &key.spec, act_hdl, &action, 0, 0,
-                              entry_hdl);
+  return pipe_mgr_mat_ent_add(sess_hdl, whole_target(dev_tgt), T.handle, &key.spec, act_hdl, &action, 0, 0, entry_hdl);
 }
 
 template <const table_row &T, const profile_row &P, pointee What>

@@ -1,4 +1,5 @@
-// The learning digest: subscription, and where the fields of an entry stand. The reports themselves pass the library by.
+// The learning digest: subscription, and where the fields of an entry stand. The reports themselves pass the library
+// by.
 //
 // SPDX-License-Identifier: Apache-2.0
 #include "tarvex_pd/learning_digest.h"
@@ -36,8 +37,8 @@ bool is_the_digest(const char *name) { return name != nullptr && std::strcmp(nam
 
 using namespace tarvex::pd;
 
-pd_status_t p4_pd_tarvex_switch_macLearningDigest_register(pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id,
-                                                           pd_callback_t cb, void *cookie)
+pd_status_t p4_pd_tarvex_switch_macLearningDigest_register(pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id, pd_callback_t cb,
+                                                           void *cookie)
 {
   return pipe_mgr_lrn_digest_notification_register(sess_hdl, low_byte(dev_id), digest_handle, cb, cookie);
 }

@@ -14,7 +14,7 @@ namespace tarvex::pd {
   return spec.meter_type == PD_METER_TYPE_COLOR_UNAWARE;
 }
 
-/// Colour mode for the driver; the spec is one that the meter takes.
+/// Colour mode for the driver; what is given is one that the meter takes.
 [[gnu::always_inline]] inline std::uint32_t get_bytes_meter_type(const pd_meter_spec_t &) { return 1; }
 
 /// Fills the fields of a cleared driver record. Rates are widened, never scaled.

@@ -26,8 +26,7 @@ inline pd_status_t meter_read_indexed(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_t
                                       std::uint32_t index, pd_meter_spec_t *meter_spec)
 {
   drv_meter_spec_t found{};
-  const pd_status_t status =
-      pipe_mgr_meter_read_entry_idx(sess_hdl, whole_target(dev_tgt), meter_hdl, index, &found);
+  const pd_status_t status = pipe_mgr_meter_read_entry_idx(sess_hdl, whole_target(dev_tgt), meter_hdl, index, &found);
   if (status == BF_SUCCESS) deliver_meter(found, meter_spec);
   return status;
 }

@@ -13,15 +13,15 @@ constexpr std::uint32_t fabric_port_handle = 0x1ff;
 
 }  // namespace
 
-pd_status_t p4_pd_tarvex_switch_pvs_fabric_port_set_property(pd_sess_hdl_t sess_hdl, uint32_t dev_id,
-                                                             uint32_t property, uint32_t value, uint32_t argument)
+pd_status_t p4_pd_tarvex_switch_pvs_fabric_port_set_property(pd_sess_hdl_t sess_hdl, uint32_t dev_id, uint32_t property,
+                                                             uint32_t value, uint32_t argument)
 {
   return pipe_mgr_pvs_set_property(sess_hdl, dev_id, fabric_port_handle, property, value, argument);
 }
 
 /// The driver writes to a word of its own; the caller's holds 0xffffffff after a failure.
-pd_status_t p4_pd_tarvex_switch_pvs_fabric_port_get_property(pd_sess_hdl_t sess_hdl, uint32_t dev_id,
-                                                             uint32_t property, uint32_t *value, uint32_t argument)
+pd_status_t p4_pd_tarvex_switch_pvs_fabric_port_get_property(pd_sess_hdl_t sess_hdl, uint32_t dev_id, uint32_t property,
+                                                             uint32_t *value, uint32_t argument)
 {
   std::uint32_t found = 0;
   const pd_status_t status =

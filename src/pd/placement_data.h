@@ -42,10 +42,10 @@ inline pd_status_t get_entry_from_placement(const char *function, const void *pl
 
 /// A record that points at neither a member nor a group leaves both flags as they are.
 template <const table_row &T>
-inline pd_status_t get_indirect_entry_from_placement(const void *plcmt_data, void *match_spec,
-                                                     std::uint32_t *priority, pd_mbr_hdl_t *mbr_hdl,
-                                                     pd_grp_hdl_t *grp_hdl, std::uint8_t *is_member,
-                                                     std::uint8_t *is_group, std::uint8_t *no_key)
+inline pd_status_t get_indirect_entry_from_placement(const void *plcmt_data, void *match_spec, std::uint32_t *priority,
+                                                     pd_mbr_hdl_t *mbr_hdl, pd_grp_hdl_t *grp_hdl,
+                                                     std::uint8_t *is_member, std::uint8_t *is_group,
+                                                     std::uint8_t *no_key)
 {
   read_key<T> key;
   std::uint8_t data[read_data_bytes]{};

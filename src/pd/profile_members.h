@@ -16,8 +16,8 @@ template <const profile_row &P, const action_use_row &U>
 {
   action_record<*U.action> action;
   build_action<*U.action>(action, action_spec, 0);
-  const pd_status_t status = pipe_mgr_adt_ent_add(sess_hdl, whole_target(dev_tgt), P.action_data_table, U.handle,
-                                                  &action.spec, mbr_hdl, 0);
+  const pd_status_t status =
+      pipe_mgr_adt_ent_add(sess_hdl, whole_target(dev_tgt), P.action_data_table, U.handle, &action.spec, mbr_hdl, 0);
   if (status != BF_SUCCESS) return status;
   p4_pd_ms_new_mbr(sess_hdl, state_of<P>(), low_byte(dev_tgt), *mbr_hdl);
   p4_pd_ms_set_mbr_act(state_of<P>(), low_byte(dev_tgt), *mbr_hdl, U.handle);

@@ -42,9 +42,11 @@ template <const profile_row &P, class Ask>
 inline void deliver_member(const char *function, std::uint32_t act_hdl, const drv_act_data_t &data,
                            plcmt_action_t *action, Ask ask)
 {
-  const bool known = [&]<std::size_t... I>(std::index_sequence<I...>) {
+  const bool known = [&]<std::size_t... I>(std::index_sequence<I...>)
+  {
     return (deliver_member_if<*P.actions[I]>(act_hdl, data, action, ask) || ...);
-  }(std::make_index_sequence<P.action_count>{});
+  }
+  (std::make_index_sequence<P.action_count>{});
   if (!known) stop_on_broken_reply(function);
 }
 
@@ -60,8 +62,7 @@ inline pd_status_t get_member(const char *function, pd_sess_hdl_t, pd_dev_id_t d
   const pd_status_t status = pipe_mgr_get_action_data_entry(P.action_data_table, low_byte(dev_id), mbr_hdl, &data,
                                                             &act_hdl, low_byte(read_from_hw));
   if (status != BF_SUCCESS) return status;
-  deliver_member<P>(function, act_hdl, data, action,
-                    [&] { return resources_of_member<P>(low_byte(dev_id), mbr_hdl); });
+  deliver_member<P>(function, act_hdl, data, action, [&] { return resources_of_member<P>(low_byte(dev_id), mbr_hdl); });
   return BF_SUCCESS;
 }
 
@@ -86,9 +87,8 @@ inline pd_status_t get_member_from_plcmt_data(const char *function, const void *
 
 /// Works without a started library too: then nobody knows the member's resources.
 template <const profile_row &P>
-inline pd_status_t get_full_member_info_from_plcmt_data(const char *function, pd_dev_id_t dev_id,
-                                                        pd_mbr_hdl_t mbr_hdl, const void *plcmt_data,
-                                                        plcmt_action_t *action)
+inline pd_status_t get_full_member_info_from_plcmt_data(const char *function, pd_dev_id_t dev_id, pd_mbr_hdl_t mbr_hdl,
+                                                        const void *plcmt_data, plcmt_action_t *action)
 {
   return member_from_placement<P>(function, plcmt_data, action, [&] {
     return state_of<P>() == nullptr ? member_resources{} : resources_of_member<P>(low_byte(dev_id), mbr_hdl);
@@ -117,8 +117,8 @@ inline pd_status_t get_first_of_profile(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev
 }
 
 template <const profile_row &P, profile_table Which>
-inline pd_status_t get_next_of_profile(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, std::uint32_t hdl,
-                                       std::uint32_t n, std::uint32_t *next_hdls)
+inline pd_status_t get_next_of_profile(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, std::uint32_t hdl, std::uint32_t n,
+                                       std::uint32_t *next_hdls)
 {
   return pipe_mgr_get_next_entry_handles(sess_hdl, profile_table_handle<P, Which>(), whole_target(dev_tgt), hdl, n,
                                          next_hdls);
@@ -135,8 +135,7 @@ template <const profile_row &P>
 inline pd_status_t get_next_group_members(pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id, pd_grp_hdl_t grp_hdl,
                                           pd_mbr_hdl_t mbr_hdl, std::uint32_t n, pd_mbr_hdl_t *next_hdls)
 {
-  return pipe_mgr_get_next_group_members(sess_hdl, P.selector_table, low_byte(dev_id), grp_hdl, mbr_hdl, n,
-                                         next_hdls);
+  return pipe_mgr_get_next_group_members(sess_hdl, P.selector_table, low_byte(dev_id), grp_hdl, mbr_hdl, n, next_hdls);
 }
 
 /// The device goes through with all its 32 bits.

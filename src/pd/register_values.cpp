@@ -13,10 +13,7 @@ namespace {
 template <class Element>
 class zeroed_block {
  public:
-  explicit zeroed_block(std::size_t count)
-      : elements_(static_cast<Element *>(bf_sys_calloc(count, sizeof(Element))))
-  {
-  }
+  explicit zeroed_block(std::size_t count) : elements_(static_cast<Element *>(bf_sys_calloc(count, sizeof(Element)))) {}
   zeroed_block(const zeroed_block &) = delete;
   zeroed_block &operator=(const zeroed_block &) = delete;
   ~zeroed_block()
@@ -95,9 +92,8 @@ class row_blocks {
 
 }  // namespace
 
-pd_status_t read_register_cell(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, std::uint32_t reg_hdl,
-                               std::uint32_t index, std::uint32_t from_hardware, std::uint8_t *values,
-                               std::uint32_t *value_count)
+pd_status_t read_register_cell(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, std::uint32_t reg_hdl, std::uint32_t index,
+                               std::uint32_t from_hardware, std::uint8_t *values, std::uint32_t *value_count)
 {
   shape room;
   pd_status_t status = ask_for_shape(sess_hdl, dev_tgt, reg_hdl, room);

@@ -12,8 +12,8 @@
 namespace tarvex::pd {
 
 template <const register_row &R>
-inline pd_status_t register_read(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, std::uint32_t index,
-                                 std::uint32_t flags, std::uint8_t *values, std::uint32_t *value_count)
+inline pd_status_t register_read(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, std::uint32_t index, std::uint32_t flags,
+                                 std::uint8_t *values, std::uint32_t *value_count)
 {
   return read_register_cell(sess_hdl, dev_tgt, R.handle, index, flags & from_hardware_flag, values, value_count);
 }

@@ -1,4 +1,5 @@
-// Action data tables and member actions of the profiles, for whoever meets them by handle. Generated from the catalogue.
+// Action data tables and member actions of the profiles, for whoever meets them by handle. Generated from the
+// catalogue.
 //
 // SPDX-License-Identifier: Apache-2.0
 #pragma once

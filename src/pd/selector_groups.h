@@ -1,4 +1,5 @@
-// Selector groups of an action profile and who is in them. The hardware changes first, the member-selector state follows.
+// Selector groups of an action profile and who is in them. The hardware changes first, the member-selector state
+// follows.
 //
 // SPDX-License-Identifier: Apache-2.0
 #pragma once

@@ -131,8 +131,7 @@ std::uint32_t counter_label(const p4_pd_tarvex_switch_trapToCpu_match_spec_t &ke
       .flag("vxlanFlood ", key.egrMd_vxlanFlood, key.egrMd_vxlanFlood_mask)
       .value("decapType & 0x7 ", key.egrMd_decapType & 7u);
   to.writer().text("dip & 0xffff0000000000000000000000000000L ").small_bytes(address, sizeof address).character(' ');
-  return to
-      .flag("cpuMemberOfIngressVlan ", key.ingMd_cpuMemberOfIngressVlan, key.ingMd_cpuMemberOfIngressVlan_mask)
+  return to.flag("cpuMemberOfIngressVlan ", key.ingMd_cpuMemberOfIngressVlan, key.ingMd_cpuMemberOfIngressVlan_mask)
       .value("cpuReasonCode & 0xff ", key.egrMd_cpuReasonCode)
       .end();
 }

@@ -1,4 +1,5 @@
-// Whether two key structures are the same key, two parameter structures the same parameters: as far as the live bits go.
+// Whether two key structures are the same key, two parameter structures the same parameters: as far as the live bits
+// go.
 //
 // SPDX-License-Identifier: Apache-2.0
 #pragma once

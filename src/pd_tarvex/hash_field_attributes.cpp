@@ -9,8 +9,6 @@ namespace tarvex::pd {
 
 namespace {
 
-
-
 /// Bit i of the result is bit N-1-i of `bits`: lists are numbered with field N-1 in the lowest place.
 std::uint32_t reversed(std::uint32_t bits, unsigned n)
 {

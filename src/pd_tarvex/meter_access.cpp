@@ -35,8 +35,7 @@ pd_status_t p4_pd_tarvex_switch_bytes_meter_set(pd_sess_hdl_t sess_hdl, pd_dev_t
                                                 uint32_t index, const pd_meter_spec_t *meter_spec,
                                                 pd_flag8_t has_pre_color)
 {
-  return set_any_meter(sess_hdl, dev_tgt, meter_hdl, index, *meter_spec, low_byte(has_pre_color),
-                       DRV_METER_UNIT_BYTES);
+  return set_any_meter(sess_hdl, dev_tgt, meter_hdl, index, *meter_spec, low_byte(has_pre_color), DRV_METER_UNIT_BYTES);
 }
 
 pd_status_t p4_pd_tarvex_switch_bytes_meter_read(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, uint32_t meter_hdl,

@@ -21,8 +21,8 @@ void print_action(const action_text &action, std::int32_t fd, std::int32_t inden
 }
 
 /// Decodes a member and finds its action, which must be one of the profile's.
-pd_status_t decode_member(const profile_text &profile, const char *function, const void *plcmt_data,
-                          plcmt_action_t &to, const action_text *&action)
+pd_status_t decode_member(const profile_text &profile, const char *function, const void *plcmt_data, plcmt_action_t &to,
+                          const action_text *&action)
 {
   const pd_status_t status = profile.decode(profile.decode_name, plcmt_data, &to);
   if (status != BF_SUCCESS) return status;
@@ -106,8 +106,7 @@ std::uint32_t plcmt_data_value(const table_text &table, const void *plcmt_data, 
   return to.end();
 }
 
-std::uint32_t adt_plcmt_data_value(const profile_text &profile, const char *function, const void *plcmt_data,
-                                   char *buf)
+std::uint32_t adt_plcmt_data_value(const profile_text &profile, const char *function, const void *plcmt_data, char *buf)
 {
   plcmt_action_t member;
   const action_text *action = nullptr;

@@ -11,8 +11,7 @@
 using namespace tarvex::pd;
 
 pd_status_t p4_pd_tarvex_switch_register_read_direct(pd_sess_hdl_t sess_hdl, uint32_t dev_id, uint32_t tbl_hdl,
-                                                     pd_entry_hdl_t entry_hdl, uint32_t flags,
-                                                     drv_stful_query_t *query)
+                                                     pd_entry_hdl_t entry_hdl, uint32_t flags, drv_stful_query_t *query)
 {
   return pipe_stful_direct_ent_query(sess_hdl, dev_id, tbl_hdl, entry_hdl, query, flags & from_hardware_flag);
 }

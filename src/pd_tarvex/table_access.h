@@ -23,8 +23,8 @@ template <const table_row &T>
 pd_status_t read_indirect_contents(const char *function, pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id,
                                    pd_entry_hdl_t entry_hdl, pd_flag8_t read_from_hw, entry_contents &to)
 {
-  return get_indirect_entry<T>(function, sess_hdl, dev_id, entry_hdl, read_from_hw, to.key, &to.priority,
-                               &to.is_member, &to.is_group, &to.grp_hdl, &to.mbr_hdl, &to.no_key);
+  return get_indirect_entry<T>(function, sess_hdl, dev_id, entry_hdl, read_from_hw, to.key, &to.priority, &to.is_member,
+                               &to.is_group, &to.grp_hdl, &to.mbr_hdl, &to.no_key);
 }
 
 template <const table_row &T>
@@ -36,8 +36,8 @@ pd_status_t decode_contents(const char *function, const void *plcmt_data, entry_
 template <const table_row &T>
 pd_status_t decode_indirect_contents(const char *, const void *plcmt_data, entry_contents &to)
 {
-  return get_indirect_entry_from_placement<T>(plcmt_data, to.key, &to.priority, &to.mbr_hdl, &to.grp_hdl,
-                                              &to.is_member, &to.is_group, &to.no_key);
+  return get_indirect_entry_from_placement<T>(plcmt_data, to.key, &to.priority, &to.mbr_hdl, &to.grp_hdl, &to.is_member,
+                                              &to.is_group, &to.no_key);
 }
 
 }  // namespace tarvex::pd

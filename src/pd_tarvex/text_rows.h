@@ -1,5 +1,5 @@
-// Rows as the text face sees them: one for each line of a schema, masks and prefix lengths included, and how an entry of
-// each table is read. Unlike the descriptors of the typed face they are looked at while running. Generated from the
+// Rows as the text face sees them: one for each line of a schema, masks and prefix lengths included, and how an entry
+// of each table is read. Unlike the descriptors of the typed face they are looked at while running. Generated from the
 // catalogue.
 //
 // SPDX-License-Identifier: Apache-2.0
@@ -21,8 +21,8 @@ struct text_row {
   std::uint32_t live;          // live bits of any other
   std::uint16_t member;
   std::uint8_t member_size;
-  std::uint8_t digits;         // hexadecimal digits that the width takes
-  bool partial;                // some bits of the width are not live
+  std::uint8_t digits;  // hexadecimal digits that the width takes
+  bool partial;         // some bits of the width are not live
 };
 
 struct action_text {
@@ -63,7 +63,7 @@ struct table_text {
   std::size_t row_count;
   const action_text *const *actions;  // order of their names; none of an indirect table
   std::size_t action_count;
-  const char *read_name;              // the exported functions that these stand for
+  const char *read_name;  // the exported functions that these stand for
   read_function read;
   const char *decode_name;
   decode_function decode;

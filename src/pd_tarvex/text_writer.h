@@ -40,7 +40,10 @@ class text_writer {
     return hex(value, digits);
   }
   /// Bytes as they stand, two digits each.
-  text_writer &capital_bytes(const std::uint8_t *bytes, unsigned count) { return digits_of(bytes, count, capital_digits); }
+  text_writer &capital_bytes(const std::uint8_t *bytes, unsigned count)
+  {
+    return digits_of(bytes, count, capital_digits);
+  }
   text_writer &small_bytes(const std::uint8_t *bytes, unsigned count) { return digits_of(bytes, count, small_digits); }
   /// Signed decimal, blanks ahead of it up to `width` characters.
   text_writer &decimal(std::int32_t value, unsigned width = 1);

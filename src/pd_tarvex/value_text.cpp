@@ -76,8 +76,8 @@ const action_text &action_of_entry(const table_text &table, const entry_contents
   return *action;
 }
 
-std::uint32_t table_value(const table_text &table, pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id,
-                          pd_entry_hdl_t entry_hdl, pd_flag8_t read_from_hw, char *buf)
+std::uint32_t table_value(const table_text &table, pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id, pd_entry_hdl_t entry_hdl,
+                          pd_flag8_t read_from_hw, char *buf)
 {
   entry_contents entry;
   if (table.read(table.read_name, sess_hdl, dev_id, entry_hdl, read_from_hw, entry) != BF_SUCCESS) return 0;

@@ -21,8 +21,8 @@ void put_pointee_value(text_writer &to, const entry_contents &entry);
 std::uint32_t match_spec_value(const table_text &table, const void *match_spec, char *buf);
 std::uint32_t action_value(const action_text &action, const void *action_spec, char *buf);
 /// 0 with the buffer untouched if the entry cannot be read.
-std::uint32_t table_value(const table_text &table, pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id,
-                          pd_entry_hdl_t entry_hdl, pd_flag8_t read_from_hw, char *buf);
+std::uint32_t table_value(const table_text &table, pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id, pd_entry_hdl_t entry_hdl,
+                          pd_flag8_t read_from_hw, char *buf);
 
 /// The action of a direct table's entry. Stops the process on one that the table does not have.
 const action_text &action_of_entry(const table_text &table, const entry_contents &entry, const char *assertion,

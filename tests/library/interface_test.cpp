@@ -181,7 +181,7 @@ TEST(interface, driver_calls_are_as_laid_down_with_each_status)
   }
 }
 
-// A specification that the storm control meter does not take.
+// A value that the storm control meter does not take.
 TEST(interface, adds_and_defaults_refuse_a_meter_that_cannot_be)
 {
   for (const exported_function &function : calls::functions) {

@@ -86,7 +86,7 @@ std::vector<named_resource> resources_of(const call &call, write how)
   return {};
 }
 
-// The storm control meter, with a specification or without.
+// The storm control meter, with a value or without.
 void put_direct_meter(drv_action_spec_t &record, const call &call, write how)
 {
   record.res_count = 1;

@@ -81,17 +81,17 @@ TEST_F(Faults, ReadWantsRoom)
 
 TEST_F(Faults, SmallTablesFillUp)
 {
-  ASSERT_EQ(standin_size_limit(device, host_table, 2), BF_SUCCESS);
+  ok(standin_size_limit(device, host_table, 2));
   const pd_entry_hdl_t first = add_host(0, 1, 0);
   add_host(0, 2, 0);
   pd_entry_hdl_t entry = 0;
   action_record to(16, {0, 0});
   EXPECT_EQ(add(host_table, host_key(0, 3, 0), forward, to, &entry), STANDIN_FULL);
   EXPECT_EQ(add(host_table, host_key(0, 1, 0), forward, to, &entry), STANDIN_EXISTS);
-  ASSERT_EQ(pipe_mgr_mat_ent_del(session, device, host_table, first, 0), BF_SUCCESS);
-  EXPECT_EQ(add(host_table, host_key(0, 3, 0), forward, to, &entry), BF_SUCCESS);
+  ok(pipe_mgr_mat_ent_del(session, device, host_table, first, 0));
+  ok(add(host_table, host_key(0, 3, 0), forward, to, &entry));
 
-  ASSERT_EQ(standin_size_limit(device, policy_counter, 8), BF_SUCCESS);
+  ok(standin_size_limit(device, policy_counter, 8));
   action_record beyond(32, {0, 0, 0, 0}, {resource(policy_counter, 8, DRV_RES_ATTACHED)});
   EXPECT_EQ(add(policy_table, policy_key(1, 1, 1), police, beyond, &entry), STANDIN_BAD_INDEX);
   EXPECT_EQ(standin_size_limit(device, 0x1000004, 1), STANDIN_NO_OBJECT);
@@ -113,12 +113,12 @@ TEST_F(Faults, ListenerHearsAndRefusalStopsTheNthCall)
   standin_refuse_call(2, 0x99);
   const pd_entry_hdl_t entry = add_host(1, 2, 3);
   EXPECT_EQ(pipe_mgr_mat_ent_del(session, device, host_table, entry, 0), 0x99u);
-  EXPECT_EQ(pipe_mgr_mat_ent_del(session, device, host_table, entry, 0), BF_SUCCESS);
+  ok(pipe_mgr_mat_ent_del(session, device, host_table, entry, 0));
   standin_refuse_call(1, 0x98);
   EXPECT_EQ(p4_pd_ms_init_state(), nullptr);
   standin_refuse_call(1, 0x98);
   standin_refuse_call(0, 0);
-  EXPECT_EQ(p4_pd_ms_init(), BF_SUCCESS);
+  ok(p4_pd_ms_init());
   standin_set_listener(nullptr, nullptr);
   p4_pd_ms_init();
   ASSERT_EQ(calls.size(), 5u);
@@ -147,7 +147,6 @@ TEST_F(Faults, AllocatorCountsAndFails)
 TEST_F(Faults, StatusesHaveNamesAndKeepClearOfTheLibrary)
 {
   EXPECT_STREQ(standin_status_name(STANDIN_NO_DEVICE), "STANDIN_NO_DEVICE");
-  EXPECT_STREQ(standin_status_name(STANDIN_IN_USE), "STANDIN_IN_USE");
   EXPECT_STREQ(standin_status_name(STANDIN_NO_MEMORY), "STANDIN_NO_MEMORY");
   for (const pd_status_t status : {2u, 3u, 6u, 0xffffffffu, 0x3fu, STANDIN_NO_MEMORY + 1u})
     EXPECT_EQ(standin_status_name(status), nullptr) << status;

@@ -28,7 +28,7 @@ TEST_F(Lookup, MissGivesTheDefaultEntry)
   EXPECT_EQ(standin_lookup(target, host_table, key.data(), 3, 0, &entry), STANDIN_NO_ENTRY);
   EXPECT_EQ(entry, STANDIN_NO_HANDLE);
   action_record none(0, {});
-  ASSERT_EQ(pipe_mgr_mat_default_entry_set(session, target, host_table, miss, &none, 0, &by_default), BF_SUCCESS);
+  ok(pipe_mgr_mat_default_entry_set(session, target, host_table, miss, &none, 0, &by_default));
   EXPECT_EQ(standin_lookup(target, host_table, key.data(), 3, 0, &entry), STANDIN_NO_ENTRY);
   EXPECT_EQ(entry, by_default);
   EXPECT_EQ(standin_lookup(target, host_table, key.data(), 2, 0, &entry), STANDIN_BAD_KEY);
@@ -69,7 +69,7 @@ TEST_F(Lookup, AgreesWithASearchOfAllEntries)
       return policy_key(static_cast<std::uint16_t>(random()), static_cast<std::uint16_t>(0xff << below(10)), below(6));
     };
     std::vector<listed> all;
-    for (int step = 0; step < 6000; ++step) {
+    for (int step = 0; step < 2500; ++step) {
       const key_record key = make_key();
       const auto known =
           std::find_if(all.begin(), all.end(), [&](const listed &e) { return same_key(e, key, routes); });
@@ -83,9 +83,8 @@ TEST_F(Lookup, AgreesWithASearchOfAllEntries)
       } else if (!all.empty()) {
         const std::size_t gone = below(static_cast<unsigned>(all.size()));
         key_record by(all[gone].key);
-        ASSERT_EQ(below(2) != 0 ? pipe_mgr_mat_ent_del(session, device, table, all[gone].handle, 0)
-                                : pipe_mgr_mat_ent_del_by_match_spec(session, target, table, &by, 0),
-                  BF_SUCCESS);
+        ok(below(2) != 0 ? pipe_mgr_mat_ent_del(session, device, table, all[gone].handle, 0)
+                         : pipe_mgr_mat_ent_del_by_match_spec(session, target, table, &by, 0));
         std::vector<listed> rest;
         for (std::size_t i = 0; i < all.size(); ++i)
           if (i != gone) rest.push_back({all[i].key, all[i].handle});
@@ -114,8 +113,8 @@ TEST_F(Lookup, EqualPrioritiesGoToTheLongerMask)
 {
   action_record none(0, {});
   pd_entry_hdl_t wide = 0, narrow = 0;
-  ASSERT_EQ(add(policy_table, policy_key(0, 0, 5), pass, none, &wide), BF_SUCCESS);
-  ASSERT_EQ(add(policy_table, policy_key(0x12, 0xff, 5), pass, none, &narrow), BF_SUCCESS);
+  ok(add(policy_table, policy_key(0, 0, 5), pass, none, &wide));
+  ok(add(policy_table, policy_key(0x12, 0xff, 5), pass, none, &narrow));
   EXPECT_EQ(look(policy_table, {0, 0x12}), narrow);
   EXPECT_EQ(look(policy_table, {0, 0x13}), wide);
 }

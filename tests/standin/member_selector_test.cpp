@@ -43,7 +43,7 @@ class MemberSelector : public SwitchTest {
   std::string log()
   {
     const document object(cJSON_CreateObject(), cJSON_Delete);
-    EXPECT_EQ(p4_pd_ms_log_state(device, state_, object.get()), BF_SUCCESS);
+    ok(p4_pd_ms_log_state(device, state_, object.get()));
     const std::unique_ptr<char, decltype(&cJSON_free)> text(cJSON_PrintUnformatted(object.get()), cJSON_free);
     return text.get();
   }
@@ -56,62 +56,62 @@ TEST_F(MemberSelector, ActionsOfMembersAndGroups)
   std::uint32_t action = 1;
   EXPECT_EQ(p4_pd_ms_get_mbr_act(state_, device, 5, &action), STANDIN_NO_MEMBER);
   EXPECT_EQ(p4_pd_ms_set_mbr_act(state_, device, 5, 6), STANDIN_NO_MEMBER);
-  ASSERT_EQ(new_member(5), BF_SUCCESS);
+  ok(new_member(5));
   EXPECT_EQ(new_member(5), STANDIN_EXISTS);
   EXPECT_EQ(p4_pd_ms_get_mbr_act(state_, device, 5, &action), STANDIN_NO_ACTION);
-  ASSERT_EQ(p4_pd_ms_set_mbr_act(state_, device, 5, 0x20000119), BF_SUCCESS);
-  ASSERT_EQ(p4_pd_ms_get_mbr_act(state_, device, 5, &action), BF_SUCCESS);
+  ok(p4_pd_ms_set_mbr_act(state_, device, 5, 0x20000119));
+  ok(p4_pd_ms_get_mbr_act(state_, device, 5, &action));
   EXPECT_EQ(action, 0x20000119u);
   EXPECT_EQ(p4_pd_ms_get_mbr_act(state_, device + 1, 5, &action), STANDIN_NO_MEMBER);
 
-  ASSERT_EQ(new_group(5), BF_SUCCESS);
+  ok(new_group(5));
   EXPECT_EQ(p4_pd_ms_get_grp_act(state_, device, 5, &action), STANDIN_NO_ACTION);
-  ASSERT_EQ(p4_pd_ms_set_grp_act(state_, device, 5, 8), BF_SUCCESS);
+  ok(p4_pd_ms_set_grp_act(state_, device, 5, 8));
   EXPECT_EQ(p4_pd_ms_del_grp(session, state_, device, 6), STANDIN_NO_GROUP);
-  EXPECT_EQ(p4_pd_ms_del_grp(session, state_, device, 5), BF_SUCCESS);
+  ok(p4_pd_ms_del_grp(session, state_, device, 5));
   EXPECT_EQ(p4_pd_ms_get_grp_act(state_, device, 5, &action), STANDIN_NO_GROUP);
-  EXPECT_EQ(p4_pd_ms_del_mbr(session, state_, device, 5), BF_SUCCESS);
+  ok(p4_pd_ms_del_mbr(session, state_, device, 5));
   EXPECT_EQ(p4_pd_ms_get_mbr_act(state_, device, 5, &action), STANDIN_NO_MEMBER);
 }
 
 TEST_F(MemberSelector, MembershipsGoWithEitherSide)
 {
-  for (const std::uint32_t each : {1u, 2u}) ASSERT_EQ(new_member(each) | new_group(10 + each), BF_SUCCESS);
+  for (const std::uint32_t each : {1u, 2u}) ok(new_member(each) | new_group(10 + each));
   for (const std::uint32_t member : {1u, 2u})
-    for (const std::uint32_t group : {12u, 11u}) ASSERT_EQ(join(member, group), BF_SUCCESS);
+    for (const std::uint32_t group : {12u, 11u}) ok(join(member, group));
   EXPECT_EQ(join(1, 11), STANDIN_EXISTS);
   EXPECT_EQ(join(1, 13), STANDIN_NO_GROUP);
   EXPECT_EQ(groups_of(1), (std::vector<std::uint32_t>{12, 11}));
-  EXPECT_EQ(p4_pd_ms_del_mbr_from_grp(session, state_, device, 1, 12), BF_SUCCESS);
+  ok(p4_pd_ms_del_mbr_from_grp(session, state_, device, 1, 12));
   EXPECT_EQ(p4_pd_ms_del_mbr_from_grp(session, state_, device, 1, 12), STANDIN_NO_MEMBER);
   EXPECT_EQ(groups_of(1), std::vector<std::uint32_t>{11});
-  ASSERT_EQ(p4_pd_ms_del_grp(session, state_, device, 11), BF_SUCCESS);
+  ok(p4_pd_ms_del_grp(session, state_, device, 11));
   EXPECT_EQ(groups_of(1), std::vector<std::uint32_t>{});
   EXPECT_EQ(groups_of(2), std::vector<std::uint32_t>{12});
-  ASSERT_EQ(p4_pd_ms_del_mbr(session, state_, device, 2), BF_SUCCESS);
+  ok(p4_pd_ms_del_mbr(session, state_, device, 2));
   EXPECT_EQ(log(), R"({"members":[{"hdl":1}],"groups":[{"hdl":12,"mbrs":[]}]})");
 
   // A membership may come ahead of its member, which is not known by it.
-  ASSERT_EQ(join(7, 12), BF_SUCCESS);
+  ok(join(7, 12));
   std::uint32_t action = 0;
   EXPECT_EQ(p4_pd_ms_get_mbr_act(state_, device, 7, &action), STANDIN_NO_MEMBER);
-  EXPECT_EQ(new_member(7), BF_SUCCESS);
+  ok(new_member(7));
   EXPECT_EQ(groups_of(7), std::vector<std::uint32_t>{12});
 }
 
 TEST_F(MemberSelector, ResourcesPassFromMemberToGroups)
 {
-  ASSERT_EQ(new_member(1) | new_group(2) | join(1, 2), BF_SUCCESS);
+  ok(new_member(1) | new_group(2) | join(1, 2));
   std::uint32_t count = 9;
   pd_res_spec_t some{1, 1};
   pd_res_spec_t *list = &some;
-  ASSERT_EQ(p4_pd_ms_mbr_get_res(state_, device, 1, &count, &list), BF_SUCCESS);
+  ok(p4_pd_ms_mbr_get_res(state_, device, 1, &count, &list));
   EXPECT_EQ(count, 0u);
   EXPECT_EQ(list, nullptr);
   const pd_res_spec_t given[] = {{0x4000003, 5}, {0x5000002, 6}};
-  ASSERT_EQ(standin_member_resources_set(state_, device, 1, 2, given), BF_SUCCESS);
-  ASSERT_EQ(p4_pd_ms_mbr_apply_to_grps(state_, device, 1, p4_pd_ms_grp_update_res, state_), BF_SUCCESS);
-  ASSERT_EQ(p4_pd_ms_grp_get_res(state_, device, 2, &count, &list), BF_SUCCESS);
+  ok(standin_member_resources_set(state_, device, 1, 2, given));
+  ok(p4_pd_ms_mbr_apply_to_grps(state_, device, 1, p4_pd_ms_grp_update_res, state_));
+  ok(p4_pd_ms_grp_get_res(state_, device, 2, &count, &list));
   ASSERT_EQ(count, 2u);
   EXPECT_EQ(list[1].res_hdl, 0x5000002u);
   EXPECT_EQ(list[1].res_index, 6u);
@@ -121,18 +121,18 @@ TEST_F(MemberSelector, ResourcesPassFromMemberToGroups)
 TEST_F(MemberSelector, LogRestores)
 {
   for (const pd_mbr_hdl_t each : {1u, 0xfffffffeu}) {
-    ASSERT_EQ(new_member(each), BF_SUCCESS);
-    ASSERT_EQ(p4_pd_ms_set_mbr_act(state_, device, each, 0x200001ab), BF_SUCCESS);
+    ok(new_member(each));
+    ok(p4_pd_ms_set_mbr_act(state_, device, each, 0x200001ab));
   }
-  ASSERT_EQ(new_group(3) | join(0xfffffffe, 3) | join(1, 3), BF_SUCCESS);
-  ASSERT_EQ(p4_pd_ms_set_grp_act(state_, device, 3, 0x200001af), BF_SUCCESS);
+  ok(new_group(3) | join(0xfffffffe, 3) | join(1, 3));
+  ok(p4_pd_ms_set_grp_act(state_, device, 3, 0x200001af));
   const std::string before = log();
   EXPECT_EQ(before, R"({"members":[{"hdl":1,"act":536871339},{"hdl":4294967294,"act":536871339}],)"
                     R"("groups":[{"hdl":3,"act":536871343,"mbrs":[4294967294,1]}]})");
-  ASSERT_EQ(p4_pd_ms_destroy_state_for_dev(state_, device), BF_SUCCESS);
-  EXPECT_EQ(p4_pd_ms_destroy_txn_state_for_dev(device), BF_SUCCESS);
+  ok(p4_pd_ms_destroy_state_for_dev(state_, device));
+  ok(p4_pd_ms_destroy_txn_state_for_dev(device));
   EXPECT_EQ(log(), R"({"members":[],"groups":[]})");
-  ASSERT_EQ(p4_pd_ms_restore_state(device, state_, parse(before.c_str()).get()), BF_SUCCESS);
+  ok(p4_pd_ms_restore_state(device, state_, parse(before.c_str()).get()));
   EXPECT_EQ(log(), before);
 
   for (const char *bad :

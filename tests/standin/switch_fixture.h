@@ -3,9 +3,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <initializer_list>
+#include <iterator>
+#include <source_location>
 #include <utility>
 #include <vector>
 
@@ -20,6 +23,12 @@ using bytes = std::vector<std::uint8_t>;
 constexpr std::uint32_t device = 3;
 constexpr pd_sess_hdl_t session = 7;
 constexpr pd_dev_tgt_t target = device | std::uint64_t{PD_ALL_PIPES} << 32;
+
+/// The call must succeed.
+inline void ok(pd_status_t status, std::source_location at = std::source_location::current())
+{
+  EXPECT_EQ(status, BF_SUCCESS) << at.file_name() << ":" << at.line();
+}
 
 /// A key record with its bytes; an empty mask is all ones.
 struct key_record : drv_match_spec_t {
@@ -130,7 +139,7 @@ class SwitchTest : public testing::Test {
   void SetUp() override
   {
     standin_reset();
-    ASSERT_EQ(standin_device_add(device), BF_SUCCESS);
+    ok(standin_device_add(device));
   }
   void TearDown() override { standin_reset(); }
 
@@ -145,7 +154,7 @@ class SwitchTest : public testing::Test {
   {
     action_record to(16, {a, b});
     pd_entry_hdl_t entry = 0;
-    EXPECT_EQ(add(host_table, host_key(a, b, c), forward, to, &entry, ttl), BF_SUCCESS);
+    ok(add(host_table, host_key(a, b, c), forward, to, &entry, ttl));
     return entry;
   }
 
@@ -153,41 +162,36 @@ class SwitchTest : public testing::Test {
   {
     action_record to(9, {0, number});
     pd_mbr_hdl_t member = 0;
-    EXPECT_EQ(pipe_mgr_adt_ent_add(session, target, members_table, port, &to, &member, 0), BF_SUCCESS);
+    ok(pipe_mgr_adt_ent_add(session, target, members_table, port, &to, &member, 0));
     return member;
   }
 
   static pd_grp_hdl_t add_group(std::initializer_list<pd_mbr_hdl_t> members = {})
   {
     pd_grp_hdl_t group = 0;
-    EXPECT_EQ(pipe_mgr_sel_grp_add(session, target, groups_table, 0, &group, 0), BF_SUCCESS);
+    ok(pipe_mgr_sel_grp_add(session, target, groups_table, 0, &group, 0));
     for (const pd_mbr_hdl_t each : members)
-      EXPECT_EQ(pipe_mgr_sel_grp_mbr_add(session, device, groups_table, group, port, each, 0), BF_SUCCESS);
+      ok(pipe_mgr_sel_grp_mbr_add(session, device, groups_table, group, port, each, 0));
     return group;
   }
 
   static std::uint32_t count(std::uint32_t table)
   {
     std::uint32_t entries = 0xdead;
-    EXPECT_EQ(pipe_mgr_get_entry_count(session, target, table, 0, &entries), BF_SUCCESS);
+    ok(pipe_mgr_get_entry_count(session, target, table, 0, &entries));
     return entries;
   }
 
   /// All handles of a table, walked n at a time.
   static std::vector<std::uint32_t> walk(std::uint32_t table, std::uint32_t n)
   {
-    std::uint32_t at = 0;
-    std::vector<std::uint32_t> found, part(n);
-    if (pipe_mgr_get_first_entry_handle(session, table, target, &at) != BF_SUCCESS) return found;
-    while (at != STANDIN_NO_HANDLE) {
-      found.push_back(at);
-      pipe_mgr_get_next_entry_handles(session, table, target, at, n, part.data());
-      for (std::uint32_t i = 0; i + 1 < n && part[i] != STANDIN_NO_HANDLE && part[i + 1] != STANDIN_NO_HANDLE; ++i)
-        found.push_back(part[i]);
-      at = STANDIN_NO_HANDLE;
-      for (const std::uint32_t each : part)
-        if (each != STANDIN_NO_HANDLE) at = each;
-    }
+    std::vector<std::uint32_t> found, part(n, STANDIN_NO_HANDLE);
+    pd_status_t status = pipe_mgr_get_first_entry_handle(session, table, target, part.data());
+    for (; status == BF_SUCCESS;
+         status = pipe_mgr_get_next_entry_handles(session, table, target, found.back(), n, part.data()))
+      std::copy_if(part.begin(), part.end(), std::back_inserter(found),
+                   [](std::uint32_t each) { return each != STANDIN_NO_HANDLE; });
+    EXPECT_EQ(status, STANDIN_END);
     return found;
   }
 };

@@ -18,15 +18,15 @@ enum class resource_kind : std::uint8_t { counter, meter, wred, register_ };
 struct field_info {
   const char *name;
   const char *short_name;
-  const char *display;     // null for none
+  const char *display;  // null for none
   std::uint16_t bits;
-  std::uint16_t member;    // offset in the caller's structure
+  std::uint16_t member;  // offset in the caller's structure
   std::uint16_t member_size;
-  std::uint16_t companion; // offset of the mask or of the prefix length
+  std::uint16_t companion;  // offset of the mask or of the prefix length
   std::uint16_t key_at;
   std::uint16_t key_size;
   match_kind match;
-  std::uint8_t live[16];   // bits that the pipeline matches on, most significant byte first, right-aligned
+  std::uint8_t live[16];  // bits that the pipeline matches on, most significant byte first, right-aligned
 };
 
 struct param_info {

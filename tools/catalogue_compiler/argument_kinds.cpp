@@ -86,7 +86,8 @@ constexpr argument_kind_row rows[] = {
     {"hash_attrs", "const hash_calc_attr_t *", "attrs",
      "one record for each field, by the calculation's own number; read during the call only"},
     {"hash_attr_max", "uint32_t ", "max", "records that there is room for"},
-    {"hash_attrs_out", "hash_calc_attr_t *", "attrs", "receives field and value of each field; attr_type is not written"},
+    {"hash_attrs_out", "hash_calc_attr_t *", "attrs",
+     "receives field and value of each field; attr_type is not written"},
     {"hash_attr_count_out", "uint32_t *", "count", "receives the number of fields or records"},
     {"hash_field", "uint32_t ", "field", "number of a field"},
     {"calc_name", "const char *", "calc_name", "name of the calculation"},
@@ -109,7 +110,8 @@ constexpr argument_kind_row rows[] = {
     // Driver records.
     {"drv_match_spec", "const drv_match_spec_t *", "drv_match_spec", "record that the driver has filled"},
     {"drv_act_data", "const drv_act_data_t *", "act_data", "action data that the driver has filled"},
-    {"res_list", "const pd_res_spec_t *", "resources", "resources attached to the entry; may be null with a count of 0"},
+    {"res_list", "const pd_res_spec_t *", "resources",
+     "resources attached to the entry; may be null with a count of 0"},
     {"res_count", "uint32_t ", "res_count", "elements of the list"},
     {"action_spec_out", "{params} *", "action_spec", "receives the parameters; room in the structure is cleared"},
     // Properties, callbacks and handles.
@@ -122,7 +124,8 @@ constexpr argument_kind_row rows[] = {
     {"cookie", "void *", "cookie", "handed to the callback; the caller's"},
     {"table_handle_out", "uint32_t *", "tbl_hdl", "receives the handle; may be null"},
     // Idle time.
-    {"idle_params", "pd_idle_params_t ", "params", "settings of the idle time, by value; their meaning is the driver's"},
+    {"idle_params", "pd_idle_params_t ", "params",
+     "settings of the idle time, by value; their meaning is the driver's"},
     {"word", "uintptr_t ", "word", "handed on as it is"},
     {"hit_state_out", "uint32_t *", "hit_state", "receives the hit state; written whatever the status"},
     {"ttl_out", "uint32_t *", "ttl", "where the driver writes the ttl, in its unit"},

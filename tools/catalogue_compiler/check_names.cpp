@@ -83,7 +83,7 @@ void check_members(const table &t, const subject &about)
 void check_names(const model &m, diagnostics &diag)
 {
   // Tables, actions and profiles have functions of the same families, so no two of them share a name.
-  name_space owners, resources, calculations;
+  name_space owners, resources, calculations, layouts;
   for (const table &t : m.tables) {
     const subject s(diag, "table", t);
     check_name(s, t.name, "a table", owners);
@@ -101,6 +101,13 @@ void check_names(const model &m, diagnostics &diag)
   }
   for (const hash_calculation &h : m.hashes) {
     check_name(subject(diag, "hash_calculation", h), h.name, "a hash_calculation", calculations);
+  }
+  for (const snapshot_layout &layout : m.snapshot_layouts) {
+    const subject s(diag, "snapshot_layout", layout);
+    // One of an unknown direction stands in for none.
+    if (layout.sound) layouts.add(s, layout.name, "a snapshot_layout");
+    name_space fields;
+    for (const snapshot_field &f : layout.fields) check_name(subject(s, "field", f), f.name, "a field", fields);
   }
 }
 

@@ -23,6 +23,8 @@ void check_parameters(const model &m, diagnostics &diag);
 
 /// Input handles of hash calculations stand behind one another, and each field has a common number of its own.
 void check_hashes(const model &m, diagnostics &diag);
+/// Fields of snapshots have sizes that there are, stand behind one another and fill the bytes that are stated.
+void check_snapshot_fields(const model &m, diagnostics &diag);
 
 // These look across rows, so they need all of them.
 
@@ -30,6 +32,8 @@ void check_hashes(const model &m, diagnostics &diag);
 void check_action_order(const model &m, diagnostics &diag);
 /// Each use names an action, states its sums, and holds its place in the enumeration; each action is used.
 void check_action_uses(const model &m, diagnostics &diag);
+/// Both directions of snapshots have their fields.
+void check_snapshot_layouts(const model &m, const position &whole, diagnostics &diag);
 /// Resource lists name resources that fit, and each resource of a table is named.
 void check_resources(const model &m, diagnostics &diag);
 /// Profiles and indirect tables name each other.

@@ -28,6 +28,9 @@ void emit_call_table(const model &m, const functions &all, const std::filesystem
 /// standin/pipeline_rows.cpp: what the stand-in switch knows of the pipeline.
 void emit_pipeline_rows(const model &m, const std::filesystem::path &folder);
 
+/// pd/snapshot_fields.cpp: the fields of snapshots.
+void emit_snapshot_fields(const model &m, const std::filesystem::path &folder);
+
 /// descriptors.txt: every descriptor as a line of text, for reading and for comparing.
 void emit_description(const model &m, const std::filesystem::path &folder);
 

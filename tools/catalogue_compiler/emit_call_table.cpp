@@ -97,11 +97,10 @@ void table_rows(generated_file &to, const model &m)
   for (const table &t : m.tables) {
     const std::string profile =
         t.indirect() ? "&all_profiles[" + to_string(m.find_profile(t.profile) - m.profiles.data()) + "]" : "nullptr";
-    to.line("    {\"", t.name, "\", ", hex(t.handle), ", table_kind::", kind_name(t), ", ",
-            to_string(t.key_bits), ", ", to_string(t.key_bytes), ", ",
-            t.keyed() ? "sizeof(" + match_spec_type(t) + ")" : "0", ", ", t.idle_time ? "true" : "false", ", ",
-            t.counter_label ? "true" : "false", ", ", profile, ", ", t.fields.empty() ? "{}" : t.name + "_fields",
-            ", ", t.actions.empty() ? "{}" : t.name + "_actions", "},");
+    to.line("    {\"", t.name, "\", ", hex(t.handle), ", table_kind::", kind_name(t), ", ", to_string(t.key_bits), ", ",
+            to_string(t.key_bytes), ", ", t.keyed() ? "sizeof(" + match_spec_type(t) + ")" : "0", ", ",
+            t.idle_time ? "true" : "false", ", ", t.counter_label ? "true" : "false", ", ", profile, ", ",
+            t.fields.empty() ? "{}" : t.name + "_fields", ", ", t.actions.empty() ? "{}" : t.name + "_actions", "},");
   }
   to.line("};");
 }
@@ -131,8 +130,7 @@ void resource_rows(generated_file &to, const model &m)
 
 std::string_view result_name(result_kind kind)
 {
-  static constexpr std::string_view names[] = {"status", "none",    "number", "text",
-                                               "pointer", "count", "truth"};
+  static constexpr std::string_view names[] = {"status", "none", "number", "text", "pointer", "count", "truth"};
   return names[static_cast<int>(kind)];
 }
 
@@ -168,13 +166,12 @@ void function_rows(generated_file &to, const model &m, const functions &all)
   to.line("const exported_function all_functions[] = {");
   for (const exported_function &f : all) {
     const std::string kinds = kinds_of(f);
-    to.line("    {\"", f.name, "\", reinterpret_cast<address>(&::", f.name, "), family_id::", f.family,
-            ", result_kind::", result_name(f.result), ", ",
-            kinds.empty() ? "{}" : "arguments_" + to_string(lists[kinds]), ", ",
-            row_pointer("tables", f.of_table, m.tables), ", ", row_pointer("profiles", f.of_profile, m.profiles), ", ",
-            use_pointer(f), ", ",
-            row_pointer("actions", f.of_action, m.actions), ", ", row_pointer("resources", f.of_resource, m.resources),
-            ", ", row_pointer("hashes", f.of_hash, m.hashes), "},");
+    to.line(
+        "    {\"", f.name, "\", reinterpret_cast<address>(&::", f.name, "), family_id::", f.family,
+        ", result_kind::", result_name(f.result), ", ", kinds.empty() ? "{}" : "arguments_" + to_string(lists[kinds]),
+        ", ", row_pointer("tables", f.of_table, m.tables), ", ", row_pointer("profiles", f.of_profile, m.profiles),
+        ", ", use_pointer(f), ", ", row_pointer("actions", f.of_action, m.actions), ", ",
+        row_pointer("resources", f.of_resource, m.resources), ", ", row_pointer("hashes", f.of_hash, m.hashes), "},");
   }
   to.line("};");
 }

@@ -79,8 +79,15 @@ void emit_description(const model &m, const std::filesystem::path &folder)
     for (const action_use &u : p.actions) describe(to, m, u);
   }
   for (const resource &r : m.resources) {
-    to.line(kind_name(r), " ", r.name, ": ", hex(r.handle),
-            r.direct ? ", direct" : ", indirect", r.table.empty() ? "" : ", table " + r.table);
+    to.line(kind_name(r), " ", r.name, ": ", hex(r.handle), r.direct ? ", direct" : ", indirect",
+            r.table.empty() ? "" : ", table " + r.table);
+  }
+  for (const snapshot_layout &layout : m.snapshot_layouts) {
+    to.line("snapshot ", layout.name, ": ", to_string(layout.fields.size()), " fields in ", to_string(layout.bytes),
+            " bytes");
+    for (const snapshot_field &f : layout.fields)
+      to.line("  field ", f.name, ": ", to_string(f.size), f.size == 1 ? " byte" : " bytes", " at ",
+              range(f.offset, f.slot()));
   }
   to.write(folder / "descriptors.txt");
 }

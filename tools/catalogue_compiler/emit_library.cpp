@@ -38,12 +38,12 @@ void action_descriptors(generated_file &to, const action &a)
     to.line("inline constexpr std::uint32_t ", n, "_index_resources[] = {", handles, "};");
   }
   const std::string full = "\"" + export_prefix + n + "\"";
-  to.line("inline constexpr action_row ", n, " = {", full, ", sizeof ", full, ", ",
-          "P4_PD_TARVEX_SWITCH_ACTION_" + n, ", ", to_string(a.data_bits), ", ", to_string(a.data_bytes), ", ",
+  to.line("inline constexpr action_row ", n, " = {", full, ", sizeof ", full, ", ", "P4_PD_TARVEX_SWITCH_ACTION_" + n,
+          ", ", to_string(a.data_bits), ", ", to_string(a.data_bytes), ", ",
           a.params.empty() ? "0" : "sizeof(" + action_spec_type(a) + ")", ", ",
           array_or_null(a.params.empty(), n + "_params"), ", ", to_string(a.params.size()), ", ",
-          array_or_null(a.index_resources.empty(), n + "_index_resources"), ", ",
-          to_string(a.index_resources.size()), "};");
+          array_or_null(a.index_resources.empty(), n + "_index_resources"), ", ", to_string(a.index_resources.size()),
+          "};");
 }
 
 void use_descriptors(generated_file &to, const std::string &owner, const std::vector<action_use> &uses)
@@ -54,8 +54,8 @@ void use_descriptors(generated_file &to, const std::string &owner, const std::ve
     if (!u.resources.empty()) {
       std::string list;
       for (const resource_use &r : u.resources)
-        list += (list.empty() ? "{" : ", {") + hex(r.handle) + ", resource_form::" +
-                std::string(form_name(r.form)) + "}";
+        list +=
+            (list.empty() ? "{" : ", {") + hex(r.handle) + ", resource_form::" + std::string(form_name(r.form)) + "}";
       to.line("inline constexpr resource_row ", n, "_resources[] = {", list, "};");
     }
     to.line("inline constexpr action_use_row ", n, " = {", hex(u.handle), ", &actions::", u.name, ", ",
@@ -83,11 +83,10 @@ void table_descriptors(generated_file &to, const table &t)
               to_string(f.key.count), ", match_kind::", match_name(f), "},");
     to.line("};");
   }
-  to.line("inline constexpr table_row ", t.name, " = {", hex(t.handle), ", table_kind::",
-          kind_name(t), ", ", to_string(t.key_bits), ", ", to_string(t.key_bytes), ", ",
-          t.keyed() ? "sizeof(" + type + ")" : "0", ", ", array_or_null(!t.keyed(), t.name + "_fields"), ", ",
-          to_string(t.fields.size()), ", ", array_or_null(t.actions.empty(), "uses::" + t.name + "_all"), ", ",
-          to_string(t.actions.size()), "};");
+  to.line("inline constexpr table_row ", t.name, " = {", hex(t.handle), ", table_kind::", kind_name(t), ", ",
+          to_string(t.key_bits), ", ", to_string(t.key_bytes), ", ", t.keyed() ? "sizeof(" + type + ")" : "0", ", ",
+          array_or_null(!t.keyed(), t.name + "_fields"), ", ", to_string(t.fields.size()), ", ",
+          array_or_null(t.actions.empty(), "uses::" + t.name + "_all"), ", ", to_string(t.actions.size()), "};");
 }
 
 void emit_action_rows(const model &m, const std::filesystem::path &folder)

@@ -35,8 +35,8 @@ void actions_array(generated_file &to, const model &m, const std::string &name, 
   to.line("constexpr pipeline_action ", name, "_actions[] = {");
   for (const action_use &u : uses) {
     const action &a = m.actions[u.action];
-    to.line("    {", hex(u.handle), ", \"", u.name, "\", ", to_string(a.data_bits), ", ", to_string(a.data_bytes),
-            ", ", u.is_default ? "true" : "false", "},");
+    to.line("    {", hex(u.handle), ", \"", u.name, "\", ", to_string(a.data_bits), ", ", to_string(a.data_bytes), ", ",
+            u.is_default ? "true" : "false", "},");
   }
   to.line("};");
 }
@@ -60,10 +60,9 @@ void emit_pipeline_rows(const model &m, const std::filesystem::path &folder)
   to.line().line("constexpr pipeline_table tables[] = {");
   for (const table &t : m.tables) {
     const std::string uses = t.indirect() ? t.profile + "_actions" : t.name + "_actions";
-    to.line("    {", hex(t.handle), ", \"", t.name, "\", table_kind::", kind_name(t), ", ",
-            to_string(t.key_bits), ", ", to_string(t.key_bytes), ", ", t.keyed() ? t.name + "_live" : "nullptr", ", ",
-            hex(live_partition(t)), ", ", t.idle_time ? "true" : "false", ", ",
-            t.indirect() ? "\"" + t.profile + "\"" : "nullptr", ", ", uses, "},");
+    to.line("    {", hex(t.handle), ", \"", t.name, "\", table_kind::", kind_name(t), ", ", to_string(t.key_bits), ", ",
+            to_string(t.key_bytes), ", ", t.keyed() ? t.name + "_live" : "nullptr", ", ", hex(live_partition(t)), ", ",
+            t.idle_time ? "true" : "false", ", ", t.indirect() ? "\"" + t.profile + "\"" : "nullptr", ", ", uses, "},");
   }
   to.line("};").line().line("constexpr pipeline_profile profiles[] = {");
   for (const profile &p : m.profiles)
@@ -73,10 +72,18 @@ void emit_pipeline_rows(const model &m, const std::filesystem::path &folder)
   for (const resource &r : m.resources)
     to.line("    {", hex(r.handle), ", \"", r.name, "\", resource_kind::", kind_name(r), ", ",
             r.direct ? "true" : "false", ", ", r.table.empty() ? "0" : hex(m.find_table(r.table)->handle), "},");
-  to.line("};").line().line("}  // namespace").line();
+  to.line("};");
+  for (const snapshot_layout &layout : m.snapshot_layouts) {
+    to.line().line("constexpr pipeline_snapshot_field ", layout.name, "_fields[] = {");
+    for (const snapshot_field &f : layout.fields) to.line("    ", field_row(f), ",");
+    to.line("};");
+  }
+  to.line().line("}  // namespace").line();
   to.line("const std::span<const pipeline_table> pipeline_tables = tables;");
   to.line("const std::span<const pipeline_profile> pipeline_profiles = profiles;");
-  to.line("const std::span<const pipeline_resource> pipeline_resources = resources;").line();
+  to.line("const std::span<const pipeline_resource> pipeline_resources = resources;");
+  to.line("const std::span<const pipeline_snapshot_field> pipeline_ingress_fields = ingress_fields;");
+  to.line("const std::span<const pipeline_snapshot_field> pipeline_egress_fields = egress_fields;").line();
   to.line("}  // namespace tarvex::standin");
   to.write(folder / "standin" / "pipeline_rows.cpp");
 }

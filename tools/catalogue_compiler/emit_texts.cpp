@@ -30,8 +30,8 @@ std::string live_text(const field &f)
 
 std::string display_text(const std::string &display) { return display.empty() ? "None" : "'" + display + "'"; }
 
-std::string key_row_text(const std::string &short_name, const std::string &name, unsigned bits,
-                         const std::string &live, const std::string &display)
+std::string key_row_text(const std::string &short_name, const std::string &name, unsigned bits, const std::string &live,
+                         const std::string &display)
 {
   return "( '" + short_name + "','" + name + "'," + to_string(bits) + "," + live + "," + display + ",None,None),";
 }
@@ -102,12 +102,13 @@ void table_texts(generated_file &to, const table &t)
   const auto flag = [](bool set) { return set ? "true, " : "false, "; };
   to.line("constinit const table_text table_", t.name, " = {");
   to.line("    \"", t.name, "\", ", hex(t.handle), ", ", flag(t.keyed()), flag(t.indirect()), flag(t.priority()));
-  if (t.keyed()) key_schema(to, t);
-  else to.line("    {},");
-  const std::string rows = to_string(std::count_if(t.fields.begin(), t.fields.end(), [](const field &f) {
-                                       return f.match != match_kind::exact;
-                                     }) +
-                                     static_cast<std::ptrdiff_t>(t.fields.size()));
+  if (t.keyed())
+    key_schema(to, t);
+  else
+    to.line("    {},");
+  const std::string rows = to_string(
+      std::count_if(t.fields.begin(), t.fields.end(), [](const field &f) { return f.match != match_kind::exact; }) +
+      static_cast<std::ptrdiff_t>(t.fields.size()));
   to.line("    ", t.keyed() ? t.name + "_rows, " + rows : "nullptr, 0", ", ",
           t.actions.empty() ? "nullptr, 0" : t.name + "_actions, " + to_string(t.actions.size()), ",");
   const std::string kind = t.indirect() ? "indirect_" : "";
@@ -174,7 +175,8 @@ void emit_text_tables(const model &m, const std::filesystem::path &folder)
     ++next;
   }
   to.line("};");
-  to.line("static_assert(first_table_handle == ", hex(first), " && table_handle_count == ", to_string(next - first), ");");
+  to.line("static_assert(first_table_handle == ", hex(first), " && table_handle_count == ", to_string(next - first),
+          ");");
   to.line().line("constinit const action_text *const action_texts[action_count] = {");
   for (const action &a : m.actions) to.line("    &texts::action_", a.name, ",");
   to.line("};").line("static_assert(action_count == ", to_string(m.actions.size()), ");");

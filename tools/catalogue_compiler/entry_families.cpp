@@ -50,15 +50,20 @@ void add_entry_write_families(std::vector<exported_function> &to, const model &m
                      .use(m, u)
                      .brief("Adds an entry with the action " + u.name + ".")
                      .result(result_kind::status, added.returns)
-                     .calls("entry_add", {{"sess_hdl"}, {"dev_tgt"}, {"match_spec"}, priority, added.spec, ttl,
-                                          added.meter, {"entry_hdl_out"}}));
+                     .calls("entry_add", {{"sess_hdl"},
+                                          {"dev_tgt"},
+                                          {"match_spec"},
+                                          priority,
+                                          added.spec,
+                                          ttl,
+                                          added.meter,
+                                          {"entry_hdl_out"}}));
     const action_slots modified(m, u, modified_meter);
     to.push_back(function_builder("entry_modify", t, "table_modify_with_" + u.name)
                      .use(m, u)
                      .brief("Gives an entry the action " + u.name + ".")
                      .result(result_kind::status, modified.returns)
-                     .calls("entry_modify",
-                            {{"sess_hdl"}, {"dev_id"}, {"entry_hdl"}, modified.spec, modified.meter}));
+                     .calls("entry_modify", {{"sess_hdl"}, {"dev_id"}, {"entry_hdl"}, modified.spec, modified.meter}));
     to.push_back(function_builder("entry_modify_by_match_spec", t, "table_modify_with_" + u.name + "_by_match_spec")
                      .use(m, u)
                      .brief("Gives the entry with a key the action " + u.name + ".")
@@ -69,14 +74,13 @@ void add_entry_write_families(std::vector<exported_function> &to, const model &m
   to.push_back(function_builder("entry_delete", t, "table_delete")
                    .brief("Deletes an entry.")
                    .calls("entry_delete", {{"sess_hdl"}, {"dev_id"}, {"entry_hdl"}}));
+  to.push_back(function_builder("entry_delete_by_match_spec", t, "table_delete_by_match_spec")
+                   .brief("Deletes the entry with a key.")
+                   .calls("entry_delete_by_match_spec", {{"sess_hdl"}, {"dev_tgt"}, {"match_spec"}, priority}));
   to.push_back(
-      function_builder("entry_delete_by_match_spec", t, "table_delete_by_match_spec")
-          .brief("Deletes the entry with a key.")
-          .calls("entry_delete_by_match_spec", {{"sess_hdl"}, {"dev_tgt"}, {"match_spec"}, priority}));
-  to.push_back(function_builder("match_spec_to_entry_hdl", t, "match_spec_to_entry_hdl")
-                   .brief("Finds the handle of the entry with a key.")
-                   .calls("match_spec_to_entry_hdl",
-                          {{"sess_hdl"}, {"dev_tgt"}, {"match_spec"}, priority, {"entry_hdl_out"}}));
+      function_builder("match_spec_to_entry_hdl", t, "match_spec_to_entry_hdl")
+          .brief("Finds the handle of the entry with a key.")
+          .calls("match_spec_to_entry_hdl", {{"sess_hdl"}, {"dev_tgt"}, {"match_spec"}, priority, {"entry_hdl_out"}}));
 }
 
 void add_default_entry_families(std::vector<exported_function> &to, const model &m, const table &t)
@@ -88,8 +92,7 @@ void add_default_entry_families(std::vector<exported_function> &to, const model 
                      .use(m, u)
                      .brief("Sets the default entry, with the action " + u.name + ".")
                      .result(result_kind::status, set.returns)
-                     .calls("set_default_action",
-                            {{"sess_hdl"}, {"dev_tgt"}, set.spec, set.meter, {"entry_hdl_out"}}));
+                     .calls("set_default_action", {{"sess_hdl"}, {"dev_tgt"}, set.spec, set.meter, {"entry_hdl_out"}}));
   }
   to.push_back(function_builder("reset_default_entry", t, "table_reset_default_entry")
                    .brief("Removes the default entry that was set.")

@@ -1,5 +1,6 @@
-// The families of exported functions: which functions exist for which rows, their arguments, what their comments say and
-// how each calls the library's template. Header, exported functions, symbol map and call table all derive from this list.
+// The families of exported functions: which functions exist for which rows, their arguments, what their comments say
+// and how each calls the library's template. Header, exported functions, symbol map and call table all derive from this
+// list.
 //
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
@@ -33,7 +34,7 @@ struct exported_function {
   std::string details;  // a further paragraph, empty for none
   std::string returns;  // empty for none
   std::string call;     // expression that the exported function returns; empty for a function written by hand
-  const table *of_table = nullptr;      // of a profile's function: the profile's indirect table
+  const table *of_table = nullptr;  // of a profile's function: the profile's indirect table
   const profile *of_profile = nullptr;
   const resource *of_resource = nullptr;
   const hash_calculation *of_hash = nullptr;

@@ -1,5 +1,5 @@
-// Puts one exported function together from slots: each slot of a family is an argument of the exported function where the
-// row has it, and a constant in the call where it has not.
+// Puts one exported function together from slots: each slot of a family is an argument of the exported function where
+// the row has it, and a constant in the call where it has not.
 //
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
@@ -14,7 +14,7 @@
 namespace catalogue {
 
 struct slot {
-  std::string_view kind;          // empty: the constant alone
+  std::string_view kind;           // empty: the constant alone
   std::string_view constant = {};  // what the call passes without an argument
   std::string_view doc = {};       // departs from the kind's own
 };

@@ -62,8 +62,7 @@ void add_fixed_functions(std::vector<exported_function> &to)
   fixed("register_write_indirect", status,
         {{"sess_hdl"}, {"dev_tgt"}, {"index_handle"}, {"cell_index"}, {"stful_spec"}});
   for (const std::string sort : {"direct", "indirect"})
-    fixed("register_hw_sync_" + sort, status,
-          {{"sess_hdl"}, {"dev_tgt"}, {"index_handle"}, {"callback"}, {"cookie"}});
+    fixed("register_hw_sync_" + sort, status, {{"sess_hdl"}, {"dev_tgt"}, {"index_handle"}, {"callback"}, {"cookie"}});
   fixed("register_reset_all_indirect", status, {{"sess_hdl"}, {"dev_tgt"}, {"index_handle"}});
   fixed("register_range_reset_indirect", status,
         {{"sess_hdl"}, {"dev_tgt"}, {"index_handle"}, {"first_index"}, {"range_count"}});

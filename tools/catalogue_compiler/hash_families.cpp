@@ -36,11 +36,12 @@ void add_settings(std::vector<exported_function> &to, const hash_calculation &h)
 void add_field_attributes(std::vector<exported_function> &to, const hash_calculation &h)
 {
   const std::string stem = export_prefix + "hash_calc_" + h.name + "_input_field_attribute_";
-  to.push_back(function_builder("hash_field_count_get", h, stem + "count_get")
-                   .brief("Counts the input fields of the hash calculation " + h.name + ". Makes no driver call.")
-                   .result(result_kind::status, "0, or PD_STATUS_INVALID_ARG with a count of 0 for another input than 0")
-                   .calls_with_row("hash_field_count_get",
-                                   {{"sess_hdl"}, {"dev_id"}, {"hash_number"}, {"hash_attr_count_out"}}));
+  to.push_back(
+      function_builder("hash_field_count_get", h, stem + "count_get")
+          .brief("Counts the input fields of the hash calculation " + h.name + ". Makes no driver call.")
+          .result(result_kind::status, "0, or PD_STATUS_INVALID_ARG with a count of 0 for another input than 0")
+          .calls_with_row("hash_field_count_get",
+                          {{"sess_hdl"}, {"dev_id"}, {"hash_number"}, {"hash_attr_count_out"}}));
   to.push_back(function_builder("hash_fields_set", h, stem + "set")
                    .brief("Selects input fields of the hash calculation " + h.name + ".")
                    .details("A field that no record names is not selected; one that any of its records selects is.")
@@ -48,28 +49,31 @@ void add_field_attributes(std::vector<exported_function> &to, const hash_calcula
                            "0, the driver's status, or PD_STATUS_INVALID_ARG for no record at all, an input other than "
                            "0, a list that does not name the last field or names one beyond it, or an input of the "
                            "driver that is not the calculation's")
-                   .calls_with_row("hash_fields_set", {{"sess_hdl"}, {"dev_id"}, {"hash_number"}, {"hash_attr_count"},
-                                                       {"hash_attrs"}}));
+                   .calls_with_row("hash_fields_set",
+                                   {{"sess_hdl"}, {"dev_id"}, {"hash_number"}, {"hash_attr_count"}, {"hash_attrs"}}));
   to.push_back(function_builder("hash_fields_get", h, stem + "get")
                    .brief("Tells which input fields of the hash calculation " + h.name + " are selected.")
                    .result(result_kind::status,
                            "0, the driver's status, or PD_STATUS_INVALID_ARG if the driver fails or has another "
                            "calculation's input, for an input other than 0, and for too little room: then what "
                            "fitted is there")
-                   .calls_with_row("hash_fields_get", {{"sess_hdl"}, {"dev_id"}, {"hash_number"}, {"hash_attr_max"},
-                                                       {"hash_attrs_out"}, {"hash_attr_count_out"}}));
+                   .calls_with_row("hash_fields_get", {{"sess_hdl"},
+                                                       {"dev_id"},
+                                                       {"hash_number"},
+                                                       {"hash_attr_max"},
+                                                       {"hash_attrs_out"},
+                                                       {"hash_attr_count_out"}}));
 }
 
 void add_field_numbers(std::vector<exported_function> &to, const hash_calculation &h)
 {
-  to.push_back(function_builder("hash_common_field", h, export_prefix + h.name + "_cmn_field_enum")
-                   .brief("The common number of an input field of the hash calculation " + h.name + ".")
-                   .details("The calculation has " + std::to_string(h.fields) +
-                            " fields, from 0 on; a number beyond them stops the process.")
-                   .result(result_kind::number, "the common number")
-                   .calls_with_row("hash_common_field",
-                                   {{{}, "__func__"},
-                                    {"hash_field", {}, "the calculation's own number"}}));
+  to.push_back(
+      function_builder("hash_common_field", h, export_prefix + h.name + "_cmn_field_enum")
+          .brief("The common number of an input field of the hash calculation " + h.name + ".")
+          .details("The calculation has " + std::to_string(h.fields) +
+                   " fields, from 0 on; a number beyond them stops the process.")
+          .result(result_kind::number, "the common number")
+          .calls_with_row("hash_common_field", {{{}, "__func__"}, {"hash_field", {}, "the calculation's own number"}}));
   to.push_back(function_builder("hash_own_field", h, export_prefix + h.name + "_p4_field_enum")
                    .brief("The own number of an input field of the hash calculation " + h.name + ".")
                    .result(result_kind::number,

@@ -35,6 +35,7 @@ int main(int argc, char **argv)
     const catalogue::functions all = catalogue::list_functions(m);
     catalogue::emit_public_headers(m, all, output / "include" / "tarvex_pd");
     catalogue::emit_library_sources(m, all, output);
+    catalogue::emit_snapshot_fields(m, output);
     catalogue::emit_call_table(m, all, output);
     catalogue::emit_pipeline_rows(m, output);
     catalogue::emit_description(m, output);

@@ -32,6 +32,11 @@ std::string_view kind_name(resource_kind kind)
   }
 }
 
+std::string_view direction_name(snapshot_direction direction)
+{
+  return direction == snapshot_direction::ingress ? "ingress" : "egress";
+}
+
 const table *model::find_table(const std::string &name) const
 {
   return find_row(tables, [&](const table &t) { return t.name == name; });
@@ -50,6 +55,11 @@ const action *model::find_action(const std::string &name) const
 const resource *model::find_resource(std::uint32_t handle) const
 {
   return find_row(resources, [&](const resource &r) { return r.handle == handle; });
+}
+
+const snapshot_layout *model::find_snapshot_layout(snapshot_direction direction) const
+{
+  return find_row(snapshot_layouts, [&](const snapshot_layout &layout) { return layout.direction == direction; });
 }
 
 }  // namespace catalogue

@@ -40,6 +40,7 @@ bool all_sound(const origin &owner, const std::vector<Row> &rows)
 
 enum class match_kind { exact, ternary, lpm };
 enum class table_kind { exact, ternary, lpm, keyless };
+enum class snapshot_direction { ingress, egress };
 enum class resource_form { direct_counter, direct_meter, direct_register, indexed, detached };
 
 /// Member type of the caller's structures.
@@ -167,6 +168,27 @@ struct hash_calculation : origin {
   std::vector<std::uint32_t> common;  // common number of each field
 };
 
+/// "ingress", "egress"
+std::string_view direction_name(snapshot_direction direction);
+
+/// A field of a snapshot, in the trigger records and in the captures.
+struct snapshot_field : origin {
+  std::string name;
+  unsigned offset = 0;
+  unsigned size = 0;
+
+  /// Bytes that it takes: one of 3 bytes is held in a word.
+  unsigned slot() const { return size == 3 ? 4 : size; }
+};
+
+/// The fields of the snapshots of one direction, packed in this order.
+struct snapshot_layout : origin {
+  std::string name;
+  snapshot_direction direction = snapshot_direction::ingress;
+  unsigned bytes = 0;
+  std::vector<snapshot_field> fields;
+};
+
 /// One catalogue file with tables.
 struct group {
   std::string file;  // "fib" of fib.toml
@@ -174,17 +196,19 @@ struct group {
 };
 
 struct model {
-  std::vector<group> groups;             // in the order of their first table's handle
-  std::vector<table> tables;             // handle order
-  std::vector<action> actions;           // enumeration order
-  std::vector<profile> profiles;         // order of their state objects
-  std::vector<resource> resources;       // handle order
-  std::vector<hash_calculation> hashes;  // handle order
+  std::vector<group> groups;                      // in the order of their first table's handle
+  std::vector<table> tables;                      // handle order
+  std::vector<action> actions;                    // enumeration order
+  std::vector<profile> profiles;                  // order of their state objects
+  std::vector<resource> resources;                // handle order
+  std::vector<hash_calculation> hashes;           // handle order
+  std::vector<snapshot_layout> snapshot_layouts;  // ingress, then egress
 
   const table *find_table(const std::string &name) const;
   const action *find_action(const std::string &name) const;
   const profile *find_profile(const std::string &name) const;
   const resource *find_resource(std::uint32_t handle) const;
+  const snapshot_layout *find_snapshot_layout(snapshot_direction direction) const;
 };
 
 inline unsigned storage_size(storage s)

@@ -10,10 +10,10 @@ namespace catalogue {
 
 namespace {
 
-template <class Row>
-void sort_rows(std::vector<Row> &rows, std::uint32_t Row::*handle)
+template <class Row, class Key>
+void sort_rows(std::vector<Row> &rows, Key Row::*key)
 {
-  std::stable_sort(rows.begin(), rows.end(), [&](const Row &a, const Row &b) { return a.*handle < b.*handle; });
+  std::stable_sort(rows.begin(), rows.end(), [&](const Row &a, const Row &b) { return a.*key < b.*key; });
 }
 
 void sort_groups(model &m)
@@ -46,12 +46,13 @@ void mark_index(action &a, const action_use &u)
 
 }  // namespace
 
-void sort_by_handle(model &m)
+void sort_all(model &m)
 {
   sort_rows(m.tables, &table::handle);
   sort_rows(m.profiles, &profile::action_data_table);
   sort_rows(m.resources, &resource::handle);
   sort_rows(m.hashes, &hash_calculation::handle);
+  sort_rows(m.snapshot_layouts, &snapshot_layout::direction);
   sort_groups(m);
 }
 

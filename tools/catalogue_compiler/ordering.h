@@ -7,8 +7,9 @@
 
 namespace catalogue {
 
-/// Tables, profiles and resources go by handle, groups by their first table.
-void sort_by_handle(model &m);
+/// Tables, profiles, resources and hash calculations go by handle, groups by their first table, snapshot layouts by
+/// direction.
+void sort_all(model &m);
 
 /// Brings actions into the order of the enumeration, links their uses to them, and marks index parameters. For a model
 /// without errors.

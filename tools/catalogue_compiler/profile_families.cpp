@@ -53,16 +53,16 @@ void add_group_families(std::vector<exported_function> &to, const model &m, cons
   to.push_back(function_builder("del_member_from_group", m, p, "del_member_from_group")
                    .brief("Takes a member out of a group, which keeps its action.")
                    .calls("del_member_from_group", {{"sess_hdl"}, {"dev_id"}, {"grp_hdl"}, {"mbr_hdl"}}));
-  to.push_back(function_builder("group_member_state_set", m, p, "group_member_state_set")
-                   .brief("Switches a member on or off within a group.")
-                   .result(result_kind::status,
-                           "0, the driver's status, or PD_STATUS_INVALID_ARG without a driver call for another state")
-                   .calls("group_member_state_set",
-                          {{"sess_hdl"}, {"dev_id"}, {"grp_hdl"}, {"mbr_hdl"}, {"member_state"}}));
-  to.push_back(function_builder("group_member_state_get", m, p, "group_member_state_get")
-                   .brief("Tells whether a member is on or off within a group.")
-                   .calls("group_member_state_get",
-                          {{"sess_hdl"}, {"dev_id"}, {"grp_hdl"}, {"mbr_hdl"}, {"member_state_out"}}));
+  to.push_back(
+      function_builder("group_member_state_set", m, p, "group_member_state_set")
+          .brief("Switches a member on or off within a group.")
+          .result(result_kind::status,
+                  "0, the driver's status, or PD_STATUS_INVALID_ARG without a driver call for another state")
+          .calls("group_member_state_set", {{"sess_hdl"}, {"dev_id"}, {"grp_hdl"}, {"mbr_hdl"}, {"member_state"}}));
+  to.push_back(
+      function_builder("group_member_state_get", m, p, "group_member_state_get")
+          .brief("Tells whether a member is on or off within a group.")
+          .calls("group_member_state_get", {{"sess_hdl"}, {"dev_id"}, {"grp_hdl"}, {"mbr_hdl"}, {"member_state_out"}}));
   to.push_back(function_builder("set_fallback_member", m, p, "set_dynamic_action_selection_fallback_member")
                    .brief("Sets the member that selection falls back to.")
                    .calls("set_fallback_member", {{"sess_hdl"}, {"dev_tgt"}, {"mbr_hdl"}}));
@@ -80,11 +80,12 @@ void add_member_reads(std::vector<exported_function> &to, const model &m, const 
   constexpr const char *stops =
       "After a failure no output is written. An action of the driver's reply that the profile does not have stops the "
       "process.";
-  to.push_back(function_builder("get_member", m, p, "get_member")
-                   .brief("Reads a member.")
-                   .details(stops)
-                   .calls("get_member", {{{}, "__func__"}, {"sess_hdl"}, {"dev_id"}, {"mbr_hdl"}, {"read_from_hw"},
-                                         {"member_action_out"}}));
+  to.push_back(
+      function_builder("get_member", m, p, "get_member")
+          .brief("Reads a member.")
+          .details(stops)
+          .calls("get_member",
+                 {{{}, "__func__"}, {"sess_hdl"}, {"dev_id"}, {"mbr_hdl"}, {"read_from_hw"}, {"member_action_out"}}));
   to.push_back(function_builder("get_member_from_plcmt_data", m, p, "get_member_from_plcmt_data")
                    .brief("Decodes a member from placement data.")
                    .details(stops)
@@ -139,11 +140,10 @@ void add_group_member_walks(std::vector<exported_function> &to, const model &m, 
 {
   to.push_back(function_builder("get_first_group_member", m, p, "get_first_group_member")
                    .brief("Begins a walk over the members of a group.")
-                   .calls("get_first_group_member",
-                          {{"sess_hdl"},
-                           {"dev_id"},
-                           {"grp_hdl"},
-                           {"mbr_hdl_out", {}, "where the driver writes the first handle"}}));
+                   .calls("get_first_group_member", {{"sess_hdl"},
+                                                     {"dev_id"},
+                                                     {"grp_hdl"},
+                                                     {"mbr_hdl_out", {}, "where the driver writes the first handle"}}));
   to.push_back(function_builder("get_next_group_members", m, p, "get_next_group_members")
                    .brief("Goes on with a walk over the members of a group.")
                    .calls("get_next_group_members", {{"sess_hdl"},
@@ -172,9 +172,10 @@ void add_indirect_writes(std::vector<exported_function> &to, const table &t, con
         .details("The driver gets the action that the member-selector service knows of the " + w.thing + ".")
         .result(result_kind::status, state_status);
   };
-  to.push_back(function("add_indirect_entry", "add_entry" + w.selector, "Adds an entry that points at a " + w.thing + ".")
-                   .calls("add_indirect_entry", {{"sess_hdl"}, {"dev_tgt"}, {"match_spec"}, priority, {w.handle},
-                                                 {"entry_hdl_out"}}));
+  to.push_back(
+      function("add_indirect_entry", "add_entry" + w.selector, "Adds an entry that points at a " + w.thing + ".")
+          .calls("add_indirect_entry",
+                 {{"sess_hdl"}, {"dev_tgt"}, {"match_spec"}, priority, {w.handle}, {"entry_hdl_out"}}));
   to.push_back(function("modify_indirect_entry", "modify_entry" + w.selector, "Points an entry at a " + w.thing + ".")
                    .calls("modify_indirect_entry", {{"sess_hdl"}, {"dev_id"}, {"entry_hdl"}, {w.handle}}));
   to.push_back(function("modify_indirect_entry_by_match_spec", "modify_entry" + w.selector + "_by_match_spec",

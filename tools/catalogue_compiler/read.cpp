@@ -75,6 +75,8 @@ void catalogue_reader::read_rows(const toml::table &root, const std::string &ste
   }
   file.each_extra("hash_calculation",
                   [&](const toml::table &node) { made.hashes.push_back(read_hash_calculation(node, file)); });
+  file.each_extra("snapshot_layout",
+                  [&](const toml::table &node) { made.snapshot_layouts.push_back(read_snapshot_layout(node, file)); });
   file.extra_table("totals", [&](const toml::table &node) {
     if (totals) return file.error("totals", "the totals stand in " + totals->at.file + " already");
     totals = read_totals(node, file);
@@ -126,13 +128,14 @@ model read_catalogue(const std::filesystem::path &folder, diagnostics &diag)
 
   model &m = reader.made;
   check_file_order(m, diag);
-  sort_by_handle(m);
+  sort_all(m);
   lay_out(m, diag);
   check_names(m, diag);
   check_handles(m, diag);
   check_keys(m, diag);
   check_parameters(m, diag);
   check_hashes(m, diag);
+  check_snapshot_fields(m, diag);
   if (reader.files_read && all_rows_known(m)) {
     check_action_order(m, diag);
     check_action_uses(m, diag);
@@ -141,6 +144,7 @@ model read_catalogue(const std::filesystem::path &folder, diagnostics &diag)
   }
   // A row that could not be read would be missed in every total.
   if (rows_read) {
+    check_snapshot_layouts(m, whole, diag);
     if (reader.totals) {
       check_totals(m, *reader.totals, diag);
     } else {

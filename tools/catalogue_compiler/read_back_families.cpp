@@ -17,9 +17,18 @@ void add_get_entry(std::vector<exported_function> &to, const table &t)
                      .brief("Reads an entry: its key, and the member or the group that it points at.")
                      .details("After a failure no output is written. A reply of the driver that names neither a member "
                               "nor a group stops the process.")
-                     .calls("get_indirect_entry",
-                            {{{}, "__func__"}, {"sess_hdl"}, {"dev_id"}, {"entry_hdl"}, {"read_from_hw"}, key,
-                             priority, {"is_member_out"}, {"is_group_out"}, {"grp_hdl_out"}, {"mbr_hdl_out"}, no_key}));
+                     .calls("get_indirect_entry", {{{}, "__func__"},
+                                                   {"sess_hdl"},
+                                                   {"dev_id"},
+                                                   {"entry_hdl"},
+                                                   {"read_from_hw"},
+                                                   key,
+                                                   priority,
+                                                   {"is_member_out"},
+                                                   {"is_group_out"},
+                                                   {"grp_hdl_out"},
+                                                   {"mbr_hdl_out"},
+                                                   no_key}));
     return;
   }
   to.push_back(function_builder("get_entry", t, "get_entry")
@@ -30,9 +39,17 @@ void add_get_entry(std::vector<exported_function> &to, const table &t)
                    .result(result_kind::status,
                            "0, the driver's status, PD_STATUS_UNEXPECTED_REPLY if the driver gives an entry without "
                            "action data, or PD_STATUS_NO_MEMORY")
-                   .calls("get_entry", {{{}, "__func__"}, {"sess_hdl"}, {"dev_id"}, {"entry_hdl"}, {"read_from_hw"},
-                                        key, priority, {"action_name_out"}, {"any_action_spec_out"},
-                                        {"action_enum_out"}, no_key}));
+                   .calls("get_entry", {{{}, "__func__"},
+                                        {"sess_hdl"},
+                                        {"dev_id"},
+                                        {"entry_hdl"},
+                                        {"read_from_hw"},
+                                        key,
+                                        priority,
+                                        {"action_name_out"},
+                                        {"any_action_spec_out"},
+                                        {"action_enum_out"},
+                                        no_key}));
 }
 
 void add_key_readers(std::vector<exported_function> &to, const table &t)
@@ -45,8 +62,7 @@ void add_key_readers(std::vector<exported_function> &to, const table &t)
     f.name = std::string(what) + "_" + t.name;
     to.push_back(std::move(f));
   };
-  reader("unbuild_key", "unbuild_key",
-         "Turns a key record into the key structure, masks and prefix length cleared.");
+  reader("unbuild_key", "unbuild_key", "Turns a key record into the key structure, masks and prefix length cleared.");
   if (t.kind != table_kind::exact)
     reader("unbuild_mask", "unbuild_mask",
            t.kind == table_kind::lpm

@@ -13,6 +13,7 @@ table read_table(const toml::table &node, row &file);
 action read_action(const toml::table &node, row &file);
 profile read_profile(const toml::table &node, row &file);
 hash_calculation read_hash_calculation(const toml::table &node, row &file);
+snapshot_layout read_snapshot_layout(const toml::table &node, row &file);
 resource read_resource(const toml::table &node, row &file, resource_kind kind);
 
 /// Actions as tables and profiles list them; only a table's say more than their handle and sums.

@@ -24,8 +24,10 @@ void add_counter(std::vector<exported_function> &to, const resource &r)
                    .calls("counter_read", {{"sess_hdl"},
                                            {"dev_tgt"},
                                            cell_of(r),
-                                           {"read_flags", {}, "bit 0: synchronise the cell with the hardware first; "
-                                                              "no other bit has a meaning"},
+                                           {"read_flags",
+                                            {},
+                                            "bit 0: synchronise the cell with the hardware first; "
+                                            "no other bit has a meaning"},
                                            {"counter_value_out"}}));
   to.push_back(function_builder("counter_write", r, "counter_write")
                    .brief("Writes a cell of the counter " + r.name + ".")
@@ -64,16 +66,26 @@ void add_register(std::vector<exported_function> &to, const resource &r)
                    .brief("Reads a cell of the register " + r.name + ".")
                    .details("After a failure no output is written.")
                    .result(result_kind::status, read_status)
-                   .calls("register_read", {{"sess_hdl"}, {"dev_tgt"}, {"cell_index"}, {"read_flags"},
-                                            {"register_values_out"}, {"register_value_count_out"}}));
-  to.push_back(function_builder("register_range_read", r, "register_range_read")
-                   .brief("Reads a range of cells of the register " + r.name + " in one driver call.")
-                   .details("After a failure values and their count are as they were. A count of 0 or fewer gives 0 for "
-                            "both counts and no read.")
-                   .result(result_kind::status, read_status)
-                   .calls("register_range_read",
-                          {{"sess_hdl"}, {"dev_tgt"}, {"first_index"}, {"signed_range_count"}, {"read_flags"},
-                           {"range_count_read_out"}, {"register_values_out"}, {"register_value_count_out"}}));
+                   .calls("register_read", {{"sess_hdl"},
+                                            {"dev_tgt"},
+                                            {"cell_index"},
+                                            {"read_flags"},
+                                            {"register_values_out"},
+                                            {"register_value_count_out"}}));
+  to.push_back(
+      function_builder("register_range_read", r, "register_range_read")
+          .brief("Reads a range of cells of the register " + r.name + " in one driver call.")
+          .details("After a failure values and their count are as they were. A count of 0 or fewer gives 0 for "
+                   "both counts and no read.")
+          .result(result_kind::status, read_status)
+          .calls("register_range_read", {{"sess_hdl"},
+                                         {"dev_tgt"},
+                                         {"first_index"},
+                                         {"signed_range_count"},
+                                         {"read_flags"},
+                                         {"range_count_read_out"},
+                                         {"register_values_out"},
+                                         {"register_value_count_out"}}));
   to.push_back(function_builder("register_write", r, "register_write")
                    .brief("Writes a cell of the register " + r.name + ".")
                    .calls("register_write", {{"sess_hdl"}, {"dev_tgt"}, {"cell_index"}, {"register_value"}}));
@@ -87,8 +99,7 @@ void add_register(std::vector<exported_function> &to, const resource &r)
                    .brief("Resets a range of cells of the register " + r.name + ".")
                    .calls("register_range_reset", {{"sess_hdl"}, {"dev_tgt"}, {"first_index"}, {"range_count"}}));
   to.push_back(function_builder("register_hw_sync", r, "register_hw_sync")
-                   .brief("Synchronises the register " + r.name +
-                          " with the hardware. Does not wait for the callback.")
+                   .brief("Synchronises the register " + r.name + " with the hardware. Does not wait for the callback.")
                    .calls("register_hw_sync", {{"sess_hdl"}, {"dev_tgt"}, {"callback"}, {"cookie"}}));
 }
 

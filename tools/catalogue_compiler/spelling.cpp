@@ -124,6 +124,11 @@ std::vector<member> param_members(const action &a)
   return all;
 }
 
+std::string field_row(const snapshot_field &f)
+{
+  return "{\"" + f.name + "\", " + std::to_string(f.offset) + ", " + std::to_string(f.size) + "}";
+}
+
 std::string_view c_result(result_kind kind)
 {
   switch (kind) {

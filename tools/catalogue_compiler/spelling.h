@@ -31,6 +31,9 @@ struct member {
 std::vector<member> key_members(const table &t);
 std::vector<member> param_members(const action &a);
 
+/// A field of a snapshot as an initializer: name, offset, size.
+std::string field_row(const snapshot_field &f);
+
 /// Name of a parameter's member.
 std::string member_name(const parameter &p);
 

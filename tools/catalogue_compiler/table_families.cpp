@@ -7,14 +7,14 @@ namespace catalogue {
 
 void add_table_families(std::vector<exported_function> &to, const table &t)
 {
-  to.push_back(function_builder("set_property", t, "set_property")
-                   .brief("Sets a property of the table.")
-                   .calls("set_property", {{"sess_hdl"}, {"dev_id"}, {"property"}, {"property_value"},
-                                           {"property_argument"}}));
+  to.push_back(
+      function_builder("set_property", t, "set_property")
+          .brief("Sets a property of the table.")
+          .calls("set_property", {{"sess_hdl"}, {"dev_id"}, {"property"}, {"property_value"}, {"property_argument"}}));
   to.push_back(function_builder("get_property", t, "get_property")
                    .brief("Reads a property of the table.")
-                   .calls("get_property", {{"sess_hdl"}, {"dev_id"}, {"property"}, {"property_value_out"},
-                                           {"property_argument_out"}}));
+                   .calls("get_property",
+                          {{"sess_hdl"}, {"dev_id"}, {"property"}, {"property_value_out"}, {"property_argument_out"}}));
   to.push_back(function_builder("register_mat_update_cb", t, "register_mat_update_cb")
                    .brief("Has the driver call back when the table changes.")
                    .calls("register_mat_update_cb", {{"sess_hdl"}, {"whole_dev_id"}, {"callback"}, {"cookie"}}));

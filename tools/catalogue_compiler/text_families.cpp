@@ -43,10 +43,11 @@ void add_key_texts(std::vector<exported_function> &to, const table &t)
                    .brief("Prints a key, one line for each field.")
                    .result(result_kind::count, last_line)
                    .calls_with_row("match_spec_print", {{"fd"}, {"indent"}, {"match_spec"}}));
-  to.push_back(of_table_text("match_specs_are_equal", t, "match_specs_are_equal")
-                   .brief("Compares two keys in the bits that the pipeline matches on.")
-                   .result(result_kind::truth, truth_of_equality)
-                   .calls_with_row("match_specs_are_equal", {{"match_spec", {}, "a key"}, {"match_spec", {}, "another"}}));
+  to.push_back(
+      of_table_text("match_specs_are_equal", t, "match_specs_are_equal")
+          .brief("Compares two keys in the bits that the pipeline matches on.")
+          .result(result_kind::truth, truth_of_equality)
+          .calls_with_row("match_specs_are_equal", {{"match_spec", {}, "a key"}, {"match_spec", {}, "another"}}));
   for (const field &f : t.fields) {
     // A validity bit is named after its header.
     const bool validity = f.name.ends_with("_valid");
@@ -63,14 +64,19 @@ void add_placement(std::vector<exported_function> &to, const table &t)
   const slot key = when(t.keyed(), "match_spec_out", "nullptr");
   const slot priority = when(t.priority(), "priority_out", "nullptr");
   if (t.indirect()) {
-    to.push_back(function_builder("get_indirect_entry_from_plcmt_data", t, "get_entry_from_plcmt_data")
-                     .brief("Decodes an entry from placement data.")
-                     .details(decode_failure("Data that points at neither a member nor a group leaves both flags as "
-                                             "they are."))
-                     .calls("get_indirect_entry_from_placement",
-                            {{"plcmt_data"}, key, priority, {"mbr_hdl_out", {}, "receives the member, if it is one"},
-                             {"grp_hdl_out", {}, "receives the group, if it is one"}, {"is_member_out"},
-                             {"is_group_out"}, {"no_key_out"}}));
+    to.push_back(
+        function_builder("get_indirect_entry_from_plcmt_data", t, "get_entry_from_plcmt_data")
+            .brief("Decodes an entry from placement data.")
+            .details(decode_failure("Data that points at neither a member nor a group leaves both flags as "
+                                    "they are."))
+            .calls("get_indirect_entry_from_placement", {{"plcmt_data"},
+                                                         key,
+                                                         priority,
+                                                         {"mbr_hdl_out", {}, "receives the member, if it is one"},
+                                                         {"grp_hdl_out", {}, "receives the group, if it is one"},
+                                                         {"is_member_out"},
+                                                         {"is_group_out"},
+                                                         {"no_key_out"}}));
   } else {
     to.push_back(function_builder("get_entry_from_plcmt_data", t, "get_entry_from_plcmt_data")
                      .brief("Decodes an entry from placement data.")
@@ -78,7 +84,10 @@ void add_placement(std::vector<exported_function> &to, const table &t)
                                              "process."))
                      .result(result_kind::status, "0, the driver's status, or PD_STATUS_NO_MEMORY")
                      .calls("get_entry_from_placement",
-                            {{{}, "__func__"}, {"plcmt_data"}, key, priority,
+                            {{{}, "__func__"},
+                             {"plcmt_data"},
+                             key,
+                             priority,
                              {"member_action_out", {}, "receives the action and, if it has any, its parameters"},
                              {"no_key_out"}}));
   }
@@ -91,15 +100,17 @@ void add_placement(std::vector<exported_function> &to, const table &t)
                    .result(result_kind::number, std::string(text_length) + "; 0 with the buffer untouched if the data "
                                                                            "cannot be decoded")
                    .calls_with_row("plcmt_data_value", {{"plcmt_data"}, text_buffer}));
-  to.push_back(
-      of_table_text("plcmt_data_eq_to_hw", t, "plcmt_data_eq_to_hw")
-          .brief("Holds placement data against the entry that the hardware has.")
-          .details("Priorities may differ, and any group is equal to any other.")
-          .result(result_kind::truth, "1 for equal, 0 for different; 0 too for data that the driver refuses and for an "
-                                      "entry that cannot be read")
-          .calls_with_row("plcmt_data_eq_to_hw", {{"sess_hdl"}, {"dev_id"},
-                                                  {"table_handle", {}, "handle of the table; not looked at"},
-                                                  {"entry_hdl"}, {"plcmt_data"}}));
+  to.push_back(of_table_text("plcmt_data_eq_to_hw", t, "plcmt_data_eq_to_hw")
+                   .brief("Holds placement data against the entry that the hardware has.")
+                   .details("Priorities may differ, and any group is equal to any other.")
+                   .result(result_kind::truth,
+                           "1 for equal, 0 for different; 0 too for data that the driver refuses and for an "
+                           "entry that cannot be read")
+                   .calls_with_row("plcmt_data_eq_to_hw", {{"sess_hdl"},
+                                                           {"dev_id"},
+                                                           {"table_handle", {}, "handle of the table; not looked at"},
+                                                           {"entry_hdl"},
+                                                           {"plcmt_data"}}));
 }
 
 void add_labels(std::vector<exported_function> &to, const table &t)
@@ -126,12 +137,12 @@ void add_table_text_families(std::vector<exported_function> &to, const table &t)
                    .brief("Writes the shape of the table as a literal: its key fields and its actions.")
                    .result(result_kind::count, text_length)
                    .calls_with_row("table_schema", {text_buffer}));
-  to.push_back(of_table_text("table_value", t, "value")
-                   .brief("Reads an entry and writes it as a literal in step with the schema.")
-                   .result(result_kind::number,
-                           std::string(text_length) + "; 0 with the buffer untouched if the entry cannot be read")
-                   .calls_with_row("table_value", {{"sess_hdl"}, {"dev_id"}, {"entry_hdl"}, {"read_from_hw"},
-                                                   text_buffer}));
+  to.push_back(
+      of_table_text("table_value", t, "value")
+          .brief("Reads an entry and writes it as a literal in step with the schema.")
+          .result(result_kind::number,
+                  std::string(text_length) + "; 0 with the buffer untouched if the entry cannot be read")
+          .calls_with_row("table_value", {{"sess_hdl"}, {"dev_id"}, {"entry_hdl"}, {"read_from_hw"}, text_buffer}));
   to.push_back(function_builder("supports_entry_priority", t, "supports_entry_priority")
                    .brief("Whether entries of the table have a priority.")
                    .result(result_kind::number, "1 or 0")

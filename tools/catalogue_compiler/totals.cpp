@@ -93,6 +93,13 @@ std::size_t hash_inputs(const model &m)
   return n;
 }
 
+template <snapshot_direction direction>
+std::size_t snapshot_fields(const model &m)
+{
+  const snapshot_layout *layout = m.find_snapshot_layout(direction);
+  return layout == nullptr ? 0 : layout->fields.size();
+}
+
 std::size_t idle_time_tables(const model &m)
 {
   return count_rows(m.tables, [](const table &t) { return t.idle_time; });
@@ -123,6 +130,8 @@ constexpr std::array counted{
     total{"registers", registers},
     total{"hash_calculations", [](const model &m) { return m.hashes.size(); }},
     total{"hash_inputs", hash_inputs},
+    total{"snapshot_ingress_fields", snapshot_fields<snapshot_direction::ingress>},
+    total{"snapshot_egress_fields", snapshot_fields<snapshot_direction::egress>},
     total{"profiles", [](const model &m) { return m.profiles.size(); }},
     total{"idle_time_tables", idle_time_tables},
     total{"labelled_tables", labelled_tables},

@@ -75,8 +75,8 @@ pd_status_t pipe_mgr_get_entry(pd_sess_hdl_t sess_hdl, uint32_t tbl_hdl, uint32_
                                pd_entry_hdl_t entry_hdl, drv_match_spec_t *match_spec, drv_action_spec_t *action_spec,
                                uint32_t *act_hdl, uint32_t read_from_hw /* 8 bits */);
 /** Counts entries of a match table, an action data table or a selector table. */
-pd_status_t pipe_mgr_get_entry_count(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, uint32_t tbl_hdl,
-                                     uint32_t flags, uint32_t *count);
+pd_status_t pipe_mgr_get_entry_count(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, uint32_t tbl_hdl, uint32_t flags,
+                                     uint32_t *count);
 pd_status_t pipe_mgr_get_first_entry_handle(pd_sess_hdl_t sess_hdl, uint32_t tbl_hdl, pd_dev_tgt_t dev_tgt,
                                             uint32_t *first_hdl);
 pd_status_t pipe_mgr_get_next_entry_handles(pd_sess_hdl_t sess_hdl, uint32_t tbl_hdl, pd_dev_tgt_t dev_tgt,
@@ -95,8 +95,8 @@ pd_status_t pipe_mgr_idle_tmo_enable(pd_sess_hdl_t sess_hdl, uint32_t dev_id /* 
 pd_status_t pipe_mgr_idle_tmo_disable(pd_sess_hdl_t sess_hdl, uint32_t dev_id /* 8 bits */, uint32_t tbl_hdl);
 pd_status_t pipe_mgr_idle_register_tmo_cb(pd_sess_hdl_t sess_hdl, uint32_t dev_id /* 8 bits */, uint32_t tbl_hdl,
                                           pd_callback_t cb, void *cookie);
-pd_status_t pipe_mgr_idle_time_update_hit_state(pd_sess_hdl_t sess_hdl, uint32_t dev_id /* 8 bits */,
-                                                uint32_t tbl_hdl, uintptr_t first, uintptr_t second);
+pd_status_t pipe_mgr_idle_time_update_hit_state(pd_sess_hdl_t sess_hdl, uint32_t dev_id /* 8 bits */, uint32_t tbl_hdl,
+                                                uintptr_t first, uintptr_t second);
 pd_status_t pipe_mgr_idle_time_get_hit_state(pd_sess_hdl_t sess_hdl, uint32_t dev_id /* 8 bits */, uint32_t tbl_hdl,
                                              pd_entry_hdl_t entry_hdl, uint32_t *hit_state);
 pd_status_t pipe_mgr_mat_ent_set_idle_ttl(pd_sess_hdl_t sess_hdl, uint32_t dev_id /* 8 bits */, uint32_t tbl_hdl,
@@ -119,8 +119,8 @@ pd_status_t pipe_mgr_get_action_data_entry(uint32_t adt_hdl, uint32_t dev_id /* 
 pd_status_t pipe_register_adt_update_cb(pd_sess_hdl_t sess_hdl, uint32_t dev_id, uint32_t adt_hdl, pd_callback_t cb,
                                         void *cookie);
 
-pd_status_t pipe_mgr_sel_grp_add(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, uint32_t sel_hdl,
-                                 uint32_t max_grp_size, pd_grp_hdl_t *grp_hdl, uint32_t flags);
+pd_status_t pipe_mgr_sel_grp_add(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, uint32_t sel_hdl, uint32_t max_grp_size,
+                                 pd_grp_hdl_t *grp_hdl, uint32_t flags);
 pd_status_t pipe_mgr_sel_grp_del(pd_sess_hdl_t sess_hdl, uint32_t dev_id /* 8 bits */, uint32_t sel_hdl,
                                  pd_grp_hdl_t grp_hdl, uint32_t flags);
 pd_status_t pipe_mgr_sel_grp_mbr_add(pd_sess_hdl_t sess_hdl, uint32_t dev_id /* 8 bits */, uint32_t sel_hdl,
@@ -230,7 +230,7 @@ pd_status_t pipe_stful_ent_set(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, uin
                                drv_stful_spec_t *spec, uint32_t flags);
 pd_status_t pipe_stful_database_sync(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, uint32_t reg_hdl, pd_callback_t cb,
                                      void *cookie);
-/** Sets all cells to the value of the spec, or with a null one to what the driver resets them to. */
+/** Sets all cells to the value given, or with a null record to what the driver resets them to. */
 pd_status_t pipe_stful_table_reset(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, uint32_t reg_hdl,
                                    drv_stful_spec_t *spec);
 pd_status_t pipe_stful_table_reset_range(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, uint32_t reg_hdl,
@@ -259,8 +259,8 @@ pd_status_t pipe_mgr_pvs_get_property(pd_sess_hdl_t sess_hdl, uint32_t dev_id, u
 pd_status_t pipe_mgr_pvs_entry_add(pd_sess_hdl_t sess_hdl, uint32_t dev_id, uint32_t pvs_hdl, uint32_t tgt_scope,
                                    uint32_t tgt_index, uint32_t tgt_sub_index, uint32_t parser_value,
                                    uint32_t parser_value_mask, uint32_t *pvs_entry_hdl);
-pd_status_t pipe_mgr_pvs_entry_modify(pd_sess_hdl_t sess_hdl, uint32_t dev_id, uint32_t pvs_hdl,
-                                      uint32_t pvs_entry_hdl, uint32_t parser_value, uint32_t parser_value_mask);
+pd_status_t pipe_mgr_pvs_entry_modify(pd_sess_hdl_t sess_hdl, uint32_t dev_id, uint32_t pvs_hdl, uint32_t pvs_entry_hdl,
+                                      uint32_t parser_value, uint32_t parser_value_mask);
 pd_status_t pipe_mgr_pvs_entry_delete(pd_sess_hdl_t sess_hdl, uint32_t dev_id, uint32_t pvs_hdl,
                                       uint32_t pvs_entry_hdl);
 
@@ -314,8 +314,7 @@ pd_status_t p4_pd_ms_init(void);
 ms_state *p4_pd_ms_init_state(void);
 pd_status_t p4_pd_ms_new_mbr(pd_sess_hdl_t sess_hdl, ms_state *state, uint32_t dev_id /* 8 bits */,
                              pd_mbr_hdl_t mbr_hdl);
-pd_status_t p4_pd_ms_set_mbr_act(ms_state *state, uint32_t dev_id /* 8 bits */, pd_mbr_hdl_t mbr_hdl,
-                                 uint32_t act_hdl);
+pd_status_t p4_pd_ms_set_mbr_act(ms_state *state, uint32_t dev_id /* 8 bits */, pd_mbr_hdl_t mbr_hdl, uint32_t act_hdl);
 pd_status_t p4_pd_ms_get_mbr_act(ms_state *state, uint32_t dev_id /* 8 bits */, pd_mbr_hdl_t mbr_hdl,
                                  uint32_t *act_hdl);
 pd_status_t p4_pd_ms_del_mbr(pd_sess_hdl_t sess_hdl, ms_state *state, uint32_t dev_id /* 8 bits */,
@@ -333,8 +332,7 @@ pd_status_t p4_pd_ms_add_mbr_to_grp(pd_sess_hdl_t sess_hdl, ms_state *state, uin
                                     pd_mbr_hdl_t mbr_hdl, pd_grp_hdl_t grp_hdl);
 pd_status_t p4_pd_ms_del_mbr_from_grp(pd_sess_hdl_t sess_hdl, ms_state *state, uint32_t dev_id /* 8 bits */,
                                       pd_mbr_hdl_t mbr_hdl, pd_grp_hdl_t grp_hdl);
-pd_status_t p4_pd_ms_set_grp_act(ms_state *state, uint32_t dev_id /* 8 bits */, pd_grp_hdl_t grp_hdl,
-                                 uint32_t act_hdl);
+pd_status_t p4_pd_ms_set_grp_act(ms_state *state, uint32_t dev_id /* 8 bits */, pd_grp_hdl_t grp_hdl, uint32_t act_hdl);
 pd_status_t p4_pd_ms_get_grp_act(ms_state *state, uint32_t dev_id /* 8 bits */, pd_grp_hdl_t grp_hdl,
                                  uint32_t *act_hdl);
 /** The list stays the service's. */
