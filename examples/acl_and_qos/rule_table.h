@@ -91,16 +91,14 @@ class rules_of final : public rule_table {
 
   /// Writes a rule. `parameters` is the action's structure, or nothing.
   template <typename Action, typename... Parameters>
-  void add(const std::string &note, std::uint32_t priority, const Key &key, const Action &action,
+  void add(const std::string &note, Priority... priority, const Key &key, const Action &action,
            const Parameters &...parameters)
   {
-    rule added{note, priority, action.name, bytes_of(parameters...), layout_.value(key), layout_.mask(key)};
-    const pd_status_t status = with_priority(priority, [&](Priority... p) {
-      return action.add(session, all_pipes, &key, p..., &parameters..., &added.handle);
-    });
-    must(status, [&] { return "adding " + text(added); });
+    rule added{note, (priority + ... + 0u), action.name, bytes_of(parameters...), layout_.value(key), layout_.mask(key)};
+    must(action.add(session, all_pipes, &key, priority..., &parameters..., &added.handle),
+         [&] { return "adding " + text(added); });
     for (std::size_t i = 0; i < added.value.size(); ++i) added.value[i] &= added.mask[i];
-    rules_.push_back({std::move(added), key});
+    rules_.emplace_back(std::move(added), key);
   }
 
   template <typename Default, typename... Parameters>

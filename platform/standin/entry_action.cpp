@@ -76,7 +76,7 @@ void apply_resource(entry_view entry, const drv_res_spec_t &spec)
   const bool attached = spec.res_tag == DRV_RES_ATTACHED;
   if (row.kind == resource_kind::meter) {
     head.meter_attached = attached ? 1 : 0;
-    entry.meter() = attached ? spec.res_value.meter : drv_meter_spec_t{};
+    if (attached) entry.meter() = spec.res_value.meter;
   }
   if (row.kind == resource_kind::register_) entry.register_value() = attached ? spec.res_value.register_value : 0;
 }

@@ -1,4 +1,6 @@
 // Entries of one match table in memory: records of one size, laid out for what the table has, in slabs that never move.
+// Measured at a million entries with handles and index: 111 bytes an entry beyond key, mask and action data in a table
+// with a direct meter, whose value and reference take 68 of them.
 //
 // SPDX-License-Identifier: Apache-2.0
 #pragma once

@@ -1,6 +1,8 @@
 // What the compiler makes of a good catalogue, and the errors of whole files and folders.
 //
 // SPDX-License-Identifier: Apache-2.0
+#include <sstream>
+
 #include "catalogue_folder.h"
 
 namespace catalogue {
@@ -138,6 +140,20 @@ TEST(catalogue_files, every_total_is_counted)
                                                         std::to_string(key.size() + 4) + ": error: totals: '" + key +
                                                         "' is " + count + "0, but the rows make " + count});
   }
+}
+
+TEST(catalogue_files, both_directions_of_snapshots_have_fields)
+{
+  catalogue_folder folder;
+  std::ostringstream rows;
+  rows << std::ifstream(folder.path() / "resources.toml").rdbuf();
+  folder.write("resources.toml", rows.str().substr(0, rows.str().find("[[snapshot_layout]]")));
+  const auto errors = folder.errors();
+  ASSERT_EQ(errors.size(), 4u);
+  EXPECT_EQ(errors[0], "catalogue: error: no file holds the snapshot_layout 'ingress'; add it");
+  EXPECT_EQ(errors[1], "catalogue: error: no file holds the snapshot_layout 'egress'; add it");
+  EXPECT_NE(errors[2].find("'snapshot_ingress_fields' is 3, but the rows make 0"), std::string::npos);
+  EXPECT_NE(errors[3].find("'snapshot_egress_fields' is 1, but the rows make 0"), std::string::npos);
 }
 
 TEST(catalogue_files, a_folder_needs_rows)

@@ -145,6 +145,7 @@ TEST_F(Profiles, EntriesHoldTheirMemberOrGroup)
   EXPECT_EQ(add(lag_table, key, port, direct, &entry), STANDIN_BAD_ACTION);
   ok(add(lag_table, key, port, to_group, &entry));
   read_back got(2);
+  got.action.act_data = {};  // there is no data to make room for
   ok(got.read(lag_table, entry));
   EXPECT_EQ(got.action.act_kinds, DRV_ACT_GROUP);
   EXPECT_EQ(got.action.grp_hdl, group);

@@ -175,8 +175,10 @@ TEST_F(Resources, RegistersHaveRowsAndPositions)
   EXPECT_EQ(value(8) + value(3), 2);
   ok(pipe_stful_table_reset_range(session, target, check_register, 3, 2, nullptr));
   EXPECT_EQ(value(2) * 8 + value(3) * 4 + value(4) * 2 + value(5), 9);
+  ok(standin_register_value(device, check_register, 6, 1, 2, 5));
   ok(pipe_stful_table_reset_range(session, target, check_register, 4, 2, &one));
   EXPECT_EQ(value(2) * 8 + value(3) * 4 + value(4) * 2 + value(5), 11);
+  EXPECT_EQ(value(6), 5);  // behind the range
   EXPECT_EQ(pipe_stful_table_reset_range(session, target, check_register, 9, 2, nullptr), STANDIN_BAD_INDEX);
   ok(pipe_stful_table_reset(session, target, check_register, nullptr));
   EXPECT_EQ(value(8), 0);
