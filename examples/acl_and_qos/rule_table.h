@@ -38,13 +38,12 @@ struct rule {
   pd_entry_hdl_t handle = STANDIN_NO_HANDLE;
   pd_counter_value_t counted{};
 
-  /// The parameters, where the action is the one that has them.
+  /// The parameters as a structure of their size; zeroes where the action has none such.
   template <typename Parameters>
-  std::optional<Parameters> parameters_as(const std::string &action_name) const
+  Parameters parameters_as() const
   {
-    if (!action.ends_with('_' + action_name) || parameters.size() != sizeof(Parameters)) return std::nullopt;
-    Parameters result;
-    std::memcpy(&result, parameters.data(), sizeof result);
+    Parameters result{};
+    if (parameters.size() == sizeof result) std::memcpy(&result, parameters.data(), sizeof result);
     return result;
   }
 

@@ -6,6 +6,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "tarvex_pd/snapshots.h"
+
 namespace tarvex::pd {
 
 struct snapshot_field {
@@ -31,11 +33,17 @@ inline constexpr std::size_t snapshot_layout_count = 2;
 /// Ingress, egress. Generated.
 extern const snapshot_layout snapshot_layouts[snapshot_layout_count];
 
-/// Bit 1 of a snapshot's handle tells its direction, and nothing else does.
-inline std::uint32_t snapshot_direction(std::uint32_t hdl) { return hdl >> 1 & 1; }
-inline const snapshot_layout &layout_of_snapshot(std::uint32_t hdl)
+/// The handle tells the direction of a snapshot, and nothing else does.
+inline std::uint32_t layout_number(pd_snapshot_hdl_t hdl)
 {
-  return snapshot_layouts[snapshot_direction(hdl)];
+  return (hdl & P4_PD_TARVEX_SWITCH_SNAPSHOT_EGRESS_BIT) != 0 ? P4_PD_TARVEX_SWITCH_SNAPSHOT_EGRESS
+                                                              : P4_PD_TARVEX_SWITCH_SNAPSHOT_INGRESS;
 }
+inline const snapshot_layout &layout_of(pd_snapshot_hdl_t hdl) { return snapshot_layouts[layout_number(hdl)]; }
+
+inline constexpr std::size_t capture_record_bytes =
+    P4_PD_TARVEX_SWITCH_SNAPSHOT_CTRL_BYTES + P4_PD_TARVEX_SWITCH_SNAPSHOT_FIELD_BYTES;
+static_assert(P4_PD_TARVEX_SWITCH_SNAPSHOT_CAPTURES * capture_record_bytes ==
+              P4_PD_TARVEX_SWITCH_SNAPSHOT_CAPTURE_AREA_BYTES);
 
 }  // namespace tarvex::pd

@@ -123,7 +123,7 @@ void resource_rows(generated_file &to, const model &m)
   to.line("constexpr resource_info all_resources[] = {");
   for (const resource &r : m.resources) {
     to.line("    {\"", r.name, "\", ", hex(r.handle), ", resource_kind::", kind_name(r), ", ",
-            r.direct ? "true" : "false", ", ", r.table.empty() ? "0" : hex(m.find_table(r.table)->handle), "},");
+            is_direct(r) ? "true" : "false", ", ", r.table.empty() ? "0" : hex(m.find_table(r.table)->handle), "},");
   }
   to.line("};");
 }

@@ -79,7 +79,7 @@ void emit_description(const model &m, const std::filesystem::path &folder)
     for (const action_use &u : p.actions) describe(to, m, u);
   }
   for (const resource &r : m.resources) {
-    to.line(kind_name(r), " ", r.name, ": ", hex(r.handle), r.direct ? ", direct" : ", indirect",
+    to.line(kind_name(r), " ", r.name, ": ", hex(r.handle), is_direct(r) ? ", direct" : ", indirect",
             r.table.empty() ? "" : ", table " + r.table);
   }
   for (const snapshot_layout &layout : m.snapshot_layouts) {

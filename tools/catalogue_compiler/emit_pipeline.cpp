@@ -71,7 +71,7 @@ void emit_pipeline_rows(const model &m, const std::filesystem::path &folder)
   to.line("};").line().line("constexpr pipeline_resource resources[] = {");
   for (const resource &r : m.resources)
     to.line("    {", hex(r.handle), ", \"", r.name, "\", resource_kind::", kind_name(r), ", ",
-            r.direct ? "true" : "false", ", ", r.table.empty() ? "0" : hex(m.find_table(r.table)->handle), "},");
+            is_direct(r) ? "true" : "false", ", ", r.table.empty() ? "0" : hex(m.find_table(r.table)->handle), "},");
   to.line("};");
   for (const snapshot_layout &layout : m.snapshot_layouts) {
     to.line().line("constexpr pipeline_snapshot_field ", layout.name, "_fields[] = {");

@@ -58,6 +58,8 @@ std::string_view kind_name(const resource &r)
   return names[static_cast<int>(r.kind)];
 }
 
+bool is_direct(const resource &r) { return r.direct && r.kind != resource_kind::register_; }
+
 std::string_view match_name(const field &f)
 {
   if (f.key.partition) return "partition";

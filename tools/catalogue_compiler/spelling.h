@@ -14,6 +14,9 @@ namespace catalogue {
 
 std::string_view kind_name(const table &t);
 std::string_view kind_name(const resource &r);
+/// Whether its cells are addressed by the entries that it hangs on. Registers are named by entries but addressed by
+/// index.
+bool is_direct(const resource &r);
 std::string_view match_name(const field &f);
 std::string_view form_name(resource_form form);
 

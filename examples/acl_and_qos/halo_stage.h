@@ -1,0 +1,88 @@
+// One stage of the halo lookup: a table that gives each access list its masks of the key, and a table that matches the
+// masked key. The five stages differ in the names of their types and functions only.
+//
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "rule_table.h"
+
+namespace tarvex::examples {
+
+/// What the stages match of a packet, its addresses and ports as classes. As masks of a stage: what is left of each.
+struct halo_key {
+  std::uint16_t source = 0;
+  std::uint16_t destination = 0;
+  std::uint16_t source_port = 0;
+  std::uint16_t destination_port = 0;
+  std::uint8_t protocol = 0;
+
+  halo_key operator&(const halo_key &masks) const
+  {
+    return {static_cast<std::uint16_t>(source & masks.source),
+            static_cast<std::uint16_t>(destination & masks.destination),
+            static_cast<std::uint16_t>(source_port & masks.source_port),
+            static_cast<std::uint16_t>(destination_port & masks.destination_port),
+            static_cast<std::uint8_t>(protocol & masks.protocol)};
+  }
+};
+
+template <typename RuleKey, typename MaskKey, typename Masks, typename SetResult, typename SetMasks>
+class halo_stage {
+ public:
+  using result = p4_pd_tarvex_switch_haloSetBestResultRow1_action_spec_t;
+
+  halo_stage(const table_functions<RuleKey> &rule_functions, const table_functions<MaskKey> &mask_functions, Masks,
+             const SetResult &set_result, const SetMasks &set_masks)
+      : rules(rule_functions, {{&RuleKey::haloKeyOrig_crlId, 8},
+                               {&RuleKey::haloKeyMaskedRow1_sip, 16},
+                               {&RuleKey::haloKeyMaskedRow1_dip, 16},
+                               {&RuleKey::haloKeyMaskedRow1_srcPort, 16},
+                               {&RuleKey::haloKeyMaskedRow1_dstPort, 16},
+                               {&RuleKey::haloKeyMaskedRow1_proto, 8},
+                               {&RuleKey::haloKeyMaskedRow1_dscp, 6},
+                               {&RuleKey::haloKeyMaskedRow1_ttl, 8},
+                               {&RuleKey::haloKeyMaskedRow1_flags, 8},
+                               {&RuleKey::haloKeyMaskedRow1_isFrag, 1}}),
+        masks(mask_functions, {{&MaskKey::haloKeyOrig_crlId, 8}}),
+        set_result_(set_result),
+        set_masks_(set_masks)
+  {
+  }
+
+  void mask_list(std::uint8_t list, const halo_key &m)
+  {
+    masks.add("list " + std::to_string(list), {list}, set_masks_,
+              Masks{m.source, m.destination, m.source_port, m.destination_port, m.protocol, 0, 0, 0, 0});
+  }
+
+  void add(const std::string &note, std::uint8_t list, const halo_key &masked, std::uint32_t best_result)
+  {
+    rules.add(note, rule_key(list, masked), set_result_, result{best_result});
+  }
+
+  void change(std::uint32_t best_result) { rules.change_some(set_result_, result{best_result}); }
+
+  /// The rule that a packet hits; null for none.
+  const rule *hit(std::uint8_t list, const halo_key &packet, tally &compared)
+  {
+    const rule *const masked_by = masks.hit({list}, compared);
+    if (masked_by == nullptr) return nullptr;
+    const auto m = masked_by->parameters_as<Masks>();
+    const halo_key left{m.action_sip, m.action_dip, m.action_srcPort, m.action_dstPort, m.action_proto};
+    return rules.hit(rule_key(list, packet & left), compared);
+  }
+
+  exact_rules<RuleKey> rules;
+  exact_rules<MaskKey> masks;
+
+ private:
+  static RuleKey rule_key(std::uint8_t list, const halo_key &k)
+  {
+    return {list, k.source, k.destination, k.source_port, k.destination_port, k.protocol, 0, 0, 0, 0};
+  }
+
+  SetResult set_result_;
+  SetMasks set_masks_;
+};
+
+}  // namespace tarvex::examples

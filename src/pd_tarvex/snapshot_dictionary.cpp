@@ -1,0 +1,118 @@
+// Snapshots by field name: filling and showing triggers, showing captures.
+//
+// SPDX-License-Identifier: Apache-2.0
+#include <algorithm>
+#include <cstring>
+
+#include "snapshot_layouts.h"
+#include "tarvex_pd/snapshots.h"
+
+namespace tarvex::pd {
+
+namespace {
+
+const snapshot_field *find_field(const snapshot_layout &layout, const char *name)
+{
+  if (name == nullptr) return nullptr;
+  const std::uint16_t *const end = layout.by_name + layout.field_count;
+  const std::uint16_t *const found =
+      std::lower_bound(layout.by_name, end, name, [&](std::uint16_t place, const char *wanted) {
+        return std::strcmp(layout.fields[place].name, wanted) < 0;
+      });
+  if (found == end || std::strcmp(layout.fields[*found].name, name) != 0) return nullptr;
+  return &layout.fields[*found];
+}
+
+/// Whether the record holds a field of up to 4 bytes with its highest byte first. Words of 4 bytes stand in host order.
+bool is_reversed(const snapshot_field &field) { return field.size == 2 || field.size == 3; }
+
+/// A mask of 3 bytes is a word in host order too, unlike its value.
+void store_all_ones(std::uint8_t *to, const snapshot_field &field)
+{
+  std::memset(to, 0, field.slot());
+  std::memset(to, 0xff, field.size);
+}
+
+void store_value(std::uint8_t *to, const snapshot_field &field, const std::uint32_t *value)
+{
+  if (field.size == 16) {
+    for (std::size_t i = 0; i < 16; ++i) to[i] = static_cast<std::uint8_t>(value[i]);
+    return;
+  }
+  std::memcpy(to, value, field.slot());
+  if (is_reversed(field)) std::reverse(to, to + field.slot());
+}
+
+bool is_zero(const std::uint8_t *bytes, const snapshot_field &field)
+{
+  return std::all_of(bytes, bytes + field.slot(), [](std::uint8_t byte) { return byte == 0; });
+}
+
+}  // namespace
+}  // namespace tarvex::pd
+
+using namespace tarvex::pd;
+
+uint32_t p4_pd_tarvex_switch_snapshot_capture_trigger_add(pd_snapshot_hdl_t hdl, snap_trig_spec_t *value_rec,
+                                                          snap_trig_spec_t *mask_rec, const char *name,
+                                                          const uint32_t *value)
+{
+  const snapshot_field *const field = find_field(layout_of(hdl), name);
+  if (field == nullptr) return 0;
+  store_value(value_rec->fields + field->offset, *field, value);
+  store_all_ones(mask_rec->fields + field->offset, *field);
+  return 1;
+}
+
+uint32_t p4_pd_tarvex_switch_snapshot_capture_trigger_list(uint32_t ctx, pd_snapshot_hdl_t hdl,
+                                                           pd_snapshot_list_cb_t callback, void *cookie)
+{
+  std::uint32_t result = 0;
+  for (const snapshot_field &field : layout_of(hdl))
+    result = callback(ctx, field.name, layout_number(hdl), field.size, cookie);
+  return result;
+}
+
+uint32_t p4_pd_tarvex_switch_snapshot_capture_trigger_show(uint32_t ctx, pd_snapshot_hdl_t hdl,
+                                                           const snap_trig_spec_t *value_rec,
+                                                           const snap_trig_spec_t *mask_rec,
+                                                           pd_snapshot_show_cb_t callback)
+{
+  std::uint32_t result = 0;
+  for (const snapshot_field &field : layout_of(hdl)) {
+    const std::uint8_t *const mask = mask_rec->fields + field.offset;
+    if (is_zero(mask, field)) continue;
+    const std::uint8_t *value = value_rec->fields + field.offset;
+    std::uint8_t low_byte_first[4];
+    if (is_reversed(field)) {
+      std::reverse_copy(value, value + field.slot(), low_byte_first);
+      value = low_byte_first;
+    }
+    result = callback(ctx, field.name, field.size, value, mask);
+  }
+  return result;
+}
+
+uint32_t p4_pd_tarvex_switch_snapshot_capture_field_show(uint32_t ctx, pd_snapshot_hdl_t hdl, const uint8_t *fields,
+                                                         pd_snapshot_show_cb_t callback)
+{
+  std::uint32_t result = 0;
+  for (const snapshot_field &field : layout_of(hdl)) {
+    const std::uint8_t *const value = fields + field.offset;
+    if (!is_zero(value, field)) result = callback(ctx, field.name, field.size, value, nullptr);
+  }
+  return result;
+}
+
+uint32_t p4_pd_tarvex_switch_snapshot_capture_data_single_get(int32_t index, uint32_t is_egress, const void *capture,
+                                                              uint32_t *first_byte, uint8_t *ctrl, uint8_t *fields)
+{
+  const std::uint8_t *const record =
+      static_cast<const std::uint8_t *>(capture) + index * std::ptrdiff_t{capture_record_bytes};
+  *first_byte = record[0];
+  std::memcpy(ctrl, record, P4_PD_TARVEX_SWITCH_SNAPSHOT_CTRL_BYTES);
+  std::memcpy(fields, record + P4_PD_TARVEX_SWITCH_SNAPSHOT_CTRL_BYTES,
+              is_egress != 0 ? P4_PD_TARVEX_SWITCH_SNAPSHOT_EGRESS_FIELD_BYTES
+                             : P4_PD_TARVEX_SWITCH_SNAPSHOT_FIELD_BYTES);
+  return record[1];
+}
