@@ -115,11 +115,11 @@ Key asking(Ask ask)
 }  // namespace
 
 acl_tables::acl_tables()
-    : dmac(PD_TABLE(l2DmacClassify), dmac_layout(), p4_pd_tarvex_switch_counter_read_l2DmacClassifyCount),
-      trap(PD_TABLE(trapToCpu), trap_layout(), p4_pd_tarvex_switch_counter_read_trapToCpuCount),
-      mirror(PD_TABLE(ingressMirrorSession), mirror_layout()),
-      police(PD_TABLE(pdpPolicy), police_layout()),
-      drop(PD_TABLE(finalDropControl), drop_layout(), p4_pd_tarvex_switch_counter_read_finalDropControlCount)
+    : dmac(PD_TERNARY_TABLE(l2DmacClassify), dmac_layout(), p4_pd_tarvex_switch_counter_read_l2DmacClassifyCount),
+      trap(PD_TERNARY_TABLE(trapToCpu), trap_layout(), p4_pd_tarvex_switch_counter_read_trapToCpuCount),
+      mirror(PD_TERNARY_TABLE(ingressMirrorSession), mirror_layout()),
+      police(PD_EXACT_TABLE(pdpPolicy), police_layout()),
+      drop(PD_TERNARY_TABLE(finalDropControl), drop_layout(), p4_pd_tarvex_switch_counter_read_finalDropControlCount)
 {
   police.on_hit([this](const rule &hit, const pd_counter_value_t &counted) {
     std::uint32_t index = 0;  // the only parameter of both actions
@@ -150,7 +150,8 @@ void acl_tables::program_dmac()
   const p4_pd_tarvex_switch_setL2ControlFrame_action_spec_t control{9, 1};
   const p4_pd_tarvex_switch_classifyL2ControlFrame_action_spec_t slow{10, 0};
   for_ports("no MAC", 10, 0, 0xffffff, 0, 0xffffff, PD_ACTION(l2DmacClassify, setIllegalDmac));
-  for_ports("LACP", 20, 0x0180c2, 0xffffff, 0x000002, 0xffffff, PD_ACTION(l2DmacClassify, classifyL2ControlFrame), slow);
+  for_ports("LACP", 20, 0x0180c2, 0xffffff, 0x000002, 0xffffff, PD_ACTION(l2DmacClassify, classifyL2ControlFrame),
+            slow);
   for_ports("link-local control", 30, 0x0180c2, 0xffffff, 0x000000, 0xfffff0,
             PD_ACTION(l2DmacClassify, setL2ControlFrame), control);
   for_ports("IPv4 multicast", 40, 0x01005e, 0xffffff, 0, 0x800000, PD_ACTION(l2DmacClassify, setIpMcast));
@@ -187,7 +188,7 @@ void acl_tables::program_trap()
   };
   constexpr std::uint8_t tcp = 6, udp = 17;
 
-  for (const std::uint16_t opcode : {1, 2}) {
+  for (const std::uint16_t opcode : {std::uint16_t{1}, std::uint16_t{2}}) {
     copy_to_cpu(opcode == 1 ? "ARP request" : "ARP reply", [&](trap_key &k) {
       k.arpHdr_valid = k.arpHdr_valid_mask = 1, k.arpHdr_opcode = opcode, k.arpHdr_opcode_mask = 0xffff;
     });
@@ -208,13 +209,11 @@ void acl_tables::program_trap()
   to_cpu("RSVP", protocol(46));
   copy_to_cpu("PTP event", to_port(udp, 319));
   for (const std::uint32_t router : {5u, 6u}) {
-    to_cpu("OSPF to 224.0.0." + std::to_string(router), [&](trap_key &k) {
-      protocol(89)(k), k.ingIpv4_dip = 0xe0000000 + router, k.ingIpv4_dip_mask = 0xffffffff;
-    });
+    to_cpu("OSPF to 224.0.0." + std::to_string(router),
+           [&](trap_key &k) { protocol(89)(k), k.ingIpv4_dip = 0xe0000000 + router, k.ingIpv4_dip_mask = 0xffffffff; });
   }
-  copy_to_cpu("IGMP where snooped", [&](trap_key &k) {
-    protocol(2)(k), k.ingMd_igmpSnoopingEnabled = k.ingMd_igmpSnoopingEnabled_mask = 1;
-  });
+  copy_to_cpu("IGMP where snooped",
+              [&](trap_key &k) { protocol(2)(k), k.ingMd_igmpSnoopingEnabled = k.ingMd_igmpSnoopingEnabled_mask = 1; });
   copy_to_cpu("IPv6 link-local multicast", [](trap_key &k) {
     k.ingIpv6_dip[0] = 0xff, k.ingIpv6_dip[1] = 0x02, k.ingIpv6_dip_mask[0] = k.ingIpv6_dip_mask[1] = 0xff;
   });
@@ -224,9 +223,8 @@ void acl_tables::program_trap()
       k.l3Info_ingL3DmacValid = k.l3Info_ingL3DmacValid_mask = 1;
     });
   }
-  to_cpu("TTL run out", [](trap_key &k) {
-    k.ingMd_ttl_mask = 0xfe, k.l3Info_ingL3DmacValid = k.l3Info_ingL3DmacValid_mask = 1;
-  });
+  to_cpu("TTL run out",
+         [](trap_key &k) { k.ingMd_ttl_mask = 0xfe, k.l3Info_ingL3DmacValid = k.l3Info_ingL3DmacValid_mask = 1; });
   for (std::uint8_t code = 64; code < 72; ++code) {
     to_cpu("reason " + std::to_string(code) + " of an earlier table",
            [&](trap_key &k) { k.egrMd_cpuReasonCode = code, k.egrMd_cpuReasonCode_mask = 0xff; });
@@ -278,8 +276,7 @@ void acl_tables::program_police()
       const std::string note = "class " + std::to_string(pdp_class) + " of port " + std::to_string(port);
       const police_key key{port, pdp_class};
       if (pdp_class < 6) {  // a meter for each class, shared by all ports
-        police.add(note, key, PD_ACTION(pdpPolicy, pdpPolice),
-                   p4_pd_tarvex_switch_pdpPolice_action_spec_t{pdp_class});
+        police.add(note, key, PD_ACTION(pdpPolicy, pdpPolice), p4_pd_tarvex_switch_pdpPolice_action_spec_t{pdp_class});
       } else {
         police.add(note, key, PD_ACTION(pdpPolicy, setPdpClassCount),
                    p4_pd_tarvex_switch_setPdpClassCount_action_spec_t{std::uint32_t{port} * 100 + pdp_class});
@@ -308,12 +305,10 @@ void acl_tables::program_drop()
     when("port " + std::to_string(port) + " in quarantine", discard,
          [&](drop_key &k) { k.ig_intr_md_ingress_port = port, k.ig_intr_md_ingress_port_mask = 0x1ff; });
   }
-  when("access list denies", count, [](drop_key &k) {
-    k.haloResultRow1_bestResult = 0x8000, k.haloResultRow1_bestResult_mask = 0x18000;
-  });
-  when("access list denies and logs", count_and_log, [](drop_key &k) {
-    k.haloResultRow1_bestResult = k.haloResultRow1_bestResult_mask = 0x18000;
-  });
+  when("access list denies", count,
+       [](drop_key &k) { k.haloResultRow1_bestResult = 0x8000, k.haloResultRow1_bestResult_mask = 0x18000; });
+  when("access list denies and logs", count_and_log,
+       [](drop_key &k) { k.haloResultRow1_bestResult = k.haloResultRow1_bestResult_mask = 0x18000; });
   when("illegal source", count, [](drop_key &k) { k.ingMd_dropSmac = k.ingMd_dropSmac_mask = 1; });
   when("illegal destination", count, [](drop_key &k) { k.ingMd_dropDmac = k.ingMd_dropDmac_mask = 1; });
   when("blocked by spanning tree", discard,
@@ -326,9 +321,8 @@ void acl_tables::program_drop()
   });
   when("back out of its port", discard,
        [](drop_key &k) { k.ingMd_samePortBridging = k.ingMd_samePortBridging_mask = 1; });
-  when("no way out", count, [](drop_key &k) {
-    k.egrMd_egrL2AintfUnresolved_mask = 0xfffff, k.ig_intr_md_for_tm_mcast_grp_a_mask = 0xffff;
-  });
+  when("no way out", count,
+       [](drop_key &k) { k.egrMd_egrL2AintfUnresolved_mask = 0xfffff, k.ig_intr_md_for_tm_mcast_grp_a_mask = 0xffff; });
   drop.set_default("nothing against it", PD_DEFAULT(finalDropControl, accept));
 }
 
@@ -350,8 +344,8 @@ void acl_tables::read_cells_back(tally &compared) const
     must(p4_pd_tarvex_switch_counter_read_pdpClassCount(session, all_pipes, index, 1, &got),
          [&] { return "reading pdpClassCount " + std::to_string(index); });
     compared.expect(got.packets == expected.packets && got.bytes == expected.bytes, [&] {
-      return "pdpClassCount " + std::to_string(index) + " has counted " + std::to_string(got.packets) + " packets, not " +
-             std::to_string(expected.packets);
+      return "pdpClassCount " + std::to_string(index) + " has counted " + std::to_string(got.packets) +
+             " packets, not " + std::to_string(expected.packets);
     });
   }
   for (const auto &[index, expected] : meters_) {

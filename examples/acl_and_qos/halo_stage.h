@@ -26,13 +26,17 @@ struct halo_key {
   }
 };
 
-template <typename RuleKey, typename MaskKey, typename Masks, typename SetResult, typename SetMasks>
+/// The structure that a function of an action takes.
+template <typename Parameters>
+Parameters structure_of(pd_status_t (*)(pd_sess_hdl_t, pd_dev_id_t, pd_entry_hdl_t, const Parameters *));
+
+template <typename RuleKey, typename MaskKey, typename SetResult, typename SetMasks>
 class halo_stage {
  public:
   using result = p4_pd_tarvex_switch_haloSetBestResultRow1_action_spec_t;
 
-  halo_stage(const table_functions<RuleKey> &rule_functions, const table_functions<MaskKey> &mask_functions, Masks,
-             const SetResult &set_result, const SetMasks &set_masks)
+  halo_stage(const table_functions<RuleKey> &rule_functions, const SetResult &set_result,
+             const table_functions<MaskKey> &mask_functions, const SetMasks &set_masks)
       : rules(rule_functions, {{&RuleKey::haloKeyOrig_crlId, 8},
                                {&RuleKey::haloKeyMaskedRow1_sip, 16},
                                {&RuleKey::haloKeyMaskedRow1_dip, 16},
@@ -51,8 +55,13 @@ class halo_stage {
 
   void mask_list(std::uint8_t list, const halo_key &m)
   {
-    masks.add("list " + std::to_string(list), {list}, set_masks_,
-              Masks{m.source, m.destination, m.source_port, m.destination_port, m.protocol, 0, 0, 0, 0});
+    auto left = masks_structure();  // all bytes zero, those behind the last member too
+    left.action_sip = m.source;
+    left.action_dip = m.destination;
+    left.action_srcPort = m.source_port;
+    left.action_dstPort = m.destination_port;
+    left.action_proto = m.protocol;
+    masks.add("list " + std::to_string(list), {list}, set_masks_, left);
   }
 
   void add(const std::string &note, std::uint8_t list, const halo_key &masked, std::uint32_t best_result)
@@ -67,7 +76,7 @@ class halo_stage {
   {
     const rule *const masked_by = masks.hit({list}, compared);
     if (masked_by == nullptr) return nullptr;
-    const auto m = masked_by->parameters_as<Masks>();
+    const auto m = masked_by->template parameters_as<masks_structure>();
     const halo_key left{m.action_sip, m.action_dip, m.action_srcPort, m.action_dstPort, m.action_proto};
     return rules.hit(rule_key(list, packet & left), compared);
   }
@@ -76,6 +85,8 @@ class halo_stage {
   exact_rules<MaskKey> masks;
 
  private:
+  using masks_structure = decltype(structure_of(std::declval<SetMasks>().modify));
+
   static RuleKey rule_key(std::uint8_t list, const halo_key &k)
   {
     return {list, k.source, k.destination, k.source_port, k.destination_port, k.protocol, 0, 0, 0, 0};

@@ -5,6 +5,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <array>
 #include <bit>
 #include <cstdint>
 #include <cstring>
@@ -68,7 +69,9 @@ class key_field {
 
   key_bytes read(const Key &key, std::size_t offset) const
   {
-    const auto *const from = reinterpret_cast<const std::uint8_t *>(&key) + offset;
+    std::array<std::uint8_t, sizeof(Key) + 16> bytes{};  // room to read an address behind any member
+    std::memcpy(bytes.data(), &key, sizeof key);
+    const std::uint8_t *const from = bytes.data() + offset;
     if (bits_ == 128) return {from, from + 16};
     static_assert(std::endian::native == std::endian::little);
     std::uint32_t number = 0;

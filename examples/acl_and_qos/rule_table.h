@@ -15,13 +15,13 @@
 
 namespace tarvex::examples {
 
-/// Parameters of an action as the library's structure holds them.
+/// Parameters of an action as the library's structure holds them. A structure with room between or behind its members
+/// is to be zeroed whole before they are set.
 using parameter_bytes = std::vector<std::uint8_t>;
 
 template <typename Parameters>
 parameter_bytes bytes_of(const Parameters &parameters)
 {
-  static_assert(std::has_unique_object_representations_v<Parameters>, "bytes between the members cannot be compared");
   const auto *const bytes = reinterpret_cast<const std::uint8_t *>(&parameters);
   return {bytes, bytes + sizeof parameters};
 }
@@ -75,7 +75,7 @@ using read_direct_counter = pd_status_t (*)(pd_sess_hdl_t, pd_dev_tgt_t, pd_entr
 template <typename Key, typename... Priority>
 class rules_of final : public rule_table {
  public:
-  using key = Key;
+  using key_type = Key;
 
   rules_of(const table_functions<Key, Priority...> &functions, const key_layout<Key> &layout,
            read_direct_counter counter = nullptr)
@@ -93,7 +93,8 @@ class rules_of final : public rule_table {
   void add(const std::string &note, Priority... priority, const Key &key, const Action &action,
            const Parameters &...parameters)
   {
-    rule added{note, (priority + ... + 0u), action.name, bytes_of(parameters...), layout_.value(key), layout_.mask(key)};
+    rule added{
+        note, (priority + ... + 0u), action.name, bytes_of(parameters...), layout_.value(key), layout_.mask(key)};
     must(action.add(session, all_pipes, &key, priority..., &parameters..., &added.handle),
          [&] { return "adding " + text(added); });
     for (std::size_t i = 0; i < added.value.size(); ++i) added.value[i] &= added.mask[i];
@@ -104,7 +105,8 @@ class rules_of final : public rule_table {
   void set_default(const std::string &note, const Default &action, const Parameters &...parameters)
   {
     default_ = rule{note, 0, action.action, bytes_of(parameters...), {}, {}};
-    must(action.set(session, all_pipes, &parameters..., &default_->handle), [&] { return "setting " + text(*default_); });
+    must(action.set(session, all_pipes, &parameters..., &default_->handle),
+         [&] { return "setting " + text(*default_); });
   }
 
   /// Gives every third rule another action by its handle, and the one behind it by its key.
@@ -131,7 +133,7 @@ class rules_of final : public rule_table {
   }
 
   /// The rule that a packet hits, by the switch and by the list; null for a miss without a default entry.
-  const rule *hit(const Key &packet, tally &compared) { return hit(layout_.value(packet), compared); }
+  const rule *hit(const Key &packet, tally &compared) { return hit_bytes(layout_.value(packet), compared); }
 
   /// Called for each packet that hits a rule.
   void on_hit(std::function<void(const rule &, const pd_counter_value_t &)> tell) { tell_ = std::move(tell); }
@@ -165,13 +167,14 @@ class rules_of final : public rule_table {
       const rule &model = rules_[random() % rules_.size()].first;
       key_bytes packet = model.value;
       for (std::size_t byte = 0; byte < packet.size(); ++byte) {
-        packet[byte] |= static_cast<std::uint8_t>(random()) & width[byte] & ~(model.mask[byte] & live_[byte]);
+        const unsigned free_bits = width[byte] & ~(model.mask[byte] & live_[byte]);
+        packet[byte] = static_cast<std::uint8_t>(packet[byte] | (random() & free_bits));
       }
       if (i % 4 == 0) {
         const std::size_t byte = random() % packet.size();
-        packet[byte] ^= static_cast<std::uint8_t>(random()) & width[byte];
+        packet[byte] = static_cast<std::uint8_t>(packet[byte] ^ (random() & width[byte]));
       }
-      hit(packet, compared);
+      hit_bytes(packet, compared);
     }
   }
 
@@ -193,7 +196,7 @@ class rules_of final : public rule_table {
     rules_.clear();
     must(functions_.reset_default_entry(session, all_pipes), [&] { return std::string("resetting ") + name(); });
     default_.reset();
-    hit(layout_.width(), compared);
+    hit_bytes(layout_.width(), compared);
   }
 
  private:
@@ -227,7 +230,7 @@ class rules_of final : public rule_table {
     return best == nullptr && default_ ? &*default_ : best;
   }
 
-  const rule *hit(const key_bytes &packet, tally &compared)
+  const rule *hit_bytes(const key_bytes &packet, tally &compared)
   {
     rule *const expected = search(packet);
     pd_entry_hdl_t found = STANDIN_NO_HANDLE;
@@ -291,7 +294,8 @@ class rules_of final : public rule_table {
     }
     if (counter_ == nullptr) return;
     pd_counter_value_t counted{};
-    must(counter_(session, all_pipes, expected.handle, 1, &counted), [&] { return "reading counter of " + text(expected); });
+    must(counter_(session, all_pipes, expected.handle, 1, &counted),
+         [&] { return "reading counter of " + text(expected); });
     compared.expect(counted.packets == expected.counted.packets && counted.bytes == expected.counted.bytes,
                     [&] { return text(expected) + " has counted " + std::to_string(counted.packets) + " packets"; });
   }

@@ -41,30 +41,30 @@ struct default_function {
 
 }  // namespace tarvex::examples
 
-#define PD_TABLE(table)                                               \
-  {                                                                   \
-    #table, p4_pd_tarvex_switch_##table##_get_mat_table_handle,       \
-        p4_pd_tarvex_switch_##table##_match_spec_to_entry_hdl,        \
-        p4_pd_tarvex_switch_##table##_table_delete,                   \
-        p4_pd_tarvex_switch_##table##_table_delete_by_match_spec,     \
-        p4_pd_tarvex_switch_##table##_get_entry,                      \
-        p4_pd_tarvex_switch_##table##_get_entry_count,                \
-        p4_pd_tarvex_switch_##table##_get_first_entry_handle,         \
-        p4_pd_tarvex_switch_##table##_get_next_entry_handles,         \
-        p4_pd_tarvex_switch_##table##_table_get_default_entry_handle, \
-        p4_pd_tarvex_switch_##table##_table_reset_default_entry       \
+#define PD_TABLE(table, ...)                                                                                           \
+  ::tarvex::examples::table_functions<p4_pd_tarvex_switch_##table##_match_spec_t __VA_OPT__(, ) __VA_ARGS__>           \
+  {                                                                                                                    \
+#table, p4_pd_tarvex_switch_##table##_get_mat_table_handle, p4_pd_tarvex_switch_##table##_match_spec_to_entry_hdl, \
+        p4_pd_tarvex_switch_##table##_table_delete, p4_pd_tarvex_switch_##table##_table_delete_by_match_spec,          \
+        p4_pd_tarvex_switch_##table##_get_entry, p4_pd_tarvex_switch_##table##_get_entry_count,                        \
+        p4_pd_tarvex_switch_##table##_get_first_entry_handle, p4_pd_tarvex_switch_##table##_get_next_entry_handles,    \
+        p4_pd_tarvex_switch_##table##_table_get_default_entry_handle,                                                  \
+        p4_pd_tarvex_switch_##table##_table_reset_default_entry                                                        \
   }
 
-#define PD_ACTION(table, action)                                                          \
-  ::tarvex::examples::action_functions                                                    \
-  {                                                                                       \
+#define PD_EXACT_TABLE(table) PD_TABLE(table)
+#define PD_TERNARY_TABLE(table) PD_TABLE(table, std::uint32_t)
+
+#define PD_ACTION(table, action)                                                           \
+  ::tarvex::examples::action_functions                                                     \
+  {                                                                                        \
     "p4_pd_tarvex_switch_" #action, p4_pd_tarvex_switch_##table##_table_add_with_##action, \
-        p4_pd_tarvex_switch_##table##_table_modify_with_##action,                         \
-        p4_pd_tarvex_switch_##table##_table_modify_with_##action##_by_match_spec          \
+        p4_pd_tarvex_switch_##table##_table_modify_with_##action,                          \
+        p4_pd_tarvex_switch_##table##_table_modify_with_##action##_by_match_spec           \
   }
 
-#define PD_DEFAULT(table, action)                                                                 \
-  ::tarvex::examples::default_function                                                            \
-  {                                                                                               \
-    "p4_pd_tarvex_switch_" #action, p4_pd_tarvex_switch_##table##_set_default_action_##action      \
+#define PD_DEFAULT(table, action)                                                             \
+  ::tarvex::examples::default_function                                                        \
+  {                                                                                           \
+    "p4_pd_tarvex_switch_" #action, p4_pd_tarvex_switch_##table##_set_default_action_##action \
   }

@@ -1,4 +1,4 @@
-// The frame of an example program: its one argument, its result line and its exit status.
+// The frame of an example program: its result line and its exit status, and its argument where it has but one.
 //
 // SPDX-License-Identifier: Apache-2.0
 #include "program.h"
@@ -19,19 +19,18 @@ std::optional<std::string> only_argument(int argc, char **argv)
 
 }  // namespace
 
-int run_program(int argc, char **argv, const char *name, const char *usage,
-                std::string (*run)(const std::optional<std::string> &argument, tally &compared))
+int run_program(const char *name, const char *usage,
+                const std::function<std::optional<std::string>(tally &compared)> &run)
 try {
   std::setvbuf(stdout, nullptr, _IOLBF, 0);  // in step with standard error where both go to one file
-  const auto argument = only_argument(argc, argv);
-  if (argument == "--help") {
+  tally compared;
+  const auto done = run(compared);
+  if (!done) {
     std::printf("%s\n%s", usage, exit_status_text);
     return all_well;
   }
-  tally compared;
-  const std::string done = run(argument, compared);
   std::printf("result: %s: %s, %" PRIu64 " comparisons, %" PRIu64 " differences\n",
-              compared.different() == 0 ? "good" : "DIFFERENT", done.c_str(), compared.compared(),
+              compared.different() == 0 ? "good" : "DIFFERENT", done->c_str(), compared.compared(),
               compared.different());
   return compared.different() == 0 ? all_well : differences_found;
 } catch (const usage_error &error) {
@@ -44,6 +43,16 @@ try {
   std::fprintf(stderr, "%s: %s\n", name, error.what());
   std::puts("result: the driver refused");
   return refused_by_driver;
+}
+
+int run_program(int argc, char **argv, const char *name, const char *usage,
+                std::string (*run)(const std::optional<std::string> &argument, tally &compared))
+{
+  return run_program(name, usage, [&](tally &compared) -> std::optional<std::string> {
+    const auto argument = only_argument(argc, argv);
+    if (argument == "--help") return std::nullopt;
+    return run(argument, compared);
+  });
 }
 
 }  // namespace tarvex::examples

@@ -1,8 +1,9 @@
-// The frame of an example program: its one argument, its result line and its exit status.
+// The frame of an example program: its result line and its exit status, and its argument where it has but one.
 //
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -26,7 +27,11 @@ struct file_error : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// Runs `run` on a device of its own. It gives what it did, as one line, and keeps the tally.
+/// Runs `run`, which keeps the tally and gives what it did, as one line, or nothing where the usage text is wanted.
+int run_program(const char *name, const char *usage,
+                const std::function<std::optional<std::string>(tally &compared)> &run);
+
+/// The same for a program of one argument, which may be left out.
 int run_program(int argc, char **argv, const char *name, const char *usage,
                 std::string (*run)(const std::optional<std::string> &argument, tally &compared));
 

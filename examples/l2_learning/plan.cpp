@@ -40,8 +40,8 @@ std::vector<station> make_stations(const std::vector<std::uint32_t> &ouis, std::
     made.id.address = {ouis[random.below(ouis.size())], static_cast<std::uint32_t>(random.below(1 << 24))};
     made.id.domain = static_cast<std::uint16_t>(first_domain + random.below(domain_count));
     made.does = role_of(random.below(100));
-    made.interface = made.does == role::blocked ? blocked_interface
-                                                : static_cast<std::uint32_t>(random.below(interface_count));
+    made.interface =
+        made.does == role::blocked ? blocked_interface : static_cast<std::uint32_t>(random.below(interface_count));
     if (taken.insert(made.id).second) stations.push_back(made);
   }
   return stations;
@@ -108,7 +108,7 @@ class planner {
       send(made_.conversation, moved, broadcast);
       ++made_.forwarding.broadcast;
       ++made_.learning.moved;
-      made_.survivors[from.id] = {moved.interface, ttl - clock_step};
+      made_.survivors[from.id] = {moved.interface, ttl - clock_step, false};
     } else if (from.does == role::active) {
       talk(made_.conversation, from, *active_.pick(from.id.domain, random_));
     }
@@ -118,25 +118,22 @@ class planner {
   {
     switch (from.does) {
       case role::quiet:
-      case role::hasty:
-        ++made_.learning.aged;
-        break;
+      case role::hasty: ++made_.learning.aged; break;
       case role::returning:
         ++made_.learning.aged;
         send(made_.aftermath, from, broadcast);
         ++made_.forwarding.broadcast;
         ++made_.learning.learned;
-        made_.survivors[from.id] = {from.interface, ttl};
+        made_.survivors[from.id] = {from.interface, ttl, false};
         break;
       case role::active: {
         const station *const gone = quiet_.pick(from.id.domain, random_);
         talk(made_.aftermath, from, gone != nullptr ? *gone : *active_.pick(from.id.domain, random_));
-        made_.survivors[from.id] = {from.interface, ttl};
+        made_.survivors[from.id] = {from.interface, ttl, true};
         break;
       }
       case role::moving:
-      case role::blocked:
-        break;
+      case role::blocked: break;
     }
   }
 

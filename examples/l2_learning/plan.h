@@ -34,6 +34,7 @@ struct frame {
 struct survivor {
   std::uint32_t interface = 0;
   std::uint32_t ttl_left = 0;
+  bool was_hit = false;
 };
 
 struct plan {

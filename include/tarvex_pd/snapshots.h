@@ -1,8 +1,9 @@
 /*
  * Snapshots: what the packet header and metadata fields of the pipeline held when a packet met a trigger.
  *
- * The usual order: create a snapshot; clear two trigger records and add fields to them by name; hand them to the driver;
- * when a packet has met the trigger, fetch the captures, take each record apart and show its fields; delete the snapshot.
+ * The usual order: create a snapshot; clear two trigger records and add fields to them by name; hand them to the
+ * driver; when a packet has met the trigger, fetch the captures, take each record apart and show its fields; delete the
+ * snapshot.
  *
  * Fields, trigger records and captures differ between ingress and egress. Bit 1 of the handle tells which of the two a
  * snapshot is; the functions look at nothing else of a handle. All buffers are the caller's, and none is kept.
@@ -46,8 +47,8 @@ typedef uint32_t pd_pipe_t;
 #define P4_PD_TARVEX_SWITCH_SNAPSHOT_CAPTURE_AREA_BYTES 52512
 
 /**
- * Values, or masks, of a trigger, field behind field without gaps; a field of 3 bytes takes 4. A mask of zeros takes the
- * field out of the trigger. Clear both records, then fill them by p4_pd_tarvex_switch_snapshot_capture_trigger_add.
+ * Values, or masks, of a trigger, field behind field without gaps; a field of 3 bytes takes 4. A mask of zeros takes
+ * the field out of the trigger. Clear both records, then fill them by p4_pd_tarvex_switch_snapshot_capture_trigger_add.
  */
 typedef struct snap_trig_spec {
   uint8_t fields[P4_PD_TARVEX_SWITCH_SNAPSHOT_FIELD_BYTES];

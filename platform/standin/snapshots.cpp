@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "device.h"
+#include "pipeline.h"
 
 namespace tarvex::standin {
 namespace {
@@ -73,6 +74,33 @@ pd_status_t serve_snapshot(const char *function, std::uint32_t hdl, Body body)
   return on_snapshot(hdl, body);
 }
 
+std::span<const pipeline_snapshot_field> fields_of(std::uint32_t direction)
+{
+  return direction == STANDIN_SNAPSHOT_EGRESS ? pipeline_egress_fields : pipeline_ingress_fields;
+}
+
+/// Brings the masks of 3 bytes into the order of their values.
+void line_up_masks(field_record &mask, std::uint32_t direction)
+{
+  for (const pipeline_snapshot_field &field : fields_of(direction)) {
+    const auto at = mask.begin() + field.offset;
+    if (field.size == 3) std::reverse(at, at + 4);
+  }
+}
+
+void store_field(std::uint8_t *to, std::uint16_t size, const std::uint32_t *value)
+{
+  if (size == 16) {
+    for (std::size_t i = 0; i < size; ++i) to[i] = static_cast<std::uint8_t>(value[i]);
+    return;
+  }
+  for (unsigned i = 0; i < size; ++i) {
+    const unsigned shift = 8 * (size == 4 ? 3 - i : i);
+    to[i] = static_cast<std::uint8_t>(*value >> shift);
+  }
+  if (size == 3) to[3] = 0;
+}
+
 bool triggers(const snapshot &snap, const std::uint8_t *fields)
 {
   for (std::size_t i = 0; i < snap.mask.size(); ++i)
@@ -123,6 +151,8 @@ pd_status_t bf_snapshot_capture_trigger_set(uint32_t hdl, void *value_rec, void 
     if (value_rec == nullptr || mask_rec == nullptr) return STANDIN_BAD_ARGUMENT;
     std::memcpy(snap.value.data(), value_rec, snap.value.size());
     std::memcpy(snap.mask.data(), mask_rec, snap.mask.size());
+    line_up_masks(snap.mask, (hdl & egress_bit) != 0 ? STANDIN_SNAPSHOT_EGRESS : STANDIN_SNAPSHOT_INGRESS);
+    snap.captures.clear();
     snap.armed = true;
     return success;
   });
@@ -161,4 +191,16 @@ pd_status_t standin_snapshot_packet(uint32_t hdl, uint32_t pipe_id, const uint8_
     snap.captures.push_back(taken);
     return success;
   });
+}
+
+pd_status_t standin_snapshot_field_set(uint32_t direction, const char *name, const uint32_t *value, uint8_t *fields)
+{
+  if (name == nullptr || value == nullptr || fields == nullptr || direction > STANDIN_SNAPSHOT_EGRESS)
+    return STANDIN_BAD_ARGUMENT;
+  for (const pipeline_snapshot_field &field : fields_of(direction)) {
+    if (std::strcmp(field.name, name) != 0) continue;
+    store_field(fields + field.offset, field.size, value);
+    return success;
+  }
+  return STANDIN_NO_OBJECT;
 }

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "bytes.h"
 #include "snapshot_layouts.h"
 #include "tarvex_pd/snapshots.h"
 
@@ -15,32 +16,37 @@ const snapshot_field *find_field(const snapshot_layout &layout, const char *name
 {
   if (name == nullptr) return nullptr;
   const std::uint16_t *const end = layout.by_name + layout.field_count;
-  const std::uint16_t *const found =
-      std::lower_bound(layout.by_name, end, name, [&](std::uint16_t place, const char *wanted) {
-        return std::strcmp(layout.fields[place].name, wanted) < 0;
-      });
+  const std::uint16_t *const found = std::lower_bound(
+      layout.by_name, end, name,
+      [&](std::uint16_t place, const char *wanted) { return std::strcmp(layout.fields[place].name, wanted) < 0; });
   if (found == end || std::strcmp(layout.fields[*found].name, name) != 0) return nullptr;
   return &layout.fields[*found];
 }
 
-/// Whether the record holds a field of up to 4 bytes with its highest byte first. Words of 4 bytes stand in host order.
-bool is_reversed(const snapshot_field &field) { return field.size == 2 || field.size == 3; }
-
-/// A mask of 3 bytes is a word in host order too, unlike its value.
-void store_all_ones(std::uint8_t *to, const snapshot_field &field)
-{
-  std::memset(to, 0, field.slot());
-  std::memset(to, 0xff, field.size);
-}
-
+/// Values of 2 and 3 bytes stand in a trigger record with their highest byte first, those of 3 bytes in a whole word.
+/// Values of 4 bytes stand in host order.
 void store_value(std::uint8_t *to, const snapshot_field &field, const std::uint32_t *value)
 {
-  if (field.size == 16) {
-    for (std::size_t i = 0; i < 16; ++i) to[i] = static_cast<std::uint8_t>(value[i]);
-    return;
+  switch (field.size) {
+    case 1: return put_big_endian<1>(to, *value);
+    case 2: return put_big_endian<2>(to, *value);
+    case 3: return put_big_endian<4>(to, *value);
+    case 4: std::memcpy(to, value, 4); return;
+    default: std::transform(value, value + 16, to, [](std::uint32_t word) { return static_cast<std::uint8_t>(word); });
   }
-  std::memcpy(to, value, field.slot());
-  if (is_reversed(field)) std::reverse(to, to + field.slot());
+}
+
+bool has_high_byte_first(const snapshot_field &field) { return field.size == 2 || field.size == 3; }
+
+/// Unlike the value, a mask of 3 bytes is a word in host order.
+void store_all_ones(std::uint8_t *to, const snapshot_field &field)
+{
+  constexpr std::uint32_t three_bytes = 0xff'ffff;
+  if (field.size == 3) {
+    std::memcpy(to, &three_bytes, sizeof three_bytes);
+  } else {
+    std::memset(to, 0xff, field.size);
+  }
 }
 
 bool is_zero(const std::uint8_t *bytes, const snapshot_field &field)
@@ -84,7 +90,7 @@ uint32_t p4_pd_tarvex_switch_snapshot_capture_trigger_show(uint32_t ctx, pd_snap
     if (is_zero(mask, field)) continue;
     const std::uint8_t *value = value_rec->fields + field.offset;
     std::uint8_t low_byte_first[4];
-    if (is_reversed(field)) {
+    if (has_high_byte_first(field)) {
       std::reverse_copy(value, value + field.slot(), low_byte_first);
       value = low_byte_first;
     }
@@ -111,8 +117,8 @@ uint32_t p4_pd_tarvex_switch_snapshot_capture_data_single_get(int32_t index, uin
       static_cast<const std::uint8_t *>(capture) + index * std::ptrdiff_t{capture_record_bytes};
   *first_byte = record[0];
   std::memcpy(ctrl, record, P4_PD_TARVEX_SWITCH_SNAPSHOT_CTRL_BYTES);
-  std::memcpy(fields, record + P4_PD_TARVEX_SWITCH_SNAPSHOT_CTRL_BYTES,
-              is_egress != 0 ? P4_PD_TARVEX_SWITCH_SNAPSHOT_EGRESS_FIELD_BYTES
-                             : P4_PD_TARVEX_SWITCH_SNAPSHOT_FIELD_BYTES);
+  std::memcpy(
+      fields, record + P4_PD_TARVEX_SWITCH_SNAPSHOT_CTRL_BYTES,
+      is_egress != 0 ? P4_PD_TARVEX_SWITCH_SNAPSHOT_EGRESS_FIELD_BYTES : P4_PD_TARVEX_SWITCH_SNAPSHOT_FIELD_BYTES);
   return record[1];
 }

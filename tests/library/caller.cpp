@@ -125,20 +125,23 @@ void call::fill(argument_kind kind, std::span<const std::uint8_t> content, std::
 std::uint64_t call::run(std::uint8_t stack_pattern)
 {
   constexpr std::uint64_t junk = 0xfeedface'00000000;
-  std::vector<ffi_type *> types;
-  std::vector<std::uint64_t> passed = values_;
-  std::vector<void *> places;
-  for (std::size_t i = 0; i < passed.size(); ++i) {
+  // Nothing here needs a destructor: a failed assertion of the library jumps past this frame.
+  constexpr std::size_t most = 16;
+  std::array<ffi_type *, most> types;
+  std::array<std::uint64_t, most> passed;
+  std::array<void *, most> places;
+  if (values_.size() > most) std::abort();
+  for (std::size_t i = 0; i < values_.size(); ++i) {
     const argument_kind kind = function_.arguments[i];
-    if (!pointers.contains(kind) && !words.contains(kind)) passed[i] |= junk;
-    types.push_back(type_of(kind));
-    places.push_back(kind == idle_params ? static_cast<void *>(blocks_[i].data()) : &passed[i]);
+    passed[i] = pointers.contains(kind) || words.contains(kind) ? values_[i] : values_[i] | junk;
+    types[i] = type_of(kind);
+    places[i] = kind == idle_params ? static_cast<void *>(blocks_[i].data()) : &passed[i];
   }
   ffi_type *result_type = function_.result == calls::result_kind::none   ? &ffi_type_void
                           : function_.result == calls::result_kind::text ? &ffi_type_pointer
                                                                          : &ffi_type_uint32;
   ffi_cif description;
-  if (ffi_prep_cif(&description, FFI_DEFAULT_ABI, static_cast<unsigned>(types.size()), result_type, types.data()) !=
+  if (ffi_prep_cif(&description, FFI_DEFAULT_ABI, static_cast<unsigned>(values_.size()), result_type, types.data()) !=
       FFI_OK) {
     std::abort();
   }
@@ -166,9 +169,7 @@ std::string call::unexpected_bytes() const
   std::string text;
   for (std::size_t i = 0; i < blocks_.size(); ++i) {
     if (blocks_[i] == expected_[i]) continue;
-    const auto [first, other] = std::mismatch(blocks_[i].begin(), blocks_[i].end(), expected_[i].begin());
-    text += "argument " + std::to_string(i) + " from byte " + std::to_string(first - blocks_[i].begin()) + ":\n  is " +
-            hex({first, blocks_[i].end()}) + "\n  should be " + hex({other, expected_[i].end()}) + '\n';
+    text += "\nargument " + std::to_string(i) + difference(expected_[i], blocks_[i]);
   }
   return text;
 }
@@ -182,6 +183,16 @@ const exported_function &function_named(const std::string &name)
     std::abort();
   }
   return *found;
+}
+
+std::string difference(std::span<const std::uint8_t> expected, std::span<const std::uint8_t> actual)
+{
+  const auto at = std::ranges::mismatch(expected, actual).in1 - expected.begin();
+  const auto from = [&](std::span<const std::uint8_t> all) {
+    const auto rest = all.subspan(static_cast<std::size_t>(at));
+    return hex(rest.first(std::min<std::size_t>(rest.size(), 24)));
+  };
+  return " from byte " + std::to_string(at) + ": is " + from(actual) + ", should be " + from(expected);
 }
 
 std::string hex(std::span<const std::uint8_t> content)

@@ -60,6 +60,8 @@ class call {
 
 /// The function of a full name; fails the program where there is none.
 const exported_function &function_named(const std::string &name);
+/// Where bytes differ, in words.
+std::string difference(std::span<const std::uint8_t> expected, std::span<const std::uint8_t> actual);
 std::string hex(std::span<const std::uint8_t> content);
 
 }  // namespace tarvex::test

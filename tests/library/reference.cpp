@@ -107,14 +107,14 @@ bytes without_gaps(const recorded_argument &argument)
 {
   bytes record = argument.record;
   if (record.size() != sizeof(pd_idle_params_t) || argument.word != 0) return record;
-  for (const std::size_t gap : {4, 20}) std::fill_n(record.begin() + static_cast<std::ptrdiff_t>(gap), 4, 0);
+  for (const std::ptrdiff_t gap : {4, 20}) std::fill_n(record.begin() + gap, 4, 0);
   return record;
 }
 
 std::string difference(const recorded_argument &expected, const recorded_argument &actual)
 {
   if (without_gaps(expected) != without_gaps(actual) && !expected.record.empty()) {
-    return "record\n    is        " + hex(actual.record) + "\n    should be " + hex(expected.record);
+    return "record" + test::difference(expected.record, actual.record);
   }
   if (expected.word == actual.word || (expected.word == anywhere && actual.word != 0)) return {};
   return std::to_string(actual.word) + " instead of " + std::to_string(expected.word);
@@ -164,8 +164,10 @@ std::string difference(const std::vector<recorded_call> &expected, const std::ve
     }
     for (std::size_t at = 0; at < actual[i].arguments.size(); ++at) {
       if (at >= expected[i].arguments.size()) return which + ": too many arguments";
-      const std::string wrong = difference(expected[i].arguments[at], actual[i].arguments[at]);
-      if (!wrong.empty()) return which + ", " + actual[i].function + ", argument " + std::to_string(at) + ": " + wrong;
+      std::string wrong = difference(expected[i].arguments[at], actual[i].arguments[at]);
+      if (wrong.empty()) continue;
+      wrong.insert(0, which + ", " + actual[i].function + ", argument " + std::to_string(at) + ": ");
+      return wrong;
     }
   }
   return {};

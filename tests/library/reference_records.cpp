@@ -228,9 +228,12 @@ bytes key_structure(const calls::table_info &table, const bytes &value, const by
   bytes structure(table.record_size);
   std::size_t at = 0;
   for (const calls::field_info &field : table.fields) {
-    const std::uint8_t partition[] = {static_cast<std::uint8_t>(partition_index >> 8),
-                                      static_cast<std::uint8_t>(partition_index)};
-    put_field(structure, field.member, field.match == match_kind::partition ? partition : &value[at], field.bits);
+    if (field.match == match_kind::partition) {
+      const auto index = static_cast<std::uint16_t>(partition_index);
+      std::memcpy(&structure[field.member], &index, sizeof index);
+    } else {
+      put_field(structure, field.member, &value[at], field.bits);
+    }
     if (with_masks && field.match == match_kind::ternary) put_field(structure, field.companion, &mask[at], field.bits);
     if (with_masks && field.match == match_kind::lpm) {
       const auto prefix = static_cast<std::uint16_t>(prefix_of_mask(&mask[at], field.bits));

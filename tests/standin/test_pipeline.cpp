@@ -40,10 +40,16 @@ constexpr pipeline_resource resources[] = {
     {host_register, "hostData", resource_kind::register_, true, host_table},
 };
 
+constexpr pipeline_snapshot_field ingress_fields[] = {
+    {"flags", 0, 1}, {"port", 1, 2}, {"station", 3, 3}, {"label", 7, 4}, {"address", 11, 16}};
+constexpr pipeline_snapshot_field egress_fields[] = {{"station", 0, 3}};
+
 }  // namespace
 
 const std::span<const pipeline_table> pipeline_tables = tables;
 const std::span<const pipeline_profile> pipeline_profiles = profiles;
 const std::span<const pipeline_resource> pipeline_resources = resources;
+const std::span<const pipeline_snapshot_field> pipeline_ingress_fields = ingress_fields;
+const std::span<const pipeline_snapshot_field> pipeline_egress_fields = egress_fields;
 
 }  // namespace tarvex::standin

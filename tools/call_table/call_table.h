@@ -211,6 +211,7 @@ enum class family_id : std::uint8_t {
   adt_plcmt_data_print,
   adt_plcmt_data_value,
   dispatch,
+  snapshot,
 };
 
 enum class result_kind : std::uint8_t { status, none, number, text, pointer, count, truth };
@@ -314,6 +315,27 @@ enum class argument_kind : std::uint8_t {
   fd,
   indent,
   table_handle,
+  stage,  // cut to 8 bits
+  snapshot_direction,
+  snapshot_hdl,
+  snapshot_hdl_out,
+  trigger_record,
+  trigger_record_out,
+  pipe,  // cut to 16 bits
+  capture_area_out,
+  capture_count_out,
+  snapshot_field_name,
+  snapshot_field_words,
+  snapshot_context,
+  snapshot_list_callback,
+  snapshot_show_callback,
+  capture_fields,
+  capture_index,
+  is_egress,
+  capture_area,
+  first_byte_out,
+  capture_ctrl_out,
+  capture_fields_out,
 };
 
 using address = void (*)();

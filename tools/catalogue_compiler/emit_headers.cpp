@@ -142,19 +142,10 @@ void emit_public_headers(const model &m, const functions &all, const std::filesy
                   {"resource_values", "types"}, folder);
   emit_prototypes(functions_of_hashes(all), "hash_calculations", "Hash calculations, by name.",
                   {"hash_access", "types"}, folder);
-  std::vector<std::string> includes = {"types",
-                                       "driver_records",
-                                       "resource_values",
-                                       "lifecycle",
-                                       "learning_digest",
-                                       "parser_value_set",
-                                       "meter_access",
-                                       "register_access",
-                                       "hash_access",
-                                       "dispatch",
-                                       "actions",
-                                       "resources",
-                                       "hash_calculations"};
+  std::vector<std::string> includes = {"types",           "driver_records",   "resource_values", "lifecycle",
+                                       "learning_digest", "parser_value_set", "meter_access",    "register_access",
+                                       "hash_access",     "snapshots",        "dispatch",        "actions",
+                                       "resources",       "hash_calculations"};
   for (std::size_t g = 0; g < m.groups.size(); ++g) {
     if (functions_of_group(all, g).empty()) continue;
     emit_group(m, all, g, folder);

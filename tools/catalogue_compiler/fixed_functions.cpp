@@ -86,6 +86,28 @@ void add_fixed_functions(std::vector<exported_function> &to)
   fixed("plcmt_data_eq_to_hw", result_kind::truth, {{"sess_hdl"}, {"dev_id"}, table, {"entry_hdl"}, placed});
   fixed("stringify_counter_matchspec", number, {{"sess_hdl"}, {"dev_id"}, table, {"entry_hdl"}, text});
 
+  family = "snapshot";
+  const slot snapshot{"snapshot_hdl"}, context{"snapshot_context"};
+  fixed("snapshot_create", status, {{"dev_tgt"}, {"stage"}, {"stage"}, {"snapshot_direction"}, {"snapshot_hdl_out"}});
+  fixed("snapshot_delete", status, {snapshot});
+  fixed("snapshot_capture_trigger_set", status, {snapshot, {"trigger_record"}, {"trigger_record"}});
+  fixed("snapshot_capture_data_get", status, {snapshot, {"pipe"}, {"capture_area_out"}, {"capture_count_out"}});
+  fixed("snapshot_trig_spec_size", number, {});
+  fixed("snapshot_capture_data_size", number, {});
+  fixed("snapshot_capture_trigger_add", number,
+        {snapshot, {"trigger_record_out"}, {"trigger_record_out"}, {"snapshot_field_name"}, {"snapshot_field_words"}});
+  fixed("snapshot_capture_trigger_list", number, {context, snapshot, {"snapshot_list_callback"}, {"cookie"}});
+  fixed("snapshot_capture_trigger_show", number,
+        {context, snapshot, {"trigger_record"}, {"trigger_record"}, {"snapshot_show_callback"}});
+  fixed("snapshot_capture_field_show", number, {context, snapshot, {"capture_fields"}, {"snapshot_show_callback"}});
+  fixed("snapshot_capture_data_single_get", number,
+        {{"capture_index"},
+         {"is_egress"},
+         {"capture_area"},
+         {"first_byte_out"},
+         {"capture_ctrl_out"},
+         {"capture_fields_out"}});
+
   family = "hash_access";
   fixed("hash_calc_input_set", status, {{"sess_hdl"}, {"dev_id"}, {"calc_name"}});
   fixed("hash_calc_input_field_attribute_count_get", status,

@@ -255,13 +255,31 @@ enum { STANDIN_SNAPSHOT_INGRESS = 0, STANDIN_SNAPSHOT_EGRESS = 1 };
 /** Bytes of the driver's control data in a capture that mean something: the pipe, then a running number from 1. */
 #define STANDIN_SNAPSHOT_CTRL_BYTES 2
 
+/*
+ * The field data of triggers and captures holds the fields of the snapshot's direction one behind the other. Those of
+ * 1, 4 and 16 bytes stand with the highest byte first, those of 2 bytes with the lowest first, and so do those of 3
+ * bytes with a 0 behind them. A trigger's mask of 3 bytes is the exception: a 0, then the highest byte first. A new
+ * trigger drops what was captured under the one before.
+ */
+
 /**
  * A packet passes the pipe of a snapshot: its fields are captured where they agree with the trigger in all bits of the
  * trigger's mask.
  *
- * @param fields  STANDIN_SNAPSHOT_FIELD_BYTES bytes, in the byte order that the driver gets triggers in
+ * @param fields  STANDIN_SNAPSHOT_FIELD_BYTES bytes of field data
  */
 pd_status_t standin_snapshot_packet(uint32_t hdl, uint32_t pipe_id, const uint8_t *fields);
+
+/**
+ * Gives a field of a packet its value; a trigger that asks the library for the same value is met.
+ *
+ * @param direction  STANDIN_SNAPSHOT_INGRESS or STANDIN_SNAPSHOT_EGRESS
+ * @param name  name of the field
+ * @param value  one word; of a field of 16 bytes 16 words, each with one byte in its low byte
+ * @param fields  field data of the packet
+ * @return STANDIN_NO_OBJECT where the direction has no such field
+ */
+pd_status_t standin_snapshot_field_set(uint32_t direction, const char *name, const uint32_t *value, uint8_t *fields);
 
 /* ---- faults and observation ------------------------------------------------------------------------------------ */
 

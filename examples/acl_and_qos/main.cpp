@@ -1,0 +1,87 @@
+// Access lists and quality of service on a stand-in switch: a few hundred rules are written, read back, changed,
+// deleted and looked up, and all that the switch says is compared with a plain search over the list of the rules.
+//
+// SPDX-License-Identifier: Apache-2.0
+#include <charconv>
+
+#include "packet_walk.h"
+#include "program.h"
+
+namespace {
+
+using namespace tarvex::examples;
+
+constexpr char usage[] = R"(usage: acl_and_qos [SEED]
+
+Programs access lists and quality of service of a stand-in switch: traps to the CPU, policers, mirror sessions, halo
+stages, drops, classes and rewrites. Takes a few packets through the tables and prints what each one hits; then looks up
+others at random, reads all rules back, changes some, deletes some, and compares with what it wrote at each step.
+
+  SEED    picks other packets (default 1)
+  --help  this text
+)";
+
+constexpr unsigned packets_a_table = 500;
+
+std::uint64_t parse_seed(const std::optional<std::string> &argument)
+{
+  if (!argument) return 1;
+  std::uint64_t seed = 0;
+  const auto [end, error] = std::from_chars(argument->data(), argument->data() + argument->size(), seed);
+  if (error != std::errc() || end != argument->data() + argument->size()) {
+    throw usage_error("SEED is a number from 0 up to 64 bits, not '" + *argument + '\'');
+  }
+  return seed;
+}
+
+std::string run(const std::optional<std::string> &argument, tally &compared)
+{
+  std::mt19937_64 random(parse_seed(argument));
+  switch_device device;
+  acl_tables acl;
+  halo_tables halo;
+  qos_tables qos;
+  std::vector<rule_table *> tables;
+  for (const auto &some : {acl.all(), halo.all(), qos.all()}) tables.insert(tables.end(), some.begin(), some.end());
+  const auto check = [&] {
+    for (rule_table *table : tables) table->look_up(random, packets_a_table, compared);
+    for (const rule_table *table : tables) table->read_back(compared);
+    acl.read_cells_back(compared);
+    qos.read_config_back(compared);
+  };
+
+  acl.program();
+  halo.program();
+  qos.program();
+  std::size_t rules = 0;
+  for (const rule_table *table : tables) {
+    std::printf("%-26s %4zu rules\n", table->name(), table->size());
+    rules += table->size();
+  }
+  const std::size_t packets = walk_packets(acl, halo, qos, compared);
+  check();
+  std::printf("written     %6zu rules in %zu tables, read back and looked up\n", rules, tables.size());
+
+  acl.change();
+  halo.change();
+  qos.change();
+  check();
+  std::size_t changed = 0;
+  for (const rule_table *table : tables) changed += table->changed();
+  std::printf("changed     %6zu rules, by handle and by key\n", changed);
+
+  std::size_t removed = 0;
+  for (rule_table *table : tables) removed += table->remove_some(compared);
+  check();
+  std::printf("deleted     %6zu rules, by handle and by key\n", removed);
+
+  for (rule_table *table : tables) table->remove_all(compared);
+  for (const rule_table *table : tables) table->read_back(compared);
+  std::printf("deleted     %6zu rules, the rest\n", rules - removed);
+  return std::to_string(rules) + " rules written, " + std::to_string(changed) + " changed, " + std::to_string(packets) +
+         " packets taken through";
+}
+
+}  // namespace
+
+int main(int argc, char **argv) { return run_program(argc, argv, "acl_and_qos", usage, run); }

@@ -1,0 +1,173 @@
+// Bytes of a trigger on their way: in the caller's records, at the driver, and shown again. They were computed by hand.
+//
+// SPDX-License-Identifier: Apache-2.0
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "fields.h"
+#include "recorder.h"
+
+namespace tarvex::test {
+namespace {
+
+constexpr std::size_t record_size = 712;
+
+/// Records as the driver receives them.
+struct received {
+  bytes value, mask;
+};
+
+received set_trigger(pd_snapshot_hdl_t hdl, const snap_trig_spec_t &value, const snap_trig_spec_t &mask)
+{
+  received got;
+  driver().reset();
+  driver().answer = [&](const recorded_call &call) {
+    EXPECT_EQ(call.function, "bf_snapshot_capture_trigger_set");
+    EXPECT_EQ(call.arguments[0].word, hdl);
+    const auto *first = &call.at<std::uint8_t>(1), *second = &call.at<std::uint8_t>(2);
+    got = {bytes(first, first + record_size), bytes(second, second + record_size)};
+    return 0x80000009u;
+  };
+  EXPECT_EQ(p4_pd_tarvex_switch_snapshot_capture_trigger_set(hdl, &value, &mask), 0x80000009u);
+  EXPECT_EQ(driver().calls.size(), 1u);
+  return got;
+}
+
+snap_trig_spec_t filled_with(std::uint8_t byte)
+{
+  snap_trig_spec_t record;
+  std::fill(std::begin(record.fields), std::end(record.fields), byte);
+  return record;
+}
+
+bytes bytes_of(const snap_trig_spec_t &record) { return {std::begin(record.fields), std::end(record.fields)}; }
+
+/// A record of one byte throughout, but for some of its bytes.
+bytes with(std::uint8_t background, std::size_t offset, const bytes &content)
+{
+  bytes record(record_size, background);
+  std::copy(content.begin(), content.end(), record.begin() + static_cast<std::ptrdiff_t>(offset));
+  return record;
+}
+
+const bytes address = {0x01, 0x12, 0x23, 0x34, 0x45, 0x56, 0x67, 0x78, 0x89, 0x9a, 0xab, 0xbc, 0xcd, 0xde, 0xef, 0xf0};
+const bytes ones1(1, 0xff), ones2(2, 0xff), ones3(3, 0xff), ones4(4, 0xff), ones16(16, 0xff);
+
+// What becomes of the word 0x11223344, or of the address.
+struct sized_bytes {
+  bytes value, mask;                // in the caller's records
+  bytes driver_value, driver_mask;  // at the driver
+  bytes shown, shown_mask;
+};
+const sized_bytes of_1 = {{0x44}, ones1, {0x44}, ones1, {0x44}, ones1};
+const sized_bytes of_2 = {{0x33, 0x44}, ones2, {0x44, 0x33}, ones2, {0x44, 0x33}, ones2};
+const sized_bytes of_3 = {{0x11, 0x22, 0x33, 0x44}, {0xff, 0xff, 0xff, 0}, {0x44, 0x33, 0x22, 0x11},
+                          {0, 0xff, 0xff, 0xff},    {0x44, 0x33, 0x22},    ones3};
+const sized_bytes of_4 = {{0x44, 0x33, 0x22, 0x11}, ones4, {0x11, 0x22, 0x33, 0x44}, ones4,
+                          {0x44, 0x33, 0x22, 0x11}, ones4};
+const sized_bytes of_16 = {address, ones16, address, ones16, address, ones16};
+
+TEST(trigger_bytes, of_each_size)
+{
+  const struct {
+    pd_snapshot_hdl_t hdl;
+    const char *name;
+    std::size_t offset;
+    const sized_bytes &to;
+  } cases[] = {
+      {ingress, "ig_intr_md__pad3", 3, of_1},
+      {ingress, "ig_intr_md_ingress_port", 4, of_2},
+      {ingress, "outerEthHdr_dmacOui", 27, of_3},
+      {ingress, "outerIpv4Hdr_sip", 99, of_4},
+      {ingress, "outerIpv6Hdr_sip", 186, of_16},
+      {ingress, "__md_ingress___init_61", 686, of_2},
+      {egress, "arpHdr_opcode", 6, of_2},
+      {egress, "outerEthHdr_dmacOui", 27, of_3},
+      {egress, "outerIpv6Hdr_sip", 100, of_16},
+      {egress, "outerTcpHdr_ackNo", 187, of_4},
+      {egress, "eg_intr_md_for_mb__pad1", 431, of_1},
+  };
+  for (const auto &[hdl, name, offset, to] : cases) {
+    SCOPED_TRACE(name);
+    std::uint32_t words[16] = {0x11223344};
+    if (to.value.size() == 16)
+      for (std::size_t i = 0; i < 16; ++i) words[i] = 0xfedcba00u | address[i];
+    // In the background nothing but the field changes, and what it held before is gone.
+    snap_trig_spec_t value = filled_with(0xa5), mask = filled_with(0x96);
+    EXPECT_EQ(p4_pd_tarvex_switch_snapshot_capture_trigger_add(hdl, &value, &mask, name, words), 1u);
+    EXPECT_EQ(bytes_of(value), with(0xa5, offset, to.value));
+    EXPECT_EQ(bytes_of(mask), with(0x96, offset, to.mask));
+
+    value = mask = filled_with(0);
+    EXPECT_EQ(p4_pd_tarvex_switch_snapshot_capture_trigger_add(hdl, &value, &mask, name, words), 1u);
+    for (int time = 0; time < 2; ++time) {
+      const received got = set_trigger(hdl, value, mask);
+      EXPECT_EQ(got.value, with(0, offset, to.driver_value));
+      EXPECT_EQ(got.mask, with(0, offset, to.driver_mask));
+    }
+    EXPECT_EQ(bytes_of(value), with(0, offset, to.value));
+    EXPECT_EQ(bytes_of(mask), with(0, offset, to.mask));
+
+    shown.clear();
+    EXPECT_EQ(p4_pd_tarvex_switch_snapshot_capture_trigger_show(9, hdl, &value, &mask, keep_shown), 9u);
+    EXPECT_EQ(shown, (std::vector<shown_field>{{name, to.shown, to.shown_mask, nullptr}}));
+  }
+}
+
+// Neighbouring bytes differ, so that every byte of an exchanged field moves.
+TEST(trigger_bytes, only_words_are_exchanged)
+{
+  snap_trig_spec_t value, mask;
+  for (std::size_t i = 0; i < record_size; ++i) {
+    value.fields[i] = static_cast<std::uint8_t>(i * 7 + 1);
+    mask.fields[i] = static_cast<std::uint8_t>(i * 11 + 5);
+  }
+  const struct {
+    pd_snapshot_hdl_t hdl;
+    std::ptrdiff_t end;
+    std::size_t exchanged;
+  } layouts[] = {{ingress, 690, 378}, {egress, 437, 260}};
+  for (const auto &[hdl, end, exchanged] : layouts) {
+    const received got = set_trigger(hdl, value, mask);
+    for (const auto &[sent, original] : {std::pair{got.value, bytes_of(value)}, std::pair{got.mask, bytes_of(mask)}}) {
+      std::size_t moved = 0;
+      for (std::size_t i = 0; i < record_size; ++i) {
+        moved += sent[i] != original[i];
+      }
+      EXPECT_EQ(moved, exchanged);
+      EXPECT_TRUE(std::equal(sent.begin() + end, sent.end(), original.begin() + end));
+    }
+  }
+}
+
+TEST(trigger_bytes, every_field_has_bytes_of_its_own)
+{
+  for (const pd_snapshot_hdl_t hdl : {ingress, egress}) {
+    snap_trig_spec_t value = filled_with(0), mask = value;
+    std::vector<shown_field> added;
+    for (const listed_field &field : list_fields(hdl)) {
+      std::uint32_t words[16];
+      for (std::uint32_t i = 0; i < 16; ++i) words[i] = 0x04030201u + 0x10101010u * (i % 3) + 5 * i;
+      words[0] += static_cast<std::uint32_t>(field.offset) * 0x01050301u;
+      bytes expected;
+      for (std::uint32_t i = 0; i < field.size; ++i)
+        expected.push_back(static_cast<std::uint8_t>(field.size == 16 ? words[i] : words[0] >> 8 * i));
+      added.push_back({field.name, expected, bytes(field.size, 0xff), nullptr});
+
+      snap_trig_spec_t alone = filled_with(0), alone_mask = alone;
+      for (snap_trig_spec_t *to : {&value, &alone})
+        ASSERT_EQ(p4_pd_tarvex_switch_snapshot_capture_trigger_add(hdl, to, to == &value ? &mask : &alone_mask,
+                                                                   field.name.c_str(), words),
+                  1u);
+      EXPECT_EQ(bytes_of(alone_mask), with(0, field.offset, bytes(field.size, 0xff))) << field.name;
+    }
+    shown.clear();
+    EXPECT_EQ(p4_pd_tarvex_switch_snapshot_capture_trigger_show(1000, hdl, &value, &mask, keep_shown),
+              999 + added.size());
+    EXPECT_EQ(shown, added);
+  }
+}
+
+}  // namespace
+}  // namespace tarvex::test
