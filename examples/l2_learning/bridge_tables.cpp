@@ -11,10 +11,7 @@
 namespace tarvex::l2_learning {
 namespace {
 
-using examples::all_pipes;
-using examples::device_id;
-using examples::must;
-using examples::session;
+using namespace examples;
 
 /// In bytes: what an interface may send of broadcast, unknown multicast and unknown unicast.
 constexpr std::array<pd_meter_spec_t, unknown_traffic_count> first_rates{{

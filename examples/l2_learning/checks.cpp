@@ -11,11 +11,7 @@
 namespace tarvex::l2_learning {
 namespace {
 
-using examples::all_pipes;
-using examples::device_id;
-using examples::must;
-using examples::session;
-using examples::tally;
+using namespace examples;
 
 void expect_number(tally &compared, const std::string &what, std::uint64_t got, std::uint64_t wanted)
 {

@@ -8,10 +8,7 @@
 namespace tarvex::l2_learning {
 namespace {
 
-using examples::all_pipes;
-using examples::device_id;
-using examples::must;
-using examples::session;
+using namespace examples;
 
 constexpr std::uint32_t digest_handle = 0x21000084;
 constexpr std::uint32_t queue_counter_handle = 0x4000004;

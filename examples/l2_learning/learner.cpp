@@ -11,10 +11,7 @@
 namespace tarvex::l2_learning {
 namespace {
 
-using examples::all_pipes;
-using examples::device_id;
-using examples::must;
-using examples::session;
+using namespace examples;
 
 constexpr char digest_name[] = "macLearningDigest";
 

@@ -1,5 +1,7 @@
 /*
- * For tools that hold only a number: any table or action profile by its handle.
+ * For tools that hold only a number: any table or action profile by its handle. Where a function reads or decodes
+ * an entry, a reply of the driver that contradicts the pipeline, such as an action of another table, stops the
+ * process. Placement data that the driver refuses is told in a line by the functions that print.
  *
  * SPDX-License-Identifier: Apache-2.0
  */
@@ -78,7 +80,7 @@ pd_status_t p4_pd_tarvex_switch_member_hdl_next(pd_sess_hdl_t sess_hdl, pd_dev_t
  * @param tbl_hdl  handle of a table
  * @param entry_hdl  the entry
  * @param read_from_hw  not 0: the driver reads the hardware; low 8 bits
- * @param buf  receives the text and its NUL; the caller gives the room
+ * @param buf  receives the text and its NUL, at most PD_ENTRY_TEXT_SIZE bytes
  * @return characters written, without the NUL; 0 with the buffer untouched for an unknown table and for an entry that
  *   cannot be read
  */
@@ -89,7 +91,7 @@ uint32_t p4_pd_tarvex_switch_entry_value(pd_sess_hdl_t sess_hdl, pd_dev_id_t dev
  * Writes the shape of any table or profile as a literal.
  *
  * @param handle  handle of a table, or of a profile's action data table
- * @param buf  receives the text and its NUL; the caller gives the room
+ * @param buf  receives the text and its NUL, at most PD_SCHEMA_TEXT_SIZE bytes
  * @return characters written, without the NUL; an unknown handle gives "()" and 2
  */
 int32_t p4_pd_tarvex_switch_cli_schema(uint32_t handle, char *buf);
@@ -122,7 +124,7 @@ pd_status_t p4_pd_tarvex_switch_adt_plcmt_data_print(int32_t fd, int32_t indent,
  *
  * @param tbl_hdl  handle of a table
  * @param plcmt_data  placement data; only the driver reads it
- * @param buf  receives the text and its NUL; the caller gives the room
+ * @param buf  receives the text and its NUL, at most PD_ENTRY_TEXT_SIZE bytes
  * @return characters written, without the NUL; 0 with the buffer untouched for an unknown table and for data that the
  *   driver refuses
  */
@@ -133,7 +135,7 @@ uint32_t p4_pd_tarvex_switch_plcmt_data_value(uint32_t tbl_hdl, const void *plcm
  *
  * @param adt_hdl  handle of a profile's action data table
  * @param plcmt_data  placement data; only the driver reads it
- * @param buf  receives the text and its NUL; the caller gives the room
+ * @param buf  receives the text and its NUL, at most PD_ACTION_TEXT_SIZE bytes
  * @return characters written, without the NUL; 0 with the buffer untouched for an unknown profile and for data that
  *   the driver refuses
  */
@@ -160,7 +162,7 @@ uint8_t p4_pd_tarvex_switch_plcmt_data_eq_to_hw(pd_sess_hdl_t sess_hdl, pd_dev_i
  * @param dev_id  the device, its low 8 bits
  * @param tbl_hdl  handle of a table
  * @param entry_hdl  the entry
- * @param buf  receives the text and its NUL; the caller gives the room
+ * @param buf  receives the text and its NUL, at most PD_LABEL_TEXT_SIZE bytes
  * @return characters written, without the NUL; 0 with the buffer untouched for a table without a counter to each
  *   entry, and for an entry that cannot be read or has no key
  */

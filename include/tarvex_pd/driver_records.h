@@ -1,6 +1,6 @@
 /*
- * Records that travel between the library and the switch driver. Their layout is binary interface: every offset
- * below is asserted at compile time.
+ * Records that travel between the library and the switch driver. Their layout is binary interface: sizes and
+ * offsets below are asserted at compile time.
  *
  * SPDX-License-Identifier: Apache-2.0
  */
@@ -11,9 +11,6 @@
 
 #ifdef __cplusplus
 extern "C" {
-#define TARVEX_PD_LAYOUT(condition) static_assert(condition, #condition)
-#else
-#define TARVEX_PD_LAYOUT(condition) _Static_assert(condition, #condition)
 #endif
 
 /** Match key of an entry, 40 bytes. */
@@ -102,6 +99,8 @@ TARVEX_PD_LAYOUT(sizeof(drv_res_spec_t) == 72);
 TARVEX_PD_LAYOUT(offsetof(drv_res_spec_t, res_hdl) == 0);
 TARVEX_PD_LAYOUT(offsetof(drv_res_spec_t, res_index) == 4);
 TARVEX_PD_LAYOUT(offsetof(drv_res_spec_t, res_value) == 8);
+TARVEX_PD_LAYOUT(offsetof(drv_res_spec_t, res_value.register_value) == 8);
+TARVEX_PD_LAYOUT(sizeof(((drv_res_spec_t *)0)->res_value) == 56);
 TARVEX_PD_LAYOUT(offsetof(drv_res_spec_t, res_tag) == 64);
 TARVEX_PD_LAYOUT(offsetof(drv_res_spec_t, reserved_68) == 68);
 
@@ -139,6 +138,8 @@ typedef struct pd_res_spec {
 } pd_res_spec_t;
 
 TARVEX_PD_LAYOUT(sizeof(pd_res_spec_t) == 8);
+TARVEX_PD_LAYOUT(offsetof(pd_res_spec_t, res_hdl) == 0);
+TARVEX_PD_LAYOUT(offsetof(pd_res_spec_t, res_index) == 4);
 
 /** Parameters of an idle time, 40 bytes, by value. The library gives no meaning to the words. */
 typedef struct pd_idle_params {
@@ -174,6 +175,8 @@ typedef struct drv_stful_query {
 
 TARVEX_PD_LAYOUT(sizeof(drv_stful_spec_t) == 8);
 TARVEX_PD_LAYOUT(sizeof(drv_stful_query_t) == 16);
+TARVEX_PD_LAYOUT(offsetof(drv_stful_query_t, row_count) == 0);
+TARVEX_PD_LAYOUT(offsetof(drv_stful_query_t, values_per_row) == 4);
 TARVEX_PD_LAYOUT(offsetof(drv_stful_query_t, rows) == 8);
 
 #ifdef __cplusplus

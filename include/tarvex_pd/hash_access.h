@@ -23,6 +23,11 @@ typedef struct hash_calc_attr {
   uint64_t value;     /**< 0 with attr_type 0: the field goes into the hash; anything else: it does not */
 } hash_calc_attr_t;
 
+TARVEX_PD_LAYOUT(sizeof(hash_calc_attr_t) == 16);
+TARVEX_PD_LAYOUT(offsetof(hash_calc_attr_t, field) == 0);
+TARVEX_PD_LAYOUT(offsetof(hash_calc_attr_t, attr_type) == 4);
+TARVEX_PD_LAYOUT(offsetof(hash_calc_attr_t, value) == 8);
+
 /**
  * Makes a calculation take all its input fields.
  *

@@ -24,6 +24,12 @@ typedef struct pd_parser_tgt {
   uint8_t tgt_sub_index;
 } pd_parser_tgt_t;
 
+TARVEX_PD_LAYOUT(sizeof(pd_parser_tgt_t) == 12);
+TARVEX_PD_LAYOUT(offsetof(pd_parser_tgt_t, device_id) == 0);
+TARVEX_PD_LAYOUT(offsetof(pd_parser_tgt_t, tgt_scope) == 4);
+TARVEX_PD_LAYOUT(offsetof(pd_parser_tgt_t, tgt_index) == 8);
+TARVEX_PD_LAYOUT(offsetof(pd_parser_tgt_t, tgt_sub_index) == 10);
+
 /**
  * Sets a property of the value set.
  *

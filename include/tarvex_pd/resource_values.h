@@ -18,6 +18,10 @@ typedef struct pd_counter_value {
   uint64_t bytes;
 } pd_counter_value_t;
 
+TARVEX_PD_LAYOUT(sizeof(pd_counter_value_t) == 16);
+TARVEX_PD_LAYOUT(offsetof(pd_counter_value_t, packets) == 0);
+TARVEX_PD_LAYOUT(offsetof(pd_counter_value_t, bytes) == 8);
+
 /** Values of pd_meter_spec_t.meter_type. */
 enum { PD_METER_TYPE_COLOR_AWARE = 0, PD_METER_TYPE_COLOR_UNAWARE = 1 };
 
@@ -30,6 +34,13 @@ typedef struct pd_meter_spec {
   uint32_t meter_type; /**< the pipeline's own meters take PD_METER_TYPE_COLOR_UNAWARE alone */
 } pd_meter_spec_t;
 
+TARVEX_PD_LAYOUT(sizeof(pd_meter_spec_t) == 20);
+TARVEX_PD_LAYOUT(offsetof(pd_meter_spec_t, cir) == 0);
+TARVEX_PD_LAYOUT(offsetof(pd_meter_spec_t, cburst) == 4);
+TARVEX_PD_LAYOUT(offsetof(pd_meter_spec_t, pir) == 8);
+TARVEX_PD_LAYOUT(offsetof(pd_meter_spec_t, pburst) == 12);
+TARVEX_PD_LAYOUT(offsetof(pd_meter_spec_t, meter_type) == 16);
+
 /** WRED cell, 16 bytes. */
 typedef struct pd_wred_spec {
   float time_constant;
@@ -37,6 +48,12 @@ typedef struct pd_wred_spec {
   uint32_t max_threshold;
   float max_probability;
 } pd_wred_spec_t;
+
+TARVEX_PD_LAYOUT(sizeof(pd_wred_spec_t) == 16);
+TARVEX_PD_LAYOUT(offsetof(pd_wred_spec_t, time_constant) == 0);
+TARVEX_PD_LAYOUT(offsetof(pd_wred_spec_t, min_threshold) == 4);
+TARVEX_PD_LAYOUT(offsetof(pd_wred_spec_t, max_threshold) == 8);
+TARVEX_PD_LAYOUT(offsetof(pd_wred_spec_t, max_probability) == 12);
 
 #ifdef __cplusplus
 }

@@ -11,6 +11,9 @@
 
 #ifdef __cplusplus
 extern "C" {
+#define TARVEX_PD_LAYOUT(condition) static_assert(condition, #condition)
+#else
+#define TARVEX_PD_LAYOUT(condition) _Static_assert(condition, #condition)
 #endif
 
 /** Session of the caller with the driver. The library never opens or closes one. */
@@ -45,12 +48,20 @@ typedef void (*pd_callback_t)(void);
 /** Statuses that the library itself gives. Every other non-zero status is the driver's, unchanged. */
 enum {
   BF_SUCCESS = 0,
-  PD_STATUS_NO_MEMORY = 2,       /**< a working block could not be had from bf_sys_calloc */
-  PD_STATUS_INVALID_ARG = 3,     /**< an argument that the operation cannot take; the driver was not called */
+  PD_STATUS_NO_MEMORY = 2, /**< a working block could not be had from bf_sys_calloc */
+  PD_STATUS_INVALID_ARG =
+      3, /**< an argument that the operation cannot take; for hash calculations also a reply that is not theirs */
   PD_STATUS_UNEXPECTED_REPLY = 6 /**< the driver gave an entry of another kind than the table holds */
 };
 /** A member is modified by the function of another action than its own; the driver was not called. */
 #define PD_STATUS_WRONG_MEMBER_ACTION 0xffffffffu
+
+/** Room for the longest text of each sort, its NUL included. */
+#define PD_SCHEMA_TEXT_SIZE 2992 /**< shape of a table or profile */
+#define PD_ENTRY_TEXT_SIZE 331   /**< an entry, read or decoded from placement data */
+#define PD_KEY_TEXT_SIZE 281     /**< a key */
+#define PD_ACTION_TEXT_SIZE 99   /**< an action with its parameters */
+#define PD_LABEL_TEXT_SIZE 432   /**< label of a counter */
 
 /** State of a member within a selector group. */
 enum { P4_PD_GRP_MBR_STATE_ACTIVE = 0, P4_PD_GRP_MBR_STATE_INACTIVE = 1 };

@@ -31,6 +31,14 @@ struct read_key {
   read_key &operator=(const read_key &) = delete;
 };
 
+/// A reply without a mask or without data is read as zeros: only a null key has a meaning.
+template <const table_row &T>
+inline void keep_buffers(read_key<T> &key, drv_action_spec_t &action, std::uint8_t *data)
+{
+  if (key.spec.key_mask == nullptr) key.spec.key_mask = key.mask;
+  if (action.act_data.data == nullptr) action.act_data.data = data;
+}
+
 /// Where a read delivers the action; name and enumeration value may be null.
 struct action_outputs {
   char *name;
@@ -87,6 +95,7 @@ inline pd_status_t get_entry(const char *function, pd_sess_hdl_t sess_hdl, pd_de
                                                 &act_hdl, low_byte(read_from_hw));
   if (status != BF_SUCCESS) return status;
   if (action.act_kinds != DRV_ACT_DATA) return PD_STATUS_UNEXPECTED_REPLY;
+  keep_buffers(key, action, data);
 
   resource_list resources;
   if (!resources.build(action)) return PD_STATUS_NO_MEMORY;
@@ -109,6 +118,7 @@ inline pd_status_t get_indirect_entry(const char *function, pd_sess_hdl_t sess_h
   const pd_status_t status = pipe_mgr_get_entry(sess_hdl, T.handle, low_byte(dev_id), entry_hdl, &key.spec, &action,
                                                 &act_hdl, low_byte(read_from_hw));
   if (status != BF_SUCCESS) return status;
+  keep_buffers(key, action, nullptr);
   switch (action.act_kinds) {
     case DRV_ACT_MEMBER:
       *is_member = 1;

@@ -31,6 +31,7 @@ inline pd_status_t get_entry_from_placement(const char *function, const void *pl
   std::uint32_t act_hdl = 0;
   const pd_status_t status = pipe_mgr_plcmt_mat_data_get_entry(plcmt_data, &key.spec, &found, &act_hdl);
   if (status != BF_SUCCESS) return status;
+  keep_buffers(key, found, data);
   resource_list resources;
   if (!resources.build(found)) return PD_STATUS_NO_MEMORY;
   deliver_placed_key<T>(key.spec, match_spec, priority, no_key);
@@ -55,6 +56,7 @@ inline pd_status_t get_indirect_entry_from_placement(const void *plcmt_data, voi
   std::uint32_t act_hdl = 0;
   const pd_status_t status = pipe_mgr_plcmt_mat_data_get_entry(plcmt_data, &key.spec, &found, &act_hdl);
   if (status != BF_SUCCESS) return status;
+  keep_buffers(key, found, data);
   deliver_placed_key<T>(key.spec, match_spec, priority, no_key);
   if (found.act_kinds == DRV_ACT_MEMBER) {
     *mbr_hdl = found.mbr_hdl;

@@ -62,6 +62,7 @@ inline pd_status_t get_member(const char *function, pd_sess_hdl_t, pd_dev_id_t d
   const pd_status_t status = pipe_mgr_get_action_data_entry(P.action_data_table, low_byte(dev_id), mbr_hdl, &data,
                                                             &act_hdl, low_byte(read_from_hw));
   if (status != BF_SUCCESS) return status;
+  if (data.data == nullptr) data.data = bytes;
   deliver_member<P>(function, act_hdl, data, action, [&] { return resources_of_member<P>(low_byte(dev_id), mbr_hdl); });
   return BF_SUCCESS;
 }
@@ -75,6 +76,7 @@ inline pd_status_t member_from_placement(const char *function, const void *plcmt
   std::uint32_t act_hdl = 0;
   const pd_status_t status = pipe_mgr_plcmt_adt_data_get_entry(plcmt_data, &data, &act_hdl);
   if (status != BF_SUCCESS) return status;
+  if (data.data == nullptr) data.data = bytes;
   deliver_member<P>(function, act_hdl, data, action, ask);
   return BF_SUCCESS;
 }

@@ -9,11 +9,17 @@ namespace tarvex::pd {
 
 namespace {
 
+/// An allocator may answer null for no elements, which is not a lack of memory.
+std::size_t at_least_1(std::size_t count) { return count > 0 ? count : 1; }
+
 /// Zeroed elements from the system allocator, given back at the end of the call.
 template <class Element>
 class zeroed_block {
  public:
-  explicit zeroed_block(std::size_t count) : elements_(static_cast<Element *>(bf_sys_calloc(count, sizeof(Element)))) {}
+  explicit zeroed_block(std::size_t count)
+      : elements_(static_cast<Element *>(bf_sys_calloc(at_least_1(count), sizeof(Element))))
+  {
+  }
   zeroed_block(const zeroed_block &) = delete;
   zeroed_block &operator=(const zeroed_block &) = delete;
   ~zeroed_block()
@@ -70,7 +76,7 @@ class row_blocks {
   {
     if (rows_.get() == nullptr) return;
     for (std::size_t i = 0; i < count_; ++i) {
-      rows_[i] = static_cast<drv_stful_spec_t *>(bf_sys_calloc(room.values, sizeof(drv_stful_spec_t)));
+      rows_[i] = static_cast<drv_stful_spec_t *>(bf_sys_calloc(at_least_1(room.values), sizeof(drv_stful_spec_t)));
       if (rows_[i] == nullptr) return;
     }
     complete_ = true;
@@ -124,9 +130,14 @@ pd_status_t read_register_range(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, st
   }
 
   const auto wanted = static_cast<std::size_t>(count);
+  std::size_t row_total = 0;
+  std::size_t slot_total = 0;
+  if (__builtin_mul_overflow(wanted, room.rows, &row_total) ||
+      __builtin_mul_overflow(row_total, room.values, &slot_total))
+    return PD_STATUS_NO_MEMORY;
   const zeroed_block<drv_stful_query_t> queries(wanted);
-  const zeroed_block<drv_stful_spec_t *> rows(wanted * room.rows);
-  const zeroed_block<drv_stful_spec_t> slots(wanted * room.slots());
+  const zeroed_block<drv_stful_spec_t *> rows(row_total);
+  const zeroed_block<drv_stful_spec_t> slots(slot_total);
   if (queries.get() == nullptr || rows.get() == nullptr || slots.get() == nullptr) return PD_STATUS_NO_MEMORY;
   for (std::size_t k = 0; k < wanted; ++k) {
     queries[k].row_count = static_cast<std::int32_t>(room.rows);

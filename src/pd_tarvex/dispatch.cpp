@@ -93,8 +93,7 @@ pd_status_t p4_pd_tarvex_switch_adt_plcmt_data_print(int32_t fd, int32_t indent,
                                                      const void *plcmt_data)
 {
   const profile_text *profile = find_profile_text(adt_hdl);
-  return profile == nullptr ? print_not_found(fd, adt_hdl)
-                            : adt_plcmt_data_print(*profile, __func__, fd, indent, plcmt_data);
+  return profile == nullptr ? print_not_found(fd, adt_hdl) : adt_plcmt_data_print(*profile, fd, indent, plcmt_data);
 }
 
 uint32_t p4_pd_tarvex_switch_plcmt_data_value(uint32_t tbl_hdl, const void *plcmt_data, char *buf)
@@ -106,7 +105,7 @@ uint32_t p4_pd_tarvex_switch_plcmt_data_value(uint32_t tbl_hdl, const void *plcm
 uint32_t p4_pd_tarvex_switch_adt_plcmt_data_value(uint32_t adt_hdl, const void *plcmt_data, char *buf)
 {
   const profile_text *profile = find_profile_text(adt_hdl);
-  return profile == nullptr ? 0 : adt_plcmt_data_value(*profile, __func__, plcmt_data, buf);
+  return profile == nullptr ? 0 : adt_plcmt_data_value(*profile, plcmt_data, buf);
 }
 
 uint8_t p4_pd_tarvex_switch_plcmt_data_eq_to_hw(pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id, uint32_t tbl_hdl,

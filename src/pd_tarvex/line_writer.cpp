@@ -50,8 +50,12 @@ line_writer &line_writer::capital_bytes(const std::uint8_t *bytes, unsigned coun
   return *this;
 }
 
+/// A line whose length no result could tell is not begun, as formatted output does not.
 void line_writer::blanks(std::uint32_t count)
 {
+  constexpr std::uint32_t most_blanks = 0x7fff'ffff - block_size;
+  if (count > most_blanks) failed_ = true;
+  if (failed_) return;
   while (count > 0) {
     if (used_ == block_size) send();
     const std::uint32_t room = block_size - used_;

@@ -4,7 +4,6 @@
 #include "equality.h"
 #include "line_writer.h"
 #include "print_text.h"
-#include "text_assertions.h"
 #include "value_text.h"
 
 namespace tarvex::pd {
@@ -20,17 +19,6 @@ void print_action(const action_text &action, std::int32_t fd, std::int32_t inden
   if (action.row_count > 0) action_print(action, fd, indent, parameters);
 }
 
-/// Decodes a member and finds its action, which must be one of the profile's.
-pd_status_t decode_member(const profile_text &profile, const char *function, const void *plcmt_data, plcmt_action_t &to,
-                          const action_text *&action)
-{
-  const pd_status_t status = profile.decode(profile.decode_name, plcmt_data, &to);
-  if (status != BF_SUCCESS) return status;
-  action = find_action_text(profile.actions, profile.action_count, to.action);
-  if (action == nullptr) stop_in_text(broken_reply, function);
-  return status;
-}
-
 /// Whether an indirect entry points where the data says. Any group is as good as another.
 bool same_pointee(const entry_contents &placed, const entry_contents &hardware)
 {
@@ -39,11 +27,10 @@ bool same_pointee(const entry_contents &placed, const entry_contents &hardware)
   return hardware.is_group == 0 && hardware.is_member == 0;
 }
 
-bool same_action(const table_text &table, const entry_contents &placed, const entry_contents &hardware,
-                 const char *function)
+bool same_action(const entry_contents &placed, const entry_contents &hardware)
 {
   if (placed.action.action != hardware.action.action) return false;
-  const action_text &action = action_of_entry(table, placed, unknown_action, function);
+  const action_text &action = text_of(placed.action);
   return action_specs_are_equal(action, placed.action.parameters, hardware.action.parameters) != 0;
 }
 
@@ -69,22 +56,20 @@ pd_status_t plcmt_data_print(const table_text &table, std::int32_t fd, std::int3
     line_writer(fd).indent(indent).text(prefix).text(table.name).text(":").end();
   else if (entry.no_key == 0)
     match_spec_print(table, fd, indent, entry.key);
-  if (!table.indirect)
-    print_action(action_of_entry(table, entry, broken_reply, __func__), fd, indent, entry.action.parameters);
+  if (!table.indirect) print_action(text_of(entry.action), fd, indent, entry.action.parameters);
   return BF_SUCCESS;
 }
 
-pd_status_t adt_plcmt_data_print(const profile_text &profile, const char *function, std::int32_t fd,
-                                 std::int32_t indent, const void *plcmt_data)
+pd_status_t adt_plcmt_data_print(const profile_text &profile, std::int32_t fd, std::int32_t indent,
+                                 const void *plcmt_data)
 {
   plcmt_action_t member;
-  const action_text *action = nullptr;
-  const pd_status_t status = decode_member(profile, function, plcmt_data, member, action);
+  const pd_status_t status = profile.decode(profile.decode_name, plcmt_data, &member);
   if (status != BF_SUCCESS) {
     line_writer(fd).text(cannot_decode).text(prefix).text(profile.name).text("_adt_plcmt_data_print").end();
     return status;
   }
-  print_action(*action, fd, indent, member.parameters);
+  print_action(text_of(member), fd, indent, member.parameters);
   return BF_SUCCESS;
 }
 
@@ -101,17 +86,16 @@ std::uint32_t plcmt_data_value(const table_text &table, const void *plcmt_data, 
   if (table.indirect)
     put_pointee_value(to, entry);
   else
-    put_action_value(to, action_of_entry(table, entry, unknown_action, __func__), entry.action.parameters);
+    put_action_value(to, text_of(entry.action), entry.action.parameters);
   to.character(')');
   return to.end();
 }
 
-std::uint32_t adt_plcmt_data_value(const profile_text &profile, const char *function, const void *plcmt_data, char *buf)
+std::uint32_t adt_plcmt_data_value(const profile_text &profile, const void *plcmt_data, char *buf)
 {
   plcmt_action_t member;
-  const action_text *action = nullptr;
-  if (decode_member(profile, function, plcmt_data, member, action) != BF_SUCCESS) return 0;
-  return action_value(*action, member.parameters, buf);
+  if (profile.decode(profile.decode_name, plcmt_data, &member) != BF_SUCCESS) return 0;
+  return action_value(text_of(member), member.parameters, buf);
 }
 
 std::uint8_t plcmt_data_eq_to_hw(const table_text &table, pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id, std::uint32_t,
@@ -122,7 +106,7 @@ std::uint8_t plcmt_data_eq_to_hw(const table_text &table, pd_sess_hdl_t sess_hdl
   entry_contents hardware;
   if (table.read(table.read_name, sess_hdl, dev_id, entry_hdl, 1, hardware) != BF_SUCCESS) return 0;
   if (!same_key(table, placed, hardware)) return 0;
-  const bool same = table.indirect ? same_pointee(placed, hardware) : same_action(table, placed, hardware, __func__);
+  const bool same = table.indirect ? same_pointee(placed, hardware) : same_action(placed, hardware);
   return same ? 1 : 0;
 }
 

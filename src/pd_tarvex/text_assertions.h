@@ -7,9 +7,6 @@
 
 namespace tarvex::pd {
 
-inline constexpr char unknown_action[] = "0 && \"unknown action\"";
-inline constexpr char broken_reply[] = "((void *)0)";
-
 [[noreturn, gnu::cold, gnu::noinline]] inline void stop_in_text(const char *assertion, const char *function)
 {
   __assert_fail(assertion, "bf_tarvex_switch_mpls_baremetal/src/pd_tarvex", __LINE__, function);

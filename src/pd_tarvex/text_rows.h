@@ -97,7 +97,7 @@ inline const table_text *find_table_text(std::uint32_t tbl_hdl)
 /// The profile of an action data table, null for a handle of none.
 const profile_text *find_profile_text(std::uint32_t adt_hdl);
 
-/// The action among a table's or a profile's actions that has an enumeration value, null for none.
-const action_text *find_action_text(const action_text *const *actions, std::size_t count, std::uint32_t action);
+/// The action that was read or decoded: reading stops on one that the table or profile does not have.
+inline const action_text &text_of(const plcmt_action_t &action) { return *action_texts[action.action]; }
 
 }  // namespace tarvex::pd

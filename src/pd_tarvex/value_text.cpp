@@ -2,7 +2,6 @@
 #include "value_text.h"
 
 #include "bytes.h"
-#include "text_assertions.h"
 
 namespace tarvex::pd {
 
@@ -68,14 +67,6 @@ std::uint32_t action_value(const action_text &action, const void *action_spec, c
   return to.end();
 }
 
-const action_text &action_of_entry(const table_text &table, const entry_contents &entry, const char *assertion,
-                                   const char *function)
-{
-  const action_text *action = find_action_text(table.actions, table.action_count, entry.action.action);
-  if (action == nullptr) stop_in_text(assertion, function);
-  return *action;
-}
-
 std::uint32_t table_value(const table_text &table, pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id, pd_entry_hdl_t entry_hdl,
                           pd_flag8_t read_from_hw, char *buf)
 {
@@ -90,7 +81,7 @@ std::uint32_t table_value(const table_text &table, pd_sess_hdl_t sess_hdl, pd_de
   if (table.indirect)
     put_pointee_value(to, entry);
   else
-    put_action_value(to, action_of_entry(table, entry, unknown_action, __func__), entry.action.parameters);
+    put_action_value(to, text_of(entry.action), entry.action.parameters);
   to.text("),(").decimal(table.priority ? static_cast<std::int32_t>(entry.priority) : 0).text(",True))");
   return to.end();
 }

@@ -24,8 +24,4 @@ std::uint32_t action_value(const action_text &action, const void *action_spec, c
 std::uint32_t table_value(const table_text &table, pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id, pd_entry_hdl_t entry_hdl,
                           pd_flag8_t read_from_hw, char *buf);
 
-/// The action of a direct table's entry. Stops the process on one that the table does not have.
-const action_text &action_of_entry(const table_text &table, const entry_contents &entry, const char *assertion,
-                                   const char *function);
-
 }  // namespace tarvex::pd

@@ -3,24 +3,8 @@
 # usage: l2_learning_test.sh L2_LEARNING L2_LEARNING_FAULTY
 #
 # SPDX-License-Identifier: Apache-2.0
-program=$1 faulty=$2 failures=0
-work=$(mktemp -d) || exit 1
-trap 'rm -rf "$work"' EXIT
-
-# expect STATUS TEXT_OF_STDOUT TEXT_OF_STDERR ARGUMENT...: both texts as basic regular expressions; an empty one for
-# standard error says that nothing may stand there.
-expect() {
-  status=$1 out=$2 err=$3
-  shift 3
-  "$program" "$@" >"$work/out" 2>"$work/err"
-  got=$?
-  if [ $got -ne "$status" ] || ! grep -q -e "$out" "$work/out" && [ -n "$out" ] ||
-    { if [ -n "$err" ]; then ! grep -q -e "$err" "$work/err"; else [ -s "$work/err" ]; fi; }; then
-    echo "FAILED: $FAULT $REFUSE_CALL l2_learning $*: exit status $got, wanted $status, '$out' and '$err'"
-    cat "$work/out" "$work/err"
-    failures=$((failures + 1))
-  fi
-}
+program=$1 faulty=$2
+. "$(dirname "$0")/expect.sh"
 
 expect 0 'usage: l2_learning' '' --help
 expect 1 '' "no option 'ten'" ten

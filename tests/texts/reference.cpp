@@ -68,6 +68,16 @@ std::string text_row::value(const record &from) const
   return formatted("0x%0*x", static_cast<int>((bits + 3) / 4), word & live_word());
 }
 
+const calls::table_info &table_named(const std::string &name)
+{
+  return *std::ranges::find(calls::tables, name, &calls::table_info::name);
+}
+
+const calls::table_info &table_of(const calls::profile_info &profile)
+{
+  return *std::ranges::find(calls::tables, profile.table, &calls::table_info::handle);
+}
+
 bool keyed(const calls::table_info &table) { return table.kind != calls::table_kind::keyless; }
 
 std::vector<text_row> rows_of(const calls::table_info &table)

@@ -33,6 +33,9 @@ struct text_row {
 
 std::string formatted(const char *format, ...) __attribute__((format(printf, 1, 2)));
 
+const calls::table_info &table_named(const std::string &name);
+/// A profile's indirect table.
+const calls::table_info &table_of(const calls::profile_info &profile);
 bool keyed(const calls::table_info &table);
 std::vector<text_row> rows_of(const calls::table_info &table);
 std::vector<text_row> rows_of(const calls::action_info &action);

@@ -47,9 +47,9 @@ char *guarded(std::size_t size)
 record random_record(std::size_t size)
 {
   static std::mt19937 source(19810212);
-  record bytes(size);
-  std::ranges::generate(bytes, [] { return static_cast<std::uint8_t>(source()); });
-  return bytes;
+  record made(size);
+  std::ranges::generate(made, [] { return static_cast<std::uint8_t>(source()); });
+  return made;
 }
 
 told_entry::told_entry(const calls::table_info &told_table, const calls::use_info *told_use, bool told_key)
@@ -96,13 +96,13 @@ std::uint64_t told_entry::operator()(const recorded_call &call) const
 record told_entry::key() const
 {
   record to(table->record_size);
-  record bytes = value, mask_bytes = mask;
+  record value_copy = value, mask_copy = mask;
   drv_match_spec_t spec{};
   spec.partition_index = partition;
   spec.key_bits = table->key_bits;
   spec.key_bytes = table->key_bytes;
-  spec.key_value = bytes.data();
-  spec.key_mask = mask_bytes.data();
+  spec.key_value = value_copy.data();
+  spec.key_mask = mask_copy.data();
   for (const char *part : {"unbuild_key_", "unbuild_mask_"}) {
     if (part[8] == 'm' && (table->kind == calls::table_kind::exact || table->kind == calls::table_kind::keyless)) break;
     using unbuild = void (*)(drv_match_spec_t *, void *);
@@ -115,8 +115,10 @@ record told_entry::key() const
 record told_entry::parameters() const
 {
   record to(use->action->record_size);
-  record bytes = data;
-  drv_act_data_t spec{0, 28, 0, bytes.data()};
+  record data_copy = data;
+  drv_act_data_t spec{};
+  spec.data_bytes = 28;
+  spec.data = data_copy.data();
   pd_res_spec_t resource{};
   const bool indexed = !use->action->index_resources.empty();
   if (indexed) resource = {use->action->index_resources[0], resource_index};
@@ -141,10 +143,10 @@ void for_each_entry(const std::function<void(const told_entry &)> &check)
   for (const calls::table_info &table : calls::tables) {
     for (const bool with_key : {true, false}) {
       for (const calls::use_info &use : table.actions) check(told_entry(table, &use, with_key));
-      for (const std::uint8_t kind : {2, 4}) {
+      for (const int kind : {2, 4}) {
         if (table.profile == nullptr) break;
         told_entry entry(table, nullptr, with_key);
-        entry.act_kinds = kind;
+        entry.act_kinds = static_cast<std::uint8_t>(kind);
         check(entry);
       }
     }

@@ -31,7 +31,7 @@ constexpr argument_kind_row rows[] = {
      "null"},
     {"any_action_spec_out", "void *", "action_spec",
      "receives the parameters of the action that the entry has, in that action's structure: give room for the largest "
-     "of the table. Not written for an action without parameters"},
+     "of the table; that of plcmt_action_t does for all. Not written for an action without parameters"},
     {"action_enum_out", "uint32_t *", "action_enum", "receives the action's enumeration value; may be null"},
     {"no_key_out", "uint8_t *", "no_key", "receives 1 if the entry has no key, as a default entry, else 0"},
     {"is_member_out", "uint8_t *", "is_member", "receives 1 if the entry points at a member, else 0"},
@@ -71,7 +71,8 @@ constexpr argument_kind_row rows[] = {
     {"first_index", "uint32_t ", "first_index", "index of the first cell"},
     {"range_count", "uint32_t ", "count", "number of cells"},
     {"signed_range_count", "int32_t ", "count", "number of cells; 0 or fewer reads nothing"},
-    {"range_count_read_out", "uint32_t *", "count_read", "receives the number of cells that the driver has read"},
+    {"range_count_read_out", "uint32_t *", "count_read",
+     "receives the number of cells that the driver says it has read"},
     {"index_handle", "uint32_t ", "hdl", "handle of the resource"},
     {"has_pre_color", "pd_flag8_t ", "has_pre_color", "not 0: the meter has a pre-colour input; low 8 bits"},
     {"stful_query", "drv_stful_query_t *", "query", "counts and rows of the caller's; the driver fills them"},
@@ -79,7 +80,7 @@ constexpr argument_kind_row rows[] = {
     {"register_word", "const uint64_t *", "value", "value of 64 bits"},
     // Hash calculations.
     {"hash_number", "uint32_t ", "number", "0, the only one"},
-    {"hash_number_out", "uint32_t *", "number", "receives 0, the only one; stays as it was after a failure"},
+    {"hash_number_out", "uint32_t *", "number", "receives 0, the only one; stays as it was with PD_STATUS_INVALID_ARG"},
     {"seed", "uint64_t ", "seed", "all 64 bits are handed on"},
     {"seed_out", "uint64_t *", "seed", "where the driver writes the seed"},
     {"hash_attr_count", "uint32_t ", "count", "number of records"},

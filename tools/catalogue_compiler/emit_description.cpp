@@ -79,8 +79,8 @@ void emit_description(const model &m, const std::filesystem::path &folder)
     for (const action_use &u : p.actions) describe(to, m, u);
   }
   for (const resource &r : m.resources) {
-    to.line(kind_name(r), " ", r.name, ": ", hex(r.handle), is_direct(r) ? ", direct" : ", indirect",
-            r.table.empty() ? "" : ", table " + r.table);
+    to.line(r.kind == resource_kind::register_ ? "register" : kind_name(r), " ", r.name, ": ", hex(r.handle),
+            is_direct(r) ? ", direct" : ", indirect", r.table.empty() ? "" : ", table " + r.table);
   }
   for (const snapshot_layout &layout : m.snapshot_layouts) {
     to.line("snapshot ", layout.name, ": ", to_string(layout.fields.size()), " fields in ", to_string(layout.bytes),

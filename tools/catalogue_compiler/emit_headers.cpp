@@ -99,7 +99,8 @@ void emit_actions(const model &m, const functions &all, const std::filesystem::p
   to.line("typedef struct plcmt_action {").line("  uint32_t action; /**< a pd_action_enum_t */");
   to.line("  uint32_t parameters[", std::to_string((largest + 3) / 4), "]; /**< not written without parameters */");
   to.line("} plcmt_action_t;").line();
-  to.line("TARVEX_PD_LAYOUT(offsetof(plcmt_action_t, parameters) == 4);").line();
+  to.line("TARVEX_PD_LAYOUT(offsetof(plcmt_action_t, parameters) == 4);");
+  to.line("TARVEX_PD_LAYOUT(sizeof(plcmt_action_t) == ", std::to_string(4 + (largest + 3) / 4 * 4), ");").line();
   for (const exported_function *f : functions_of_actions(all)) prototype(to, *f);
   end_header(to, folder, "actions");
 }
@@ -154,6 +155,13 @@ void emit_public_headers(const model &m, const functions &all, const std::filesy
 
   generated_file umbrella;
   umbrella.line("/*").line(" * The whole control-plane interface.").line(" *");
+  umbrella.line(
+      " * Threads: any number of threads may call at once, but for p4_pd_tarvex_switch_init and _cleanup, which one "
+      "thread");
+  umbrella.line(
+      " * calls before and after all other use. The library takes no lock and keeps no state but what init makes; what "
+      "may");
+  umbrella.line(" * be done to a device at the same time is the driver's affair.").line(" *");
   umbrella.line(" * Generated from the catalogue; do not edit.").line(" *");
   umbrella.line(" * SPDX-License-Identifier: Apache-2.0").line(" */");
   umbrella.line("#ifndef TARVEX_PD_TARVEX_PD_H").line("#define TARVEX_PD_TARVEX_PD_H").line();

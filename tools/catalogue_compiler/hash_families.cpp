@@ -9,7 +9,8 @@ namespace {
 
 constexpr const char *plain_status = "0, or the driver's status";
 constexpr const char *get_status =
-    "0, or PD_STATUS_INVALID_ARG if the driver fails or names what is not the calculation's";
+    "PD_STATUS_INVALID_ARG if the driver names nothing that is the calculation's, as it does when it fails; else the "
+    "driver's status, 0 as a rule";
 
 /// Input, algorithm and seed.
 void add_settings(std::vector<exported_function> &to, const hash_calculation &h)

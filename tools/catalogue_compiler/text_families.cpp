@@ -12,7 +12,14 @@ constexpr const char *last_line = "characters of the last line, or a negative nu
 constexpr const char *constant_text = "a constant string of the library";
 constexpr const char *truth_of_equality = "1 for equal, 0 for different";
 
-constexpr slot text_buffer{"text_buffer", {}, "receives the text and its NUL; the caller gives the room"};
+constexpr const char *stops =
+    "A reply of the driver that contradicts the pipeline, such as an action of another table, stops the process.";
+
+constexpr slot schema_buffer{"text_buffer", {}, "receives the text and its NUL, at most PD_SCHEMA_TEXT_SIZE bytes"};
+constexpr slot entry_buffer{"text_buffer", {}, "receives the text and its NUL, at most PD_ENTRY_TEXT_SIZE bytes"};
+constexpr slot key_buffer{"text_buffer", {}, "receives the text and its NUL, at most PD_KEY_TEXT_SIZE bytes"};
+constexpr slot action_buffer{"text_buffer", {}, "receives the text and its NUL, at most PD_ACTION_TEXT_SIZE bytes"};
+constexpr slot label_buffer{"text_buffer", {}, "receives the text and its NUL, at most PD_LABEL_TEXT_SIZE bytes"};
 
 /// Functions of a table and of an action that work on its text rows.
 function_builder of_table_text(std::string_view family, const table &t, const std::string &operation)
@@ -38,7 +45,7 @@ void add_key_texts(std::vector<exported_function> &to, const table &t)
   to.push_back(of_table_text("match_spec_value", t, "match_spec_value")
                    .brief("Writes a key as a literal in step with the schema, values in hexadecimal.")
                    .result(result_kind::number, text_length)
-                   .calls_with_row("match_spec_value", {{"match_spec"}, text_buffer}));
+                   .calls_with_row("match_spec_value", {{"match_spec"}, key_buffer}));
   to.push_back(of_table_text("match_spec_print", t, "match_spec_print")
                    .brief("Prints a key, one line for each field.")
                    .result(result_kind::count, last_line)
@@ -93,16 +100,17 @@ void add_placement(std::vector<exported_function> &to, const table &t)
   }
   to.push_back(of_table_text("plcmt_data_print", t, "plcmt_data_print")
                    .brief("Prints the entry that placement data describes.")
-                   .details("Data that cannot be decoded is told in a line too.")
+                   .details("Data that cannot be decoded is told in a line. " + std::string(stops))
                    .calls_with_row("plcmt_data_print", {{"fd"}, {"indent"}, {"plcmt_data"}}));
   to.push_back(of_table_text("plcmt_data_value", t, "plcmt_data_value")
                    .brief("Writes the entry that placement data describes as a literal.")
+                   .details(stops)
                    .result(result_kind::number, std::string(text_length) + "; 0 with the buffer untouched if the data "
                                                                            "cannot be decoded")
-                   .calls_with_row("plcmt_data_value", {{"plcmt_data"}, text_buffer}));
+                   .calls_with_row("plcmt_data_value", {{"plcmt_data"}, entry_buffer}));
   to.push_back(of_table_text("plcmt_data_eq_to_hw", t, "plcmt_data_eq_to_hw")
                    .brief("Holds placement data against the entry that the hardware has.")
-                   .details("Priorities may differ, and any group is equal to any other.")
+                   .details("Priorities may differ, and any group is equal to any other. " + std::string(stops))
                    .result(result_kind::truth,
                            "1 for equal, 0 for different; 0 too for data that the driver refuses and for an "
                            "entry that cannot be read")
@@ -119,14 +127,15 @@ void add_labels(std::vector<exported_function> &to, const table &t)
   to.push_back(function_builder("match_spec_stringify_for_counter", t, "match_spec_stringify_for_counter")
                    .brief("Writes a label for an entry's counter from its key.")
                    .result(result_kind::number, text_length)
-                   .takes({{"match_spec"}, text_buffer})
+                   .takes({{"match_spec"}, label_buffer})
                    .gives("counter_label(*match_spec, buf)"));
   to.push_back(of_table_text("stringify_counter_match_spec", t, "stringify_counter_match_spec")
                    .brief("Reads an entry from the hardware and writes a label for its counter.")
+                   .details(stops)
                    .result(result_kind::number, std::string(text_length) + "; 0 with the buffer untouched if the entry "
                                                                            "cannot be read or has no key")
                    .calls_with_row("entry_counter_label<" + match_spec_type(t) + ">",
-                                   {{"sess_hdl"}, {"dev_id"}, {"entry_hdl"}, text_buffer}));
+                                   {{"sess_hdl"}, {"dev_id"}, {"entry_hdl"}, label_buffer}));
 }
 
 }  // namespace
@@ -136,13 +145,14 @@ void add_table_text_families(std::vector<exported_function> &to, const table &t)
   to.push_back(of_table_text("table_schema", t, "schema")
                    .brief("Writes the shape of the table as a literal: its key fields and its actions.")
                    .result(result_kind::count, text_length)
-                   .calls_with_row("table_schema", {text_buffer}));
+                   .calls_with_row("table_schema", {schema_buffer}));
   to.push_back(
       of_table_text("table_value", t, "value")
           .brief("Reads an entry and writes it as a literal in step with the schema.")
+          .details(stops)
           .result(result_kind::number,
                   std::string(text_length) + "; 0 with the buffer untouched if the entry cannot be read")
-          .calls_with_row("table_value", {{"sess_hdl"}, {"dev_id"}, {"entry_hdl"}, {"read_from_hw"}, text_buffer}));
+          .calls_with_row("table_value", {{"sess_hdl"}, {"dev_id"}, {"entry_hdl"}, {"read_from_hw"}, entry_buffer}));
   to.push_back(function_builder("supports_entry_priority", t, "supports_entry_priority")
                    .brief("Whether entries of the table have a priority.")
                    .result(result_kind::number, "1 or 0")
@@ -163,7 +173,7 @@ void add_action_text_families(std::vector<exported_function> &to, const action &
   to.push_back(of_action_text("action_value", a, "value")
                    .brief("Writes the action " + a.name + " as a literal in step with the schema.")
                    .result(result_kind::number, text_length)
-                   .calls_with_row("action_value", {spec, text_buffer}));
+                   .calls_with_row("action_value", {spec, action_buffer}));
   if (!has_params) return;
   to.push_back(of_action_text("action_print", a, "print")
                    .brief("Prints the parameters of " + a.name + ", one line for each.")
@@ -182,18 +192,19 @@ void add_profile_text_families(std::vector<exported_function> &to, const model &
                    .row(profile_text_descriptor(p))
                    .brief("Writes the actions of the profile as a literal.")
                    .result(result_kind::count, text_length)
-                   .calls_with_row("profile_schema", {text_buffer}));
+                   .calls_with_row("profile_schema", {schema_buffer}));
   to.push_back(function_builder("adt_plcmt_data_print", m, p, "adt_plcmt_data_print")
                    .row(profile_text_descriptor(p))
                    .brief("Prints the member that placement data describes.")
-                   .details("Data that cannot be decoded is told in a line too.")
-                   .calls_with_row("adt_plcmt_data_print", {{{}, "__func__"}, {"fd"}, {"indent"}, {"plcmt_data"}}));
+                   .details("Data that cannot be decoded is told in a line. " + std::string(stops))
+                   .calls_with_row("adt_plcmt_data_print", {{"fd"}, {"indent"}, {"plcmt_data"}}));
   to.push_back(function_builder("adt_plcmt_data_value", m, p, "plcmt_data_value")
                    .row(profile_text_descriptor(p))
                    .brief("Writes the member that placement data describes as a literal.")
+                   .details(stops)
                    .result(result_kind::number, std::string(text_length) + "; 0 with the buffer untouched if the data "
                                                                            "cannot be decoded")
-                   .calls_with_row("adt_plcmt_data_value", {{{}, "__func__"}, {"plcmt_data"}, text_buffer}));
+                   .calls_with_row("adt_plcmt_data_value", {{"plcmt_data"}, action_buffer}));
 }
 
 }  // namespace catalogue

@@ -210,6 +210,9 @@ typedef struct drv_wred_spec {
 } drv_wred_spec_t;
 
 TARVEX_PD_LAYOUT(sizeof(drv_wred_spec_t) == 16);
+TARVEX_PD_LAYOUT(offsetof(drv_wred_spec_t, min_threshold) == 4);
+TARVEX_PD_LAYOUT(offsetof(drv_wred_spec_t, max_threshold) == 8);
+TARVEX_PD_LAYOUT(offsetof(drv_wred_spec_t, max_probability) == 12);
 
 pd_status_t pipe_mgr_wred_ent_set(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, uint32_t wred_hdl, uint32_t index,
                                   drv_wred_spec_t *spec, uint32_t flags);
@@ -293,6 +296,11 @@ typedef struct snap_capture_sizes {
   uint64_t reserved_8;
   uint64_t ctrl_size;
 } snap_capture_sizes_t;
+
+TARVEX_PD_LAYOUT(sizeof(snap_capture_sizes_t) == 24);
+TARVEX_PD_LAYOUT(offsetof(snap_capture_sizes_t, total_size) == 0);
+TARVEX_PD_LAYOUT(offsetof(snap_capture_sizes_t, reserved_8) == 8);
+TARVEX_PD_LAYOUT(offsetof(snap_capture_sizes_t, ctrl_size) == 16);
 
 pd_status_t bf_snapshot_create(uint32_t dev_id, uint32_t pipe_id, uint32_t start_stage, uint32_t end_stage,
                                uint32_t direction, uint32_t *hdl);

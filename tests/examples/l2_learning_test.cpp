@@ -1,12 +1,11 @@
-// Reading identifiers out of a registry file.
+// The parts of l2_learning that need no switch: reading identifiers out of a registry file, and the plan of a run.
 //
 // SPDX-License-Identifier: Apache-2.0
-#include "oui_list.h"
-
 #include <gtest/gtest.h>
 
 #include <sstream>
 
+#include "oui_list.h"
 #include "plan.h"
 
 namespace {

@@ -1,0 +1,210 @@
+// Any table and profile by its handle, and the labels for counters.
+//
+// SPDX-License-Identifier: Apache-2.0
+#include <algorithm>
+#include <map>
+
+#include "capture.h"
+#include "tarvex_pd/tarvex_pd.h"
+#include "told_entry.h"
+
+namespace tarvex::test {
+
+namespace {
+
+constexpr std::uint64_t target = 0xbeef'0305'0000'0102, cut_target = 0x0305'0000'0102;
+
+/// Every handle near those of tables and profiles, and some of neither.
+std::vector<std::uint32_t> handles()
+{
+  std::vector<std::uint32_t> all = {0, 1, 0x1ff, 0x3000001, 0x20000005, 0x7fffffff, 0xffffffff, 0x2100000a};
+  for (std::uint32_t low = 0; low < 0x100; ++low) all.insert(all.end(), {0x1000000 + low, 0x2000000 + low});
+  return all;
+}
+
+bool is_table(std::uint32_t handle) { return std::ranges::count(calls::tables, handle, &calls::table_info::handle) > 0; }
+
+bool is_profile(std::uint32_t handle)
+{
+  return std::ranges::count(calls::profiles, handle, &calls::profile_info::action_data_table) > 0;
+}
+
+TEST(dispatch, walks_hand_on_their_arguments)
+{
+  struct walk {
+    const char *name;
+    const char *driver_function;
+    std::vector<std::uint64_t> arguments;  // 0 for the handle
+    bool of_profiles;
+  };
+  const std::vector<walk> walks = {
+      {"entry_hdl_first", "pipe_mgr_get_first_entry_handle", {7, 0, cut_target}, false},
+      {"entry_hdl_next", "pipe_mgr_get_next_entry_handles", {7, 0, cut_target, 9, 3}, false},
+      {"entry_hdl_default", "pipe_mgr_table_get_default_entry_handle", {7, cut_target, 0}, false},
+      {"member_hdl_next", "pipe_mgr_get_next_entry_handles", {7, 0, cut_target, 9, 3}, true},
+  };
+  unsigned known = 0;
+  for (const walk &walk : walks) {
+    const bool has_count = walk.arguments.size() == 5;
+    for (const std::uint32_t handle : handles()) {
+      driver().reset();
+      driver().answer = [](const recorded_call &) { return 0x80000055; };
+      std::uint32_t out[4] = {1, 2, 3, 4};
+      const auto status = has_count ? invoke<std::uint32_t>(walk.name, 7U, target, handle, 9U, 3U, &out[0])
+                                    : invoke<std::uint32_t>(walk.name, 7U, target, handle, &out[0]);
+      if (!(walk.of_profiles ? is_profile(handle) : is_table(handle))) {
+        ASSERT_EQ(status, walk.of_profiles ? 0xffffffff : 0U) << walk.name << handle;
+        ASSERT_EQ(std::vector(out, out + 4), (std::vector<std::uint32_t>{0xffffffff, 2, 3, 4})) << walk.name;
+        ASSERT_TRUE(driver().calls.empty()) << walk.name;
+        continue;
+      }
+      ++known;
+      ASSERT_EQ(status, 0x80000055) << walk.name;
+      ASSERT_EQ(driver().calls.size(), 1U);
+      ASSERT_EQ(driver().calls[0].function, walk.driver_function);
+      std::vector<std::uint64_t> words;
+      for (const auto &argument : driver().calls[0].arguments) words.push_back(argument.word);
+      std::vector<std::uint64_t> expected = walk.arguments;
+      std::ranges::replace(expected, std::uint64_t{0}, std::uint64_t{handle});
+      expected.push_back(reinterpret_cast<std::uint64_t>(&out[0]));
+      ASSERT_EQ(words, expected) << walk.name;
+    }
+  }
+  EXPECT_EQ(known, 3U * 120 + 5);
+}
+
+TEST(dispatch, answers_for_unknown_handles)
+{
+  driver().reset();
+  driver().answer = [](const recorded_call &) -> std::uint64_t { ADD_FAILURE() << "driver call"; return 1; };
+  for (const std::uint32_t handle : handles()) {
+    const auto text = [&](const char *name, auto... behind) {
+      return [=](char *buf) { return invoke<std::uint32_t>(name, behind..., buf); };
+    };
+    const auto print = [&](const char *name) {
+      const auto lines = captured([&](int fd) { EXPECT_EQ(invoke<std::uint32_t>(name, fd, 4, handle, nullptr), 27U); });
+      EXPECT_EQ(lines, std::vector{formatted("0x%08x table not found\n", handle)});
+    };
+    const void *const none = nullptr;
+    if (!is_table(handle)) {
+      ASSERT_TRUE(writes_nothing(text("entry_value", 1U, 0U, handle, 5U, 0U))) << handle;
+      ASSERT_TRUE(writes_nothing(text("plcmt_data_value", handle, none))) << handle;
+      ASSERT_EQ(invoke<std::uint8_t>("plcmt_data_eq_to_hw", 1U, 0U, handle, 5U, none), 0) << handle;
+      print("plcmt_data_print");
+    }
+    if (!is_profile(handle)) {
+      ASSERT_TRUE(writes_nothing(text("adt_plcmt_data_value", handle, none))) << handle;
+      print("adt_plcmt_data_print");
+    }
+    if (!is_table(handle) && !is_profile(handle)) {
+      ASSERT_TRUE(writes("()", text("cli_schema", handle))) << handle;
+    }
+    const auto table = std::ranges::find(calls::tables, handle, &calls::table_info::handle);
+    if (table == calls::tables.end() || !table->counter_label) {
+      ASSERT_TRUE(writes_nothing(text("stringify_counter_matchspec", 1U, 0U, handle, 5U))) << handle;
+    }
+  }
+}
+
+TEST(dispatch, schema_of_every_handle)
+{
+  for (const auto &table : calls::tables)
+    EXPECT_TRUE(writes(table_schema(table), [&](char *buf) { return invoke<std::uint32_t>("cli_schema", table.handle, buf); }));
+  for (const auto &profile : calls::profiles)
+    EXPECT_TRUE(writes(profile_schema(profile), [&](char *buf) {
+      return invoke<std::uint32_t>("cli_schema", profile.action_data_table, buf);
+    }));
+}
+
+/// A label by the key, by the entry and by the table's handle.
+void expect_label(const told_entry &entry, const std::string &label)
+{
+  driver().reset();
+  driver().answer = entry;
+  const std::string name = entry.table->name;
+  const record key = entry.key();
+  ASSERT_TRUE(writes(label, [&](char *buf) {
+    return invoke<std::uint32_t>(name + "_match_spec_stringify_for_counter", key.data(), buf);
+  }));
+  ASSERT_TRUE(writes(label, [&](char *buf) {
+    return invoke<std::uint32_t>(name + "_stringify_counter_match_spec", 7U, 0x302U, 9U, buf);
+  }));
+  ASSERT_TRUE(writes(label, [&](char *buf) {
+    return invoke<std::uint32_t>("stringify_counter_matchspec", 7U, 0x302U, entry.table->handle, 9U, buf);
+  }));
+  for (const recorded_call &call : driver().calls) {
+    ASSERT_EQ(call.arguments[1].word, entry.table->handle);
+    ASSERT_EQ(call.arguments[2].word, 2U);
+    ASSERT_EQ(call.arguments[7].word, 1U) << "not from the hardware";
+  }
+}
+
+TEST(label, of_every_labelled_table)
+{
+  std::map<std::string, std::size_t> longest;
+  for (const auto &table : calls::tables) {
+    if (!table.counter_label) continue;
+    told_entry entry(table, &table.actions[0]);
+    for (unsigned round = 0; round < 300; ++round) {
+      for (record *bytes : {&entry.value, &entry.mask}) {
+        *bytes = random_record(table.key_bytes);
+        // Few bits set, few not set, or any.
+        for (std::uint8_t &byte : *bytes)
+          if (round % 3 == 0) byte = static_cast<std::uint8_t>(byte & random_record(1)[0] & random_record(1)[0]);
+        if (round < 2) std::ranges::fill(*bytes, static_cast<std::uint8_t>(round == 0 ? 0xff : 0));
+      }
+      expect_label(entry, counter_label(table, entry.key()));
+    }
+    std::string widest = counter_label(table, record(table.record_size, 0xff));
+    longest[table.name] = widest.size();
+    entry.with_key = false;
+    driver().answer = entry;
+    const auto by_handle = [&](char *buf) {
+      return invoke<std::uint32_t>("stringify_counter_matchspec", 7U, 0U, table.handle, 9U, buf);
+    };
+    EXPECT_TRUE(writes_nothing(by_handle)) << table.name << ": without a key";
+    entry.with_key = true;
+    entry.status = 0x44;
+    driver().answer = entry;
+    EXPECT_TRUE(writes_nothing(by_handle)) << table.name << ": unreadable";
+  }
+  EXPECT_EQ(longest.size(), 8U);
+  EXPECT_EQ(longest["trapToCpu"], 431U);
+  EXPECT_EQ(longest["finalDropControl"], 362U);
+  EXPECT_EQ(longest["ingressPortDropCheck"], 88U);
+  EXPECT_EQ(longest["l2DmacClassify"], 78U);
+  EXPECT_EQ(longest["egressPortDropCheck"], 77U);
+}
+
+TEST(label, in_full)
+{
+  p4_pd_tarvex_switch_finalDropControl_match_spec_t drop{};
+  const auto of_drop = [&](char *buf) {
+    return p4_pd_tarvex_switch_finalDropControl_match_spec_stringify_for_counter(&drop, buf);
+  };
+  const std::map<std::uint32_t, std::string> interfaces = {
+      {0x1ff, "Invalid Port "}, {0x10000, ""}, {0, ""}, {0x1234, "egrL2AintfUnresolved & 0xfffff 0x1234 "}};
+  for (const auto &[interface, text] : interfaces) {
+    drop.egrMd_egrL2AintfUnresolved = interface;
+    EXPECT_TRUE(writes("Ingress Port 0x0 " + text, of_drop));
+  }
+  drop.egrMd_egrL2AintfUnresolved = 0;
+  for (const auto &[result, text] : std::map<std::uint32_t, std::string>{
+           {0x8001, "ACL Drop "}, {0x10000, "bestResult & 0x18000 0x10000 "}, {0x7fff, ""}}) {
+    drop.haloResultRow1_bestResult = result;
+    EXPECT_TRUE(writes("Ingress Port 0x0 " + text, of_drop));
+  }
+  p4_pd_tarvex_switch_ingL2DomainCount_match_spec_t domain{};
+  EXPECT_TRUE(writes("decap 0 l3Intf    0 ", [&](char *buf) {
+    return p4_pd_tarvex_switch_ingL2DomainCount_match_spec_stringify_for_counter(&domain, buf);
+  }));
+  p4_pd_tarvex_switch_egressPortDropCheck_match_spec_t port{};
+  port.qosMd_wredDrop = 1;  // without its mask
+  EXPECT_TRUE(writes("Egress Port 0x0 Egress TCAM RACL Result 0x0 ", [&](char *buf) {
+    return p4_pd_tarvex_switch_egressPortDropCheck_match_spec_stringify_for_counter(&port, buf);
+  }));
+}
+
+}  // namespace
+
+}  // namespace tarvex::test

@@ -1,0 +1,195 @@
+// Placement data: decoded, printed, as value text, and held against the hardware.
+//
+// SPDX-License-Identifier: Apache-2.0
+#include "capture.h"
+#include "told_entry.h"
+
+namespace tarvex::test {
+
+namespace {
+
+const void *const placement = "the driver alone reads this";
+
+std::string print_of(const told_entry &entry, std::int32_t indent)
+{
+  const calls::table_info &table = *entry.table;
+  std::string text;
+  if (!keyed(table)) text = formatted("%*sp4_pd_tarvex_switch_%s:\n", indent, "", table.name);
+  if (!entry.no_key()) text = key_print(table, indent, entry.key());
+  if (entry.use == nullptr) return text;
+  text += formatted("%*sp4_pd_tarvex_switch_%s:\n", indent, "", entry.use->action->name);
+  if (entry.use->action->params.empty()) return text;
+  return text + action_print(*entry.use->action, indent, entry.parameters());
+}
+
+std::string printed(const std::function<std::uint32_t(int fd)> &print, std::uint32_t expected)
+{
+  std::uint32_t result = ~expected;
+  const std::string text = joined(captured([&](int fd) { result = print(fd); }));
+  EXPECT_EQ(result, expected) << text;
+  return text;
+}
+
+TEST(placement, of_entries_as_print_and_value_text)
+{
+  for_each_entry([](const told_entry &entry) {
+    driver().reset();
+    driver().answer = entry;
+    const std::string name = entry.table->name;
+    const std::string value = entry.key_and_action() + ")";
+    const std::string print = print_of(entry, 3);
+    ASSERT_TRUE(writes(value, [&](char *buf) { return invoke<std::uint32_t>(name + "_plcmt_data_value", placement, buf); }))
+        << name;
+    ASSERT_TRUE(writes(value, [&](char *buf) {
+      return invoke<std::uint32_t>("plcmt_data_value", entry.table->handle, placement, buf);
+    })) << name;
+    ASSERT_EQ(printed([&](int fd) { return invoke<std::uint32_t>(name + "_plcmt_data_print", fd, 3, placement); }, 0),
+              print);
+    ASSERT_EQ(printed([&](int fd) {
+                return invoke<std::uint32_t>("plcmt_data_print", fd, 3, entry.table->handle, placement);
+              }, 0),
+              print);
+    for (const recorded_call &call : driver().calls) {
+      EXPECT_EQ(call.function, "pipe_mgr_plcmt_mat_data_get_entry");
+      EXPECT_EQ(call.at<const char>(0), 't');
+    }
+  });
+}
+
+TEST(placement, of_an_indirect_entry_that_points_nowhere)
+{
+  for (const auto &profile : calls::profiles) {
+    for (const int kind : {0, 1, 3, 6, 255}) {
+      for (const bool with_key : {true, false}) {
+        const calls::table_info &table = table_of(profile);
+        told_entry entry(table, nullptr, with_key);
+        entry.act_kinds = static_cast<std::uint8_t>(kind);
+        driver().answer = entry;
+        const std::string value = "(" + (with_key ? key_value(table, entry.key()) : "(),") + ")";
+        ASSERT_TRUE(writes(value, [&](char *buf) {
+          return invoke<std::uint32_t>("plcmt_data_value", table.handle, placement, buf);
+        })) << table.name;
+      }
+    }
+  }
+}
+
+TEST(placement, that_the_driver_refuses)
+{
+  for (const auto &table : calls::tables) {
+    told_entry entry(table, table.actions.empty() ? nullptr : &table.actions[0]);
+    entry.status = 0x51;
+    driver().answer = entry;
+    EXPECT_EQ(printed([&](int fd) { return invoke<std::uint32_t>("plcmt_data_print", fd, 3, table.handle, placement); },
+                      0x51),
+              formatted("cannot decode plcmt_data for p4_pd_tarvex_switch_%s\n", table.name));
+    EXPECT_TRUE(writes_nothing([&](char *buf) {
+      return invoke<std::uint32_t>("plcmt_data_value", table.handle, placement, buf);
+    }));
+    EXPECT_EQ(invoke<std::uint8_t>("plcmt_data_eq_to_hw", 1U, 0U, table.handle, 5U, placement), 0) << table.name;
+  }
+}
+
+TEST(placement, of_members)
+{
+  for (const auto &profile : calls::profiles) {
+    const std::string name = profile.name;
+    const calls::table_info &table = table_of(profile);
+    const std::uint32_t handle = profile.action_data_table;
+    for (const auto &use : profile.actions) {
+      told_entry member(table, &use);
+      driver().answer = member;
+      const record parameters = use.action->params.empty() ? record() : member.parameters();
+      const std::string value = action_value(*use.action, parameters);
+      const std::string print = formatted("%*sp4_pd_tarvex_switch_%s:\n", 5, "", use.action->name) +
+                                action_print(*use.action, 5, parameters);
+      const auto write_named = [&](char *buf) { return invoke<std::uint32_t>(name + "_plcmt_data_value", placement, buf); };
+      const auto write = [&](char *buf) { return invoke<std::uint32_t>("adt_plcmt_data_value", handle, placement, buf); };
+      const auto print_named = [&](int fd) {
+        return invoke<std::uint32_t>(name + "_adt_plcmt_data_print", fd, 5, placement);
+      };
+      const auto print_any = [&](int fd) {
+        return invoke<std::uint32_t>("adt_plcmt_data_print", fd, 5, handle, placement);
+      };
+      EXPECT_TRUE(writes(value, write_named)) << name;
+      EXPECT_TRUE(writes(value, write)) << name;
+      EXPECT_EQ(printed(print_named, 0), print);
+      EXPECT_EQ(printed(print_any, 0), print);
+      member.status = 0x51;
+      driver().answer = member;
+      EXPECT_TRUE(writes_nothing(write)) << name;
+      EXPECT_EQ(printed(print_any, 0x51),
+                formatted("cannot decode plcmt_data for p4_pd_tarvex_switch_%s_adt_plcmt_data_print\n", profile.name));
+    }
+  }
+}
+
+/// The comparison, by the table's own function and by handle.
+int equal(const told_entry &placed, const told_entry &hardware)
+{
+  driver().reset();
+  driver().answer = [&](const recorded_call &call) {
+    return call.function == "pipe_mgr_get_entry" ? hardware(call) : placed(call);
+  };
+  const std::string name = std::string(placed.table->name) + "_plcmt_data_eq_to_hw";
+  const std::uint8_t by_name = invoke<std::uint8_t>(name, 7U, 0x302U, 0xdeadU, 9U, placement);
+  const std::uint8_t by_handle =
+      invoke<std::uint8_t>("plcmt_data_eq_to_hw", 7U, 0x302U, placed.table->handle, 9U, placement);
+  EXPECT_EQ(by_name, by_handle) << name;
+  for (const recorded_call &call : driver().calls) {
+    if (call.function != "pipe_mgr_get_entry") continue;
+    const std::uint64_t expected[] = {7, placed.table->handle, 2, 9};
+    for (std::size_t i = 0; i < 4; ++i) EXPECT_EQ(call.arguments[i].word, expected[i]) << name << ", argument " << i;
+    EXPECT_EQ(call.arguments[7].word, 1U) << name;
+  }
+  return by_name;
+}
+
+TEST(comparison, of_any_entry)
+{
+  for_each_entry([](const told_entry &placed) {
+    const std::string name = placed.table->name;
+    told_entry other = placed;
+    EXPECT_EQ(equal(placed, other), 1) << name;
+    other.priority = 0xffffffff;
+    EXPECT_EQ(equal(placed, other), 1) << name << ": priority";
+    other.status = 0x44;
+    EXPECT_EQ(equal(placed, other), 0) << name << ": unreadable";
+    if (keyed(*placed.table)) {
+      other = placed;
+      other.with_key = !placed.with_key;
+      EXPECT_EQ(equal(placed, other), 0) << name << ": key on one side";
+      other = placed;
+      for (std::uint8_t &byte : other.value) byte = static_cast<std::uint8_t>(~byte);
+      other.partition = ~placed.partition;
+      EXPECT_EQ(equal(placed, other), placed.with_key ? 0 : 1) << name << ": other key";
+    }
+    if (placed.use == nullptr) {
+      other = placed;
+      other.act_kinds = static_cast<std::uint8_t>(6 - placed.act_kinds);
+      EXPECT_EQ(equal(placed, other), 0) << name << ": member and group";
+      other = placed;
+      other.mbr_hdl = 1, other.grp_hdl = 2;
+      EXPECT_EQ(equal(placed, other), placed.act_kinds == 4 ? 1 : 0) << name << ": other handle";
+      other = placed;
+      other.act_kinds = 3;
+      EXPECT_EQ(equal(other, placed), 0) << name << ": neither";
+      return;
+    }
+    for (const auto &use : placed.table->actions) {
+      other = placed;
+      other.use = &use;
+      other.act_hdl = use.handle;
+      EXPECT_EQ(equal(placed, other), &use == placed.use ? 1 : 0) << name << ": " << use.action->name;
+    }
+    if (placed.use->action->params.empty()) return;
+    other = placed;
+    for (std::uint8_t &byte : other.data) byte = static_cast<std::uint8_t>(~byte);
+    other.resource_index = ~placed.resource_index;
+    EXPECT_EQ(equal(placed, other), 0) << name << ": other parameters";
+  });
+}
+
+}  // namespace
+
+}  // namespace tarvex::test

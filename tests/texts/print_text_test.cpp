@@ -1,0 +1,170 @@
+// Print text: its bytes, how it is cut into writes, and what becomes of writes that fail or are cut short.
+//
+// SPDX-License-Identifier: Apache-2.0
+#include <pthread.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <csignal>
+#include <thread>
+
+#include "capture.h"
+#include "told_entry.h"
+
+namespace tarvex::test {
+
+namespace {
+
+/// Each line as the pieces in which it must be written.
+std::vector<std::string> pieces_of(const std::string &text)
+{
+  constexpr std::size_t most = 4096;
+  std::vector<std::string> pieces;
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t end = text.find('\n', at) + 1;
+    const std::size_t size = std::min(end - at, most);
+    pieces.push_back(text.substr(at, size));
+    at += size;
+  }
+  return pieces;
+}
+
+std::size_t last_line(const std::string &text)
+{
+  const std::size_t end = text.size() > 1 ? text.rfind('\n', text.size() - 2) : std::string::npos;
+  return end == std::string::npos ? text.size() : text.size() - end - 1;
+}
+
+const calls::table_info &trap_to_cpu = table_named("trapToCpu");
+
+void expect_print(const std::string &function, std::int32_t indent, const record &from, const std::string &text)
+{
+  std::int32_t result = 0;
+  const auto writes = captured([&](int fd) { result = invoke<std::int32_t>(function, fd, indent, from.data()); });
+  ASSERT_EQ(writes, pieces_of(text)) << function << ", indent " << indent;
+  ASSERT_EQ(result, static_cast<std::int32_t>(last_line(text))) << function << ", indent " << indent;
+}
+
+TEST(print_text, keys_and_actions_byte_for_byte_one_write_a_line)
+{
+  for (const auto &table : calls::tables) {
+    if (!keyed(table)) continue;
+    for (const std::int32_t indent : {0, 1, 4, -3}) {
+      const record key = random_record(table.record_size);
+      expect_print(std::string(table.name) + "_match_spec_print", indent, key, key_print(table, indent, key));
+    }
+  }
+  for (const auto &action : calls::actions) {
+    if (action.params.empty()) continue;
+    for (const record &from : {random_record(action.record_size), record(action.record_size, 0xff)})
+      expect_print(std::string(action.name) + "_print", 2, from, action_print(action, 2, from));
+  }
+}
+
+TEST(print_text, of_a_key)
+{
+  const record key = {1, 0, 0, 0, 0xef, 0xbe, 0xad, 0xde, 20, 0, 0, 0};
+  ASSERT_EQ(table_named("ipv4ShortMaskLpm").record_size, key.size());
+  expect_print("ipv4ShortMaskLpm_match_spec_print", 4, key,
+               "    p4_pd_tarvex_switch_ipv4ShortMaskLpm_match_spec_t:\n"
+               "     l3Info_vrfId: 0x01\n"
+               "     ingIpv4_dip mask 0xfff00000: 0xdea00000\n"
+               "     ingIpv4_dip_prefix_length: 0x0014\n");
+}
+
+TEST(print_text, lines_at_and_beyond_the_longest_write)
+{
+  const record key = random_record(trap_to_cpu.record_size);
+  // Heading lines of 4095, 4096 and 4097 characters, and what takes several writes.
+  const auto heading = static_cast<std::int32_t>(key_print(trap_to_cpu, 0, key).find('\n') + 1);
+  for (const std::int32_t indent : {4095 - heading, 4096 - heading, 4097 - heading, 5000, -5000})
+    expect_print("trapToCpu_match_spec_print", indent, key, key_print(trap_to_cpu, indent, key));
+  const std::string far = key_print(trap_to_cpu, 0, key);
+  std::string text;
+  for (std::size_t at = 0, line = 0; at < far.size(); ++line) {
+    const std::size_t end = far.find('\n', at) + 1;
+    // A field's line at indent 0 has the one column that a character always takes.
+    text += std::string(line == 0 ? 20000 : 19999, ' ') + far.substr(at, end - at);
+    at = end;
+  }
+  expect_print("trapToCpu_match_spec_print", 20000, key, text);
+}
+
+std::atomic<int> interrupts;
+
+TEST(print_text, goes_on_after_short_and_interrupted_writes)
+{
+  struct sigaction old, action = {};
+  action.sa_handler = [](int) { ++interrupts; };
+  sigaction(SIGUSR1, &action, &old);
+  int ends[2];
+  ASSERT_EQ(socketpair(AF_UNIX, SOCK_STREAM, 0, ends), 0);
+  const int room = 1;  // the system's least
+  setsockopt(ends[1], SOL_SOCKET, SO_SNDBUF, &room, sizeof room);
+
+  const record key = random_record(trap_to_cpu.record_size);
+  std::atomic<bool> done = false;
+  std::thread printer([&] {
+    invoke<std::int32_t>("trapToCpu_match_spec_print", ends[1], 4500, key.data());
+    close(ends[1]);
+    done = true;
+    // Stays until it is joined, so that a late signal still finds it.
+  });
+  std::thread interrupter([&] {
+    for (; !done; std::this_thread::sleep_for(std::chrono::microseconds(20))) pthread_kill(printer.native_handle(), SIGUSR1);
+  });
+  std::string text;
+  char some[700];
+  for (ssize_t count; (count = read(ends[0], some, sizeof some)) > 0; text.append(some, static_cast<std::size_t>(count)))
+    std::this_thread::sleep_for(std::chrono::microseconds(30));
+  interrupter.join();
+  printer.join();
+  close(ends[0]);
+  sigaction(SIGUSR1, &old, nullptr);
+  EXPECT_GT(interrupts, 10);
+  EXPECT_TRUE(text == key_print(trap_to_cpu, 4500, key)) << text.size() << " characters";
+}
+
+TEST(print_text, a_failed_write_shows_in_the_result_and_does_not_stop_the_lines)
+{
+  const record key = random_record(trap_to_cpu.record_size);
+  EXPECT_LT(invoke<std::int32_t>("trapToCpu_match_spec_print", -1, 0, key.data()), 0);
+  EXPECT_LT(invoke<std::int32_t>("setEgrVlan_print", -1, 0, key.data()), 0);
+
+  // Each write to a pipe that nobody reads raises a signal.
+  static std::atomic<int> failures;
+  struct sigaction old, action = {};
+  action.sa_handler = [](int) { ++failures; };
+  sigaction(SIGPIPE, &action, &old);
+  int ends[2];
+  ASSERT_EQ(pipe(ends), 0);
+  close(ends[0]);
+  EXPECT_LT(invoke<std::int32_t>("trapToCpu_match_spec_print", ends[1], 0, key.data()), 0);
+  close(ends[1]);
+  sigaction(SIGPIPE, &old, nullptr);
+  EXPECT_EQ(failures, static_cast<int>(rows_of(trap_to_cpu).size()) + 1);
+}
+
+TEST(print_text, from_eight_threads_at_once)
+{
+  std::vector<std::thread> threads;
+  std::atomic<int> wrong = 0;
+  for (int i = 0; i < 8; ++i) {
+    threads.emplace_back([&wrong, key = random_record(trap_to_cpu.record_size)] {
+      const std::string text = key_print(trap_to_cpu, 0, key);
+      for (int round = 0; round < 30; ++round) {
+        const auto lines = captured([&](int fd) {
+          invoke<std::int32_t>("trapToCpu_match_spec_print", fd, 0, key.data());
+        });
+        if (lines != pieces_of(text)) ++wrong;
+      }
+    });
+  }
+  for (auto &thread : threads) thread.join();
+  EXPECT_EQ(wrong, 0);
+}
+
+}  // namespace
+
+}  // namespace tarvex::test

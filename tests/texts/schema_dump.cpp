@@ -1,0 +1,18 @@
+// Prints the schema of every handle that has one, a line each: the handle, a blank, the text.
+//
+// SPDX-License-Identifier: Apache-2.0
+#include <array>
+#include <cstdint>
+#include <cstdio>
+
+#include "tarvex_pd/dispatch.h"
+
+int main()
+{
+  std::array<char, 4096> text;
+  for (const std::uint32_t kind : {0x1000000U, 0x2000000U}) {
+    for (std::uint32_t handle = kind; handle < kind + 0x1000; ++handle)
+      if (p4_pd_tarvex_switch_cli_schema(handle, text.data()) > 2) std::printf("%#x %s\n", handle, text.data());
+  }
+  return 0;
+}
