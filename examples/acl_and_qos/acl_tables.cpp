@@ -103,6 +103,14 @@ key_layout<drop_key> drop_layout()
   };
 }
 
+/// The field is to have this value.
+template <typename Field>
+void match(Field &field, Field &mask, std::uint32_t value)
+{
+  field = static_cast<Field>(value);
+  mask = static_cast<Field>(~Field{0});
+}
+
 /// A key that asks for what `ask` sets, and for nothing else.
 template <typename Key, typename Ask>
 Key asking(Ask ask)
@@ -175,22 +183,29 @@ void acl_tables::program_trap()
              p4_pd_tarvex_switch_copyPacket_action_spec_t{++reason, 0});
   };
   const auto ether_type = [](std::uint16_t type) {
-    return [=](trap_key &k) { k.ingMd_etherType = type, k.ingMd_etherType_mask = 0xffff; };
+    return [=](trap_key &k) { match(k.ingMd_etherType, k.ingMd_etherType_mask, type); };
   };
   const auto protocol = [](std::uint8_t number) {
-    return [=](trap_key &k) { k.ingMd_protocol = number, k.ingMd_protocol_mask = 0xff; };
+    return [=](trap_key &k) { match(k.ingMd_protocol, k.ingMd_protocol_mask, number); };
   };
   const auto to_port = [=](std::uint8_t number, std::uint16_t port) {
-    return [=](trap_key &k) { protocol(number)(k), k.ingMd_dstPort = port, k.ingMd_dstPort_mask = 0xffff; };
+    return [=](trap_key &k) {
+      protocol(number)(k);
+      match(k.ingMd_dstPort, k.ingMd_dstPort_mask, port);
+    };
   };
   const auto from_port = [=](std::uint8_t number, std::uint16_t port) {
-    return [=](trap_key &k) { protocol(number)(k), k.ingMd_srcPort = port, k.ingMd_srcPort_mask = 0xffff; };
+    return [=](trap_key &k) {
+      protocol(number)(k);
+      match(k.ingMd_srcPort, k.ingMd_srcPort_mask, port);
+    };
   };
   constexpr std::uint8_t tcp = 6, udp = 17;
 
   for (const std::uint16_t opcode : {std::uint16_t{1}, std::uint16_t{2}}) {
     copy_to_cpu(opcode == 1 ? "ARP request" : "ARP reply", [&](trap_key &k) {
-      k.arpHdr_valid = k.arpHdr_valid_mask = 1, k.arpHdr_opcode = opcode, k.arpHdr_opcode_mask = 0xffff;
+      match(k.arpHdr_valid, k.arpHdr_valid_mask, 1);
+      match(k.arpHdr_opcode, k.arpHdr_opcode_mask, opcode);
     });
   }
   to_cpu("LLDP", ether_type(0x88cc));
@@ -209,27 +224,35 @@ void acl_tables::program_trap()
   to_cpu("RSVP", protocol(46));
   copy_to_cpu("PTP event", to_port(udp, 319));
   for (const std::uint32_t router : {5u, 6u}) {
-    to_cpu("OSPF to 224.0.0." + std::to_string(router),
-           [&](trap_key &k) { protocol(89)(k), k.ingIpv4_dip = 0xe0000000 + router, k.ingIpv4_dip_mask = 0xffffffff; });
+    to_cpu("OSPF to 224.0.0." + std::to_string(router), [&](trap_key &k) {
+      protocol(89)(k);
+      match(k.ingIpv4_dip, k.ingIpv4_dip_mask, 0xe0000000 + router);
+    });
   }
-  copy_to_cpu("IGMP where snooped",
-              [&](trap_key &k) { protocol(2)(k), k.ingMd_igmpSnoopingEnabled = k.ingMd_igmpSnoopingEnabled_mask = 1; });
+  copy_to_cpu("IGMP where snooped", [&](trap_key &k) {
+    protocol(2)(k);
+    match(k.ingMd_igmpSnoopingEnabled, k.ingMd_igmpSnoopingEnabled_mask, 1);
+  });
   copy_to_cpu("IPv6 link-local multicast", [](trap_key &k) {
     k.ingIpv6_dip[0] = 0xff, k.ingIpv6_dip[1] = 0x02, k.ingIpv6_dip_mask[0] = k.ingIpv6_dip_mask[1] = 0xff;
   });
   for (std::uint16_t interface = 1; interface <= 8; ++interface) {
     to_cpu("SSH on interface " + std::to_string(interface), [&](trap_key &k) {
-      to_port(tcp, 22)(k), k.ingMd_ingL3Aintf = interface, k.ingMd_ingL3Aintf_mask = 0xfff;
-      k.l3Info_ingL3DmacValid = k.l3Info_ingL3DmacValid_mask = 1;
+      to_port(tcp, 22)(k);
+      match(k.ingMd_ingL3Aintf, k.ingMd_ingL3Aintf_mask, interface);
+      match(k.l3Info_ingL3DmacValid, k.l3Info_ingL3DmacValid_mask, 1);
     });
   }
-  to_cpu("TTL run out",
-         [](trap_key &k) { k.ingMd_ttl_mask = 0xfe, k.l3Info_ingL3DmacValid = k.l3Info_ingL3DmacValid_mask = 1; });
+  to_cpu("TTL run out", [](trap_key &k) {
+    k.ingMd_ttl_mask = 0xfe;
+    match(k.l3Info_ingL3DmacValid, k.l3Info_ingL3DmacValid_mask, 1);
+  });
   for (std::uint8_t code = 64; code < 72; ++code) {
     to_cpu("reason " + std::to_string(code) + " of an earlier table",
-           [&](trap_key &k) { k.egrMd_cpuReasonCode = code, k.egrMd_cpuReasonCode_mask = 0xff; });
+           [&](trap_key &k) { match(k.egrMd_cpuReasonCode, k.egrMd_cpuReasonCode_mask, code); });
   }
-  trap.add("broadcast stays", ++priority, asking<trap_key>([](trap_key &k) { k.ingMd_bcast = k.ingMd_bcast_mask = 1; }),
+  trap.add("broadcast stays", ++priority,
+           asking<trap_key>([](trap_key &k) { match(k.ingMd_bcast, k.ingMd_bcast_mask, 1); }),
            PD_ACTION(trapToCpu, noOp));
   trap.set_default("nothing for the CPU", PD_DEFAULT(trapToCpu, noOp));
 }
@@ -243,22 +266,24 @@ void acl_tables::program_mirror()
                p4_pd_tarvex_switch_setIngressMirrorSession_action_spec_t{mirror_session});
   };
   mirror.add("TCP scan without flags", ++priority, asking<mirror_key>([](mirror_key &k) {
-               k.ingMd_protocol = 6, k.ingMd_protocol_mask = 0xff, k.haloKeyOrig_flags_mask = 0xff;
+               match(k.ingMd_protocol, k.ingMd_protocol_mask, 6);
+               k.haloKeyOrig_flags_mask = 0xff;
              }),
              PD_ACTION(ingressMirrorSession, dropDatalink));
   for (std::uint16_t group = 1; group <= 12; ++group) {
     mirror_if("tapped source group " + std::to_string(group), 100 + group,
-              [&](mirror_key &k) { k.haloKeyOrig_sipMirror = group, k.haloKeyOrig_sipMirror_mask = 0xffff; });
+              [&](mirror_key &k) { match(k.haloKeyOrig_sipMirror, k.haloKeyOrig_sipMirror_mask, group); });
   }
   for (std::uint16_t port = 1; port <= 12; ++port) {
     mirror_if("voice on port " + std::to_string(port), 200 + port, [&](mirror_key &k) {
-      k.ig_intr_md_ingress_port = port, k.ig_intr_md_ingress_port_mask = 0x1ff;
-      k.qosMd_dscp = 46, k.qosMd_dscp_mask = 0x3f;
+      match(k.ig_intr_md_ingress_port, k.ig_intr_md_ingress_port_mask, port);
+      match(k.qosMd_dscp, k.qosMd_dscp_mask, 46);
     });
   }
-  mirror_if("fragments", 300, [](mirror_key &k) { k.haloKeyOrig_isFrag = k.haloKeyOrig_isFrag_mask = 1; });
+  mirror_if("fragments", 300, [](mirror_key &k) { match(k.haloKeyOrig_isFrag, k.haloKeyOrig_isFrag_mask, 1); });
   mirror_if("DNS", 301, [](mirror_key &k) {
-    k.l4PortHdr_dstPort = 53, k.l4PortHdr_dstPort_mask = 0xffff, k.l4PortHdr_valid = k.l4PortHdr_valid_mask = 1;
+    match(k.l4PortHdr_dstPort, k.l4PortHdr_dstPort_mask, 53);
+    match(k.l4PortHdr_valid, k.l4PortHdr_valid_mask, 1);
   });
 }
 
@@ -300,29 +325,34 @@ void acl_tables::program_drop()
   constexpr auto count = PD_ACTION(finalDropControl, dropCount);
   constexpr auto count_and_log = PD_ACTION(finalDropControl, dropCountAndLog);
   constexpr auto discard = PD_ACTION(finalDropControl, finalDrop);
-  when("goes to the CPU", accept, [](drop_key &k) { k.egrMd_trapToCpu = k.egrMd_trapToCpu_mask = 1; });
+  when("goes to the CPU", accept, [](drop_key &k) { match(k.egrMd_trapToCpu, k.egrMd_trapToCpu_mask, 1); });
   for (std::uint16_t port = 20; port < 28; ++port) {
     when("port " + std::to_string(port) + " in quarantine", discard,
-         [&](drop_key &k) { k.ig_intr_md_ingress_port = port, k.ig_intr_md_ingress_port_mask = 0x1ff; });
+         [&](drop_key &k) { match(k.ig_intr_md_ingress_port, k.ig_intr_md_ingress_port_mask, port); });
   }
-  when("access list denies", count,
-       [](drop_key &k) { k.haloResultRow1_bestResult = 0x8000, k.haloResultRow1_bestResult_mask = 0x18000; });
+  when("access list denies", count, [](drop_key &k) {
+    k.haloResultRow1_bestResult = 0x8000;
+    k.haloResultRow1_bestResult_mask = 0x18000;
+  });
   when("access list denies and logs", count_and_log,
        [](drop_key &k) { k.haloResultRow1_bestResult = k.haloResultRow1_bestResult_mask = 0x18000; });
-  when("illegal source", count, [](drop_key &k) { k.ingMd_dropSmac = k.ingMd_dropSmac_mask = 1; });
-  when("illegal destination", count, [](drop_key &k) { k.ingMd_dropDmac = k.ingMd_dropDmac_mask = 1; });
+  when("illegal source", count, [](drop_key &k) { match(k.ingMd_dropSmac, k.ingMd_dropSmac_mask, 1); });
+  when("illegal destination", count, [](drop_key &k) { match(k.ingMd_dropDmac, k.ingMd_dropDmac_mask, 1); });
   when("blocked by spanning tree", discard,
-       [](drop_key &k) { k.ingVlanStpCheck_stpBlocked = k.ingVlanStpCheck_stpBlocked_mask = 1; });
+       [](drop_key &k) { match(k.ingVlanStpCheck_stpBlocked, k.ingVlanStpCheck_stpBlocked_mask, 1); });
   when("not a member of the VLAN", count,
-       [](drop_key &k) { k.ingVlanStpCheck_invalidVlan = k.ingVlanStpCheck_invalidVlan_mask = 1; });
-  when("storm control", count, [](drop_key &k) { k.ingMd_stormControlDrop = k.ingMd_stormControlDrop_mask = 1; });
+       [](drop_key &k) { match(k.ingVlanStpCheck_invalidVlan, k.ingVlanStpCheck_invalidVlan_mask, 1); });
+  when("storm control", count, [](drop_key &k) { match(k.ingMd_stormControlDrop, k.ingMd_stormControlDrop_mask, 1); });
   when("martian, routed", count_and_log, [](drop_key &k) {
-    k.ingMd_routedMartian = k.ingMd_routedMartian_mask = 1, k.egrMd_routed = k.egrMd_routed_mask = 1;
+    match(k.ingMd_routedMartian, k.ingMd_routedMartian_mask, 1);
+    match(k.egrMd_routed, k.egrMd_routed_mask, 1);
   });
   when("back out of its port", discard,
-       [](drop_key &k) { k.ingMd_samePortBridging = k.ingMd_samePortBridging_mask = 1; });
-  when("no way out", count,
-       [](drop_key &k) { k.egrMd_egrL2AintfUnresolved_mask = 0xfffff, k.ig_intr_md_for_tm_mcast_grp_a_mask = 0xffff; });
+       [](drop_key &k) { match(k.ingMd_samePortBridging, k.ingMd_samePortBridging_mask, 1); });
+  when("no way out", count, [](drop_key &k) {
+    k.egrMd_egrL2AintfUnresolved_mask = 0xfffff;
+    k.ig_intr_md_for_tm_mcast_grp_a_mask = 0xffff;
+  });
   drop.set_default("nothing against it", PD_DEFAULT(finalDropControl, accept));
 }
 

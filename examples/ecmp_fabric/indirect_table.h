@@ -4,6 +4,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstring>
 #include <functional>
 #include <tuple>
 #include <vector>
@@ -23,7 +24,8 @@ struct target {
 /// An entry as it reads back.
 struct indirect_entry {
   bool has_key = false;
-  std::uint32_t number = 0;
+  std::uint32_t number = 0;  // STANDIN_NO_HANDLE where the key is not that of any number
+  std::uint32_t priority = 0;
   target to;
 
   friend bool operator==(const indirect_entry &, const indirect_entry &) = default;
@@ -32,6 +34,7 @@ struct indirect_entry {
 struct indirect_table {
   const char *name;
   std::uint32_t handle;
+  std::uint32_t priority;  // of all entries; 0 where the table has none
   std::function<pd_status_t(std::uint32_t number, target to, pd_entry_hdl_t *entry)> add;
   std::function<pd_status_t(pd_entry_hdl_t entry, target to)> modify;
   std::function<pd_status_t(std::uint32_t number, target to)> modify_by_key;
@@ -72,7 +75,7 @@ indirect_table make_table(const indirect_table_functions<Key, Priority...> &f, F
     complete(key);
     return key;
   };
-  indirect_table table{f.name, 0, {}, {}, {}, {}, {}, {}};
+  indirect_table table{f.name, 0, (priority + ... + 0u), {}, {}, {}, {}, {}, {}};
   f.get_mat_table_handle(&table.handle);
   table.add = [=](std::uint32_t number, target to, pd_entry_hdl_t *entry) {
     const Key key = key_of(number);
@@ -104,7 +107,12 @@ indirect_table make_table(const indirect_table_functions<Key, Priority...> &f, F
                              &no_key);
         },
         read_priority);
-    *read = {no_key == 0, static_cast<std::uint32_t>(key.*field), {is_group != 0, is_group != 0 ? group : member}};
+    const auto number = static_cast<std::uint32_t>(key.*field);
+    const Key whole = key_of(number);
+    read->has_key = no_key == 0;
+    read->number = std::memcmp(&key, &whole, sizeof key) == 0 ? number : STANDIN_NO_HANDLE;
+    read->priority = std::apply([](auto... p) { return (p + ... + 0u); }, read_priority);
+    read->to = {is_group != 0, is_group != 0 ? group : member};
     return status;
   };
   table.packet = [=](std::uint32_t number) {

@@ -36,29 +36,38 @@ void forget(const std::vector<profile> &profiles, tally &compared)
   std::printf("forgotten by the library; the switch forwards as before\n");
 }
 
-/// All is as it was; `log` is the log that the library gave before it forgot.
-void check_restored(const std::vector<profile> &profiles, const std::string &log, tally &compared)
+/// Whether all is as it was; `log` is the log that the library gave before it forgot.
+bool check_restored(const std::vector<profile> &profiles, const std::string &log, tally &compared)
 {
   compared.expect(log_device() == log, [] { return "the log of the device is not what it was"; });
   for (const profile &each : profiles) {
     each.check_switch(compared);
     each.check_library(compared);
   }
+  return compared.different() == 0;
 }
 
-fabric_counts print(const std::vector<profile> &profiles)
+void print(const std::vector<profile> &profiles)
 {
-  fabric_counts all;
   for (const profile &each : profiles) {
     const fabric_counts c = each.counts();
     std::printf("  %-30s %5zu members %5zu groups %6zu memberships, %5zu down %5zu entries\n", each.name(), c.members,
                 c.groups, c.memberships, c.down, c.entries);
+  }
+  for (const profile &each : profiles) std::printf("  %s\n", each.example().c_str());
+}
+
+std::string sum_of(const std::vector<profile> &profiles)
+{
+  fabric_counts all;
+  for (const profile &each : profiles) {
+    const fabric_counts c = each.counts();
     all.groups += c.groups;
     all.memberships += c.memberships;
     all.entries += c.entries;
   }
-  for (const profile &each : profiles) std::printf("  %s\n", each.example().c_str());
-  return all;
+  return std::to_string(all.groups) + " groups, " + std::to_string(all.memberships) + " memberships, " +
+         std::to_string(all.entries) + " entries, ";
 }
 
 std::string run(const std::optional<std::string> &path, tally &compared)
@@ -77,13 +86,13 @@ std::string run(const std::optional<std::string> &path, tally &compared)
   std::printf("built\n");
   print(profiles);
   std::string log = log_device();
-  check_restored(profiles, log, compared);
+  if (!check_restored(profiles, log, compared)) return sum_of(profiles) + "not as they were built";
 
   file.write(log);
   std::printf("logged to %s: %zu bytes\n", file.path().c_str(), log.size());
   forget(profiles, compared);
   restore_device(file.read(), file.path());
-  check_restored(profiles, log, compared);
+  if (!check_restored(profiles, log, compared)) return sum_of(profiles) + "not restored from " + file.path();
   std::printf("restored from %s\n", file.path().c_str());
 
   for (profile &each : profiles) {
@@ -91,14 +100,13 @@ std::string run(const std::optional<std::string> &path, tally &compared)
     each.switch_members(random);
   }
   std::printf("grown\n");
-  const fabric_counts all = print(profiles);
+  print(profiles);
   log = log_device();
   forget(profiles, compared);
   must(p4_pd_tarvex_switch_restore_virtual_dev_state(session, device_id, 0, 0, 0), "replaying the device");
-  check_restored(profiles, log, compared);
+  if (!check_restored(profiles, log, compared)) return sum_of(profiles) + "not restored by the replay";
   std::printf("restored by the replay of the switch\n");
-  return std::to_string(all.groups) + " groups, " + std::to_string(all.memberships) + " memberships, " +
-         std::to_string(all.entries) + " entries, restored twice";
+  return sum_of(profiles) + "restored twice";
 }
 
 }  // namespace

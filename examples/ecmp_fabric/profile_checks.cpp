@@ -87,7 +87,7 @@ void profile::check_entry(const entry &which, tally &compared) const
   compared.expect(found == which.handle, [&] { return "a packet misses " + entry_text(); });
   indirect_entry read;
   const pd_status_t status = table_.read(which.handle, &read);
-  compared.expect(status == BF_SUCCESS && read == indirect_entry{true, which.number, which.to},
+  compared.expect(status == BF_SUCCESS && read == indirect_entry{true, which.number, table_.priority, which.to},
                   [&] { return entry_text() + " has another key or points elsewhere"; });
 }
 

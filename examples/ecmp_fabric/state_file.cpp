@@ -10,8 +10,8 @@
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
+#include <iterator>
 #include <memory>
-#include <sstream>
 
 #include "program.h"
 
@@ -63,10 +63,9 @@ std::string state_file::read() const
 {
   std::ifstream file(path_, std::ios::binary);
   if (!file) fail(path_, "cannot be opened");
-  std::ostringstream document;
-  document << file.rdbuf();
-  if (!file || !document) fail(path_, "cannot be read");
-  return document.str();
+  std::string document{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  if (file.bad()) fail(path_, "cannot be read");
+  return document;
 }
 
 std::string log_device()
