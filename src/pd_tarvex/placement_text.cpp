@@ -79,14 +79,7 @@ std::uint32_t plcmt_data_value(const table_text &table, const void *plcmt_data, 
   if (table.decode(table.decode_name, plcmt_data, entry) != BF_SUCCESS) return 0;
   text_writer to(buf);
   to.character('(');
-  if (!table.keyed || entry.no_key != 0)
-    to.text("(),");
-  else
-    put_key_value(to, table, entry.key);
-  if (table.indirect)
-    put_pointee_value(to, entry);
-  else
-    put_action_value(to, text_of(entry.action), entry.action.parameters);
+  put_entry_value(to, table, entry);
   to.character(')');
   return to.end();
 }

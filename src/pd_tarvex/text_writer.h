@@ -10,6 +10,19 @@
 
 namespace tarvex::pd {
 
+/// The two digits of every byte.
+struct hex_digits {
+  explicit constexpr hex_digits(const char *of_nibble)
+  {
+    for (unsigned byte = 0; byte < 256; ++byte) {
+      of_byte[byte][0] = of_nibble[byte >> 4];
+      of_byte[byte][1] = of_nibble[byte & 0xf];
+    }
+  }
+
+  char of_byte[256][2]{};
+};
+
 class text_writer {
  public:
   explicit text_writer(char *to) : begin_(to), at_(to) {}
@@ -20,15 +33,29 @@ class text_writer {
     at_ += piece.size();
     return *this;
   }
+  /// A piece of a length that only the running program knows, most often a name: for these a call of memcpy takes
+  /// longer than the copying.
+  text_writer &short_text(std::string_view piece)
+  {
+    if (piece.size() >= 16)
+      in_blocks<16>(piece);
+    else if (piece.size() >= 4)
+      in_blocks<4>(piece);
+    else
+      for (const char c : piece) *at_++ = c;
+    return *this;
+  }
   text_writer &character(char c)
   {
     *at_++ = c;
     return *this;
   }
-  /// The low `digits` hexadecimal digits, in small letters.
+  /// The low `digits` hexadecimal digits, 1 to 8, in small letters.
   text_writer &hex(std::uint32_t value, unsigned digits)
   {
-    for (unsigned i = digits; i > 0; --i, value >>= 4) at_[i - 1] = small_digits[value & 0xf];
+    char *to = at_ + digits;
+    for (; to - at_ >= 2; value >>= 8) std::memcpy(to -= 2, small_digits.of_byte[value & 0xff], 2);
+    if (to != at_) *at_ = small_digits.of_byte[value & 0xf][1];
     at_ += digits;
     return *this;
   }
@@ -63,15 +90,22 @@ class text_writer {
   }
 
  private:
-  static constexpr char small_digits[] = "0123456789abcdef";
-  static constexpr char capital_digits[] = "0123456789ABCDEF";
+  static constexpr hex_digits small_digits{"0123456789abcdef"};
+  static constexpr hex_digits capital_digits{"0123456789ABCDEF"};
 
-  text_writer &digits_of(const std::uint8_t *bytes, unsigned count, const char *digits)
+  /// Copies a piece of at least a block; the last block overlaps the one ahead of it.
+  template <std::size_t Size>
+  void in_blocks(std::string_view piece)
   {
-    for (unsigned i = 0; i < count; ++i) {
-      *at_++ = digits[bytes[i] >> 4];
-      *at_++ = digits[bytes[i] & 0xf];
-    }
+    const std::size_t last = piece.size() - Size;
+    for (std::size_t at = 0; at < last; at += Size) std::memcpy(at_ + at, piece.data() + at, Size);
+    std::memcpy(at_ + last, piece.data() + last, Size);
+    at_ += piece.size();
+  }
+
+  text_writer &digits_of(const std::uint8_t *bytes, unsigned count, const hex_digits &digits)
+  {
+    for (unsigned i = 0; i < count; ++i, at_ += 2) std::memcpy(at_, digits.of_byte[bytes[i]], 2);
     return *this;
   }
 

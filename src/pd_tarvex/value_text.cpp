@@ -5,7 +5,9 @@
 
 namespace tarvex::pd {
 
-std::uint32_t live_value(const text_row &row, const void *record)
+namespace {
+
+[[gnu::always_inline]] inline std::uint32_t live_word(const text_row &row, const void *record)
 {
   switch (row.member_size) {
     case 1: return load_member<1>(record, row.member) & row.live;
@@ -14,9 +16,10 @@ std::uint32_t live_value(const text_row &row, const void *record)
   }
 }
 
-namespace {
+// The writer goes in and out by value here, so that its position stays in a register from piece to piece.
 
-void put_rows(text_writer &to, const text_row *rows, std::size_t count, const void *record)
+[[gnu::always_inline]] inline text_writer rows_behind(text_writer to, const text_row *rows, std::size_t count,
+                                                      const void *record)
 {
   for (std::size_t i = 0; i < count; ++i) {
     const text_row &row = rows[i];
@@ -24,27 +27,26 @@ void put_rows(text_writer &to, const text_row *rows, std::size_t count, const vo
     if (row.live16 != nullptr)
       to.capital_bytes(static_cast<const std::uint8_t *>(record) + row.member, 16);
     else
-      to.hex(live_value(row, record), row.digits);
+      to.hex(live_word(row, record), row.digits);
     to.character(',');
   }
+  return to;
 }
 
-}  // namespace
-
-void put_key_value(text_writer &to, const table_text &table, const void *match_spec)
+[[gnu::always_inline]] inline text_writer key_behind(text_writer to, const table_text &table, const void *match_spec)
 {
   to.text("( ");
-  put_rows(to, table.rows, table.row_count, match_spec);
-  to.text("),");
+  return rows_behind(to, table.rows, table.row_count, match_spec).text("),");
 }
 
-void put_action_value(text_writer &to, const action_text &action, const void *action_spec)
+[[gnu::always_inline]] inline text_writer action_behind(text_writer to, const action_text &action,
+                                                        const void *action_spec)
 {
-  to.text("('").text(action.name).text("',(");
-  put_rows(to, action.rows, action.row_count, action_spec);
-  to.text(")),");
+  to.text("('").short_text(action.name).text("',(");
+  return rows_behind(to, action.rows, action.row_count, action_spec).text(")),");
 }
 
+/// Nothing for neither a member nor a group.
 void put_pointee_value(text_writer &to, const entry_contents &entry)
 {
   if (entry.is_member != 0)
@@ -53,18 +55,40 @@ void put_pointee_value(text_writer &to, const entry_contents &entry)
     to.text("('setGrpHdl',(0x").natural_hex(entry.grp_hdl).text(",))");
 }
 
+}  // namespace
+
+std::uint32_t live_value(const text_row &row, const void *record) { return live_word(row, record); }
+
+void put_key_value(text_writer &to, const table_text &table, const void *match_spec)
+{
+  to = key_behind(to, table, match_spec);
+}
+
+void put_action_value(text_writer &to, const action_text &action, const void *action_spec)
+{
+  to = action_behind(to, action, action_spec);
+}
+
+void put_entry_value(text_writer &to, const table_text &table, const entry_contents &entry)
+{
+  if (!table.keyed || entry.no_key != 0)
+    to.text("(),");
+  else
+    put_key_value(to, table, entry.key);
+  if (table.indirect)
+    put_pointee_value(to, entry);
+  else
+    put_action_value(to, text_of(entry.action), entry.action.parameters);
+}
+
 std::uint32_t match_spec_value(const table_text &table, const void *match_spec, char *buf)
 {
-  text_writer to(buf);
-  put_key_value(to, table, match_spec);
-  return to.end();
+  return key_behind(text_writer(buf), table, match_spec).end();
 }
 
 std::uint32_t action_value(const action_text &action, const void *action_spec, char *buf)
 {
-  text_writer to(buf);
-  put_action_value(to, action, action_spec);
-  return to.end();
+  return action_behind(text_writer(buf), action, action_spec).end();
 }
 
 std::uint32_t table_value(const table_text &table, pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id, pd_entry_hdl_t entry_hdl,
@@ -74,14 +98,7 @@ std::uint32_t table_value(const table_text &table, pd_sess_hdl_t sess_hdl, pd_de
   if (table.read(table.read_name, sess_hdl, dev_id, entry_hdl, read_from_hw, entry) != BF_SUCCESS) return 0;
   text_writer to(buf);
   to.text("((");
-  if (!table.keyed || entry.no_key != 0)
-    to.text("(),");
-  else
-    put_key_value(to, table, entry.key);
-  if (table.indirect)
-    put_pointee_value(to, entry);
-  else
-    put_action_value(to, text_of(entry.action), entry.action.parameters);
+  put_entry_value(to, table, entry);
   to.text("),(").decimal(table.priority ? static_cast<std::int32_t>(entry.priority) : 0).text(",True))");
   return to.end();
 }

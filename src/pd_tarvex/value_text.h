@@ -14,8 +14,8 @@ std::uint32_t live_value(const text_row &row, const void *record);
 // Without a NUL, for texts that hold them.
 void put_key_value(text_writer &to, const table_text &table, const void *match_spec);
 void put_action_value(text_writer &to, const action_text &action, const void *action_spec);
-/// The member or the group that an indirect entry points at; nothing for neither.
-void put_pointee_value(text_writer &to, const entry_contents &entry);
+/// Key and action, or the member or group that an indirect entry points at.
+void put_entry_value(text_writer &to, const table_text &table, const entry_contents &entry);
 
 // Lengths without the NUL.
 std::uint32_t match_spec_value(const table_text &table, const void *match_spec, char *buf);
