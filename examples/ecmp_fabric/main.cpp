@@ -15,9 +15,9 @@ using namespace tarvex::examples;
 constexpr char usage[] = R"(usage: ecmp_fabric [FILE]
 
 Builds 1,000 groups of up to 64 members over the five action profiles of a stand-in switch, points entries of the ECMP,
-LAG, tunnel and mirror tables to them, and takes members down and up. Then has the library forget all members and groups,
-as a control plane has that was started again, and restores them: from the log of the device, by way of FILE, and by the
-replay of the switch. Compares all of it at each step.
+LAG, tunnel and mirror tables to them, and takes members down and up. Then has the library forget all members and
+groups, as a control plane has that was started again, and restores them: from the log of the device, by way of FILE,
+and by the replay of the switch. Compares all of it at each step.
 
   FILE    where the log is written, as JSON; it stays there (default: a temporary file that is removed)
   --help  this text

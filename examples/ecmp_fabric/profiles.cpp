@@ -6,25 +6,27 @@
 namespace tarvex::examples {
 namespace {
 
-/// A table with one exact field of two bytes.
-template <typename Key>
-indirect_table exact_table(const indirect_table_functions<Key> &functions, std::uint16_t Key::*field)
+/// A profile with one action, and a table with one exact field of two bytes. `make` gives the parameters of a number.
+template <typename Parameters, typename Key>
+profile simple_profile(const profile_functions &functions, const member_functions<Parameters> &member,
+                       Parameters (*make)(std::uint32_t number), const indirect_table_functions<Key> &table,
+                       std::uint16_t Key::*field)
 {
-  return make_table(functions, field, 2, [](Key &) {});
+  return {functions, make_table(table, field, 2, [](Key &) {}), {action_with(member, make)}};
 }
 
 profile ecmp()
 {
   using next_hop = p4_pd_tarvex_switch_setEcmpNextHop_action_spec_t;
   using key = p4_pd_tarvex_switch_ecmpGroup_match_spec_t;
-  const member_functions<next_hop> set = PD_MEMBER(ecmpMemberActionProfile, setEcmpNextHop);
-  return {PD_PROFILE(ecmpMemberActionProfile),
-          exact_table<key>(PD_INDIRECT_TABLE(ecmpGroup), &key::l3_ecmpGroup),
-          {action_with(set, [](std::uint32_t number) {
-            next_hop parameters{};
-            parameters.action_nextHop = number;
-            return parameters;
-          })}};
+  return simple_profile<next_hop, key>(
+      PD_PROFILE(ecmpMemberActionProfile), PD_MEMBER(ecmpMemberActionProfile, setEcmpNextHop),
+      [](std::uint32_t number) {
+        next_hop parameters{};
+        parameters.action_nextHop = number;
+        return parameters;
+      },
+      PD_INDIRECT_TABLE(ecmpGroup), &key::l3_ecmpGroup);
 }
 
 profile lag()
@@ -49,32 +51,32 @@ profile tunnel()
 {
   using egress = p4_pd_tarvex_switch_setTunnelEgressInfo_action_spec_t;
   using key = p4_pd_tarvex_switch_tunnelResolve_match_spec_t;
-  const member_functions<egress> set = PD_MEMBER(tunnelMember, setTunnelEgressInfo);
-  return {PD_PROFILE(tunnelMember),
-          exact_table<key>(PD_INDIRECT_TABLE(tunnelResolve), &key::egrMd_tunnelNextHop),
-          {action_with(set, [](std::uint32_t number) {
-            return egress{number << 8, number << 16 | number};
-          })}};
+  return simple_profile<egress, key>(
+      PD_PROFILE(tunnelMember), PD_MEMBER(tunnelMember, setTunnelEgressInfo),
+      [](std::uint32_t number) {
+        return egress{number << 8, number << 16 | number};
+      },
+      PD_INDIRECT_TABLE(tunnelResolve), &key::egrMd_tunnelNextHop);
 }
 
 profile mirror_lag()
 {
   using selector = p4_pd_tarvex_switch_setLagMemberSelector_action_spec_t;
   using key = p4_pd_tarvex_switch_ingressMirrorLagGroup_match_spec_t;
-  const member_functions<selector> set = PD_MEMBER(mirrorLagPortActionProfile, setLagMemberSelector);
-  return {PD_PROFILE(mirrorLagPortActionProfile),
-          exact_table<key>(PD_INDIRECT_TABLE(ingressMirrorLagGroup), &key::ingMirrorMd_mirrorSession),
-          {action_with(set, [](std::uint32_t number) { return selector{static_cast<std::uint16_t>(number)}; })}};
+  return simple_profile<selector, key>(
+      PD_PROFILE(mirrorLagPortActionProfile), PD_MEMBER(mirrorLagPortActionProfile, setLagMemberSelector),
+      [](std::uint32_t number) { return selector{static_cast<std::uint16_t>(number)}; },
+      PD_INDIRECT_TABLE(ingressMirrorLagGroup), &key::ingMirrorMd_mirrorSession);
 }
 
 profile egress_mirror_lag()
 {
   using selector = p4_pd_tarvex_switch_setEgrLagMemberSelector_action_spec_t;
   using key = p4_pd_tarvex_switch_egressMirrorLagGroup_match_spec_t;
-  const member_functions<selector> set = PD_MEMBER(egrMirrorLagPortActionProfile, setEgrLagMemberSelector);
-  return {PD_PROFILE(egrMirrorLagPortActionProfile),
-          exact_table<key>(PD_INDIRECT_TABLE(egressMirrorLagGroup), &key::egrMirrorMd_mirrorSession),
-          {action_with(set, [](std::uint32_t number) { return selector{static_cast<std::uint16_t>(number)}; })}};
+  return simple_profile<selector, key>(
+      PD_PROFILE(egrMirrorLagPortActionProfile), PD_MEMBER(egrMirrorLagPortActionProfile, setEgrLagMemberSelector),
+      [](std::uint32_t number) { return selector{static_cast<std::uint16_t>(number)}; },
+      PD_INDIRECT_TABLE(egressMirrorLagGroup), &key::egrMirrorMd_mirrorSession);
 }
 
 }  // namespace
