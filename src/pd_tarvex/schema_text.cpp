@@ -11,11 +11,13 @@ namespace {
 constexpr std::string_view member_or_group =
     "( ('setMbrHdl',(('mbrHdl',None,32,None),)),( 'setGrpHdl', ( ( 'grpHdl', None, 32, None ), ) ) )";
 
-void put_actions(text_writer &to, const action_text *const *actions, std::size_t count)
+/// The writer goes in and out by value, so that its position stays in a register.
+[[gnu::always_inline]] inline text_writer actions_behind(text_writer to, const action_text *const *actions,
+                                                         std::size_t count)
 {
   to.character('(');
-  for (std::size_t i = 0; i < count; ++i) to.text(actions[i]->schema).character(',');
-  to.character(')');
+  for (std::size_t i = 0; i < count; ++i) to.short_text(actions[i]->schema).character(',');
+  return to.character(')');
 }
 
 }  // namespace
@@ -23,20 +25,18 @@ void put_actions(text_writer &to, const action_text *const *actions, std::size_t
 std::int32_t table_schema(const table_text &table, char *buf)
 {
   text_writer to(buf);
-  to.text("( ('").text(table.name).text("','mat',(").text(table.indirect ? "True" : "False").text(",)),");
+  to.text("( ('").short_text(table.name).text("','mat',(").text(table.indirect ? "True" : "False").text(",)),");
   to.text(table.keyed ? table.key_schema : "()").character(',');
   if (table.indirect)
     to.text(member_or_group);
   else
-    put_actions(to, table.actions, table.action_count);
+    to = actions_behind(to, table.actions, table.action_count);
   return static_cast<std::int32_t>(to.character(')').end());
 }
 
 std::int32_t profile_schema(const profile_text &profile, char *buf)
 {
-  text_writer to(buf);
-  put_actions(to, profile.actions, profile.action_count);
-  return static_cast<std::int32_t>(to.end());
+  return static_cast<std::int32_t>(actions_behind(text_writer(buf), profile.actions, profile.action_count).end());
 }
 
 }  // namespace tarvex::pd

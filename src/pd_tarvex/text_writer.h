@@ -33,12 +33,14 @@ class text_writer {
     at_ += piece.size();
     return *this;
   }
-  /// A piece of a length that only the running program knows, most often a name: for these a call of memcpy takes
-  /// longer than the copying.
+  /// A piece whose length only the running program knows, a name or an action's schema: a call of memcpy takes longer
+  /// than the copying.
   text_writer &short_text(std::string_view piece)
   {
     if (piece.size() >= 16)
       in_blocks<16>(piece);
+    else if (piece.size() >= 8)
+      in_blocks<8>(piece);
     else if (piece.size() >= 4)
       in_blocks<4>(piece);
     else
