@@ -1,22 +1,22 @@
 #!/bin/bash
-# Counts what an add costs, the call of the driver included, in the library and written by hand, and holds the one to a
-# percentage of the other.
+# Counts what one function of a program costs, what it calls included, and holds it to a percentage of another one.
 # SPDX-License-Identifier: Apache-2.0
 set -euo pipefail
 
-(($# == 3)) || { echo "usage: compare_instructions.sh VALGRIND PROGRAM PERCENT" >&2; exit 2; }
-valgrind=$1 program=$2 percent=$3
+(($# >= 5)) || { echo "usage: compare_instructions.sh VALGRIND PERCENT FUNCTION OTHER PROGRAM [ARGUMENT]" >&2; exit 2; }
+valgrind=$1 percent=$2 function=$3 other=$4
+shift 4
+program=("$@")
 
 instructions_of() {
   local log
-  log=$("$valgrind" --tool=callgrind --callgrind-out-file=/dev/null --toggle-collect="$1" "$program" 2>&1) ||
+  log=$("$valgrind" --tool=callgrind --callgrind-out-file=/dev/null --toggle-collect="$1" "${program[@]}" 2>&1) ||
     { echo "$log" >&2; exit 1; }
   sed -n 's/^==[0-9]*== Collected : //p' <<<"$log"
 }
-library=$(instructions_of p4_pd_tarvex_switch_ipv4Partition_table_add_with_setIpv4PrtIdxEcmp)
-by_hand=$(instructions_of hand_written_add)
+ours=$(instructions_of "$function")
+theirs=$(instructions_of "$other")
 
-((library > 0 && by_hand > 0)) || { echo "callgrind counted nothing" >&2; exit 1; }
-echo "instructions of 1000 adds: $library in the library, $by_hand by hand," \
-  "$((library * 100 / by_hand)) % (at most $percent %)"
-((library * 100 <= by_hand * percent))
+((ours > 0 && theirs > 0)) || { echo "callgrind counted nothing" >&2; exit 1; }
+echo "instructions: $ours in $function, $theirs in $other, $((ours * 100 / theirs)) % (at most $percent %)"
+((ours * 100 <= theirs * percent))

@@ -88,7 +88,8 @@ TEST_F(good_catalogue, groups_go_by_their_first_table)
 name = "later"
 handle = 0x1000007
 kind = "keyless"
-actions = [{ name = "last", enum = 5, handle = 0x20000009, default = true, data_bits = 0, data_bytes = 0, resources = [] }]
+actions = [
+  { name = "last", enum = 5, handle = 0x20000009, default = true, data_bits = 0, data_bytes = 0, resources = [] }]
 [[action]]
 name = "last"
 params = []

@@ -1,5 +1,6 @@
-// Makes the switch under an example go wrong once, as the environment's FAULT names it: a file of faults that is linked
-// into the program arms them while it is loaded.
+// Makes the switch under an example go wrong once, as the environment says: FAULT names one of the faults in a file
+// that is linked into the program and arms them while it is loaded; REFUSE_CALL=N refuses the N-th driver call as a
+// full table would.
 //
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
@@ -29,6 +30,8 @@ inline void go_wrong(const char *function, std::uint32_t, void *cookie)
 
 inline bool arm(std::span<fault> faults)
 {
+  if (const char *const nth = std::getenv("REFUSE_CALL"))
+    standin_refuse_call(static_cast<std::uint32_t>(std::strtoul(nth, nullptr, 10)), STANDIN_FULL);
   const char *const wanted = std::getenv("FAULT");
   if (wanted == nullptr) return false;
   for (fault &each : faults) {

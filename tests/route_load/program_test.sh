@@ -3,25 +3,9 @@
 # usage: program_test.sh ROUTE_LOAD ROUTE_LOAD_FAULTY SMALL_LIST
 #
 # SPDX-License-Identifier: Apache-2.0
-program=$1 faulty=$2 small_list=$3 failures=0
-work=$(mktemp -d) || exit 1
-trap 'rm -rf "$work"' EXIT
+program=$1 faulty=$2 small_list=$3
+. "$(dirname "$0")/../examples/expect.sh"
 cd "$work" || exit 1
-
-# expect STATUS TEXT_OF_STDOUT TEXT_OF_STDERR ARGUMENT...: both texts as basic regular expressions; an empty one for
-# standard error says that nothing may stand there.
-expect() {
-  status=$1 out=$2 err=$3
-  shift 3
-  "$program" "$@" >out 2>err
-  got=$?
-  if [ $got -ne "$status" ] || ! grep -q -e "$out" out && [ -n "$out" ] || ! grep -q -e "$err" err && [ -n "$err" ] ||
-    [ -z "$err" ] && [ -s err ]; then
-    echo "FAILED: route_load $*: exit status $got, wanted $status, '$out' and '$err'"
-    cat out err
-    failures=$((failures + 1))
-  fi
-}
 
 expect 1 '' 'no file given'
 expect 1 '' "no option '--fast'" --fast small
@@ -69,7 +53,7 @@ expect 0 'good: ' '' nested
 export REFUSE_CALL=60
 expect 2 'result: the driver refused' 'adding ipv[46][A-Za-z]* .*: the driver answers status 74 (STANDIN_FULL)' nested
 unset REFUSE_CALL
-export LOSE_ENTRY=1
+export FAULT='lost entry'
 expect 3 'DIFFERENT: .* [1-9][0-9]* differences' 'is missing in the switch' nested
 
 [ $failures -eq 0 ]

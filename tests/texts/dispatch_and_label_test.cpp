@@ -22,7 +22,10 @@ std::vector<std::uint32_t> handles()
   return all;
 }
 
-bool is_table(std::uint32_t handle) { return std::ranges::count(calls::tables, handle, &calls::table_info::handle) > 0; }
+bool is_table(std::uint32_t handle)
+{
+  return std::ranges::count(calls::tables, handle, &calls::table_info::handle) > 0;
+}
 
 bool is_profile(std::uint32_t handle)
 {
@@ -76,7 +79,10 @@ TEST(dispatch, walks_hand_on_their_arguments)
 TEST(dispatch, answers_for_unknown_handles)
 {
   driver().reset();
-  driver().answer = [](const recorded_call &) -> std::uint64_t { ADD_FAILURE() << "driver call"; return 1; };
+  driver().answer = [](const recorded_call &) -> std::uint64_t {
+    ADD_FAILURE() << "driver call";
+    return 1;
+  };
   for (const std::uint32_t handle : handles()) {
     const auto text = [&](const char *name, auto... behind) {
       return [=](char *buf) { return invoke<std::uint32_t>(name, behind..., buf); };
@@ -108,12 +114,9 @@ TEST(dispatch, answers_for_unknown_handles)
 
 TEST(dispatch, schema_of_every_handle)
 {
-  for (const auto &table : calls::tables)
-    EXPECT_TRUE(writes(table_schema(table), [&](char *buf) { return invoke<std::uint32_t>("cli_schema", table.handle, buf); }));
+  for (const auto &table : calls::tables) EXPECT_TRUE(writes(table_schema(table), text_by("cli_schema", table.handle)));
   for (const auto &profile : calls::profiles)
-    EXPECT_TRUE(writes(profile_schema(profile), [&](char *buf) {
-      return invoke<std::uint32_t>("cli_schema", profile.action_data_table, buf);
-    }));
+    EXPECT_TRUE(writes(profile_schema(profile), text_by("cli_schema", profile.action_data_table)));
 }
 
 /// A label by the key, by the entry and by the table's handle.
@@ -123,15 +126,9 @@ void expect_label(const told_entry &entry, const std::string &label)
   driver().answer = entry;
   const std::string name = entry.table->name;
   const record key = entry.key();
-  ASSERT_TRUE(writes(label, [&](char *buf) {
-    return invoke<std::uint32_t>(name + "_match_spec_stringify_for_counter", key.data(), buf);
-  }));
-  ASSERT_TRUE(writes(label, [&](char *buf) {
-    return invoke<std::uint32_t>(name + "_stringify_counter_match_spec", 7U, 0x302U, 9U, buf);
-  }));
-  ASSERT_TRUE(writes(label, [&](char *buf) {
-    return invoke<std::uint32_t>("stringify_counter_matchspec", 7U, 0x302U, entry.table->handle, 9U, buf);
-  }));
+  ASSERT_TRUE(writes(label, text_by(name + "_match_spec_stringify_for_counter", key.data())));
+  ASSERT_TRUE(writes(label, text_by(name + "_stringify_counter_match_spec", 7U, 0x302U, 9U)));
+  ASSERT_TRUE(writes(label, text_by("stringify_counter_matchspec", 7U, 0x302U, entry.table->handle, 9U)));
   for (const recorded_call &call : driver().calls) {
     ASSERT_EQ(call.arguments[1].word, entry.table->handle);
     ASSERT_EQ(call.arguments[2].word, 2U);
@@ -159,9 +156,7 @@ TEST(label, of_every_labelled_table)
     longest[table.name] = widest.size();
     entry.with_key = false;
     driver().answer = entry;
-    const auto by_handle = [&](char *buf) {
-      return invoke<std::uint32_t>("stringify_counter_matchspec", 7U, 0U, table.handle, 9U, buf);
-    };
+    const auto by_handle = text_by("stringify_counter_matchspec", 7U, 0U, table.handle, 9U);
     EXPECT_TRUE(writes_nothing(by_handle)) << table.name << ": without a key";
     entry.with_key = true;
     entry.status = 0x44;

@@ -22,6 +22,13 @@ std::string print_of(const told_entry &entry, std::int32_t indent)
   return text + action_print(*entry.use->action, indent, entry.parameters());
 }
 
+/// A print function, with all arguments but the descriptor.
+template <typename... Arguments>
+auto print_by(const std::string &name, Arguments... arguments)
+{
+  return [=](int fd) { return invoke<std::uint32_t>(name, fd, arguments...); };
+}
+
 std::string printed(const std::function<std::uint32_t(int fd)> &print, std::uint32_t expected)
 {
   std::uint32_t result = ~expected;
@@ -38,17 +45,10 @@ TEST(placement, of_entries_as_print_and_value_text)
     const std::string name = entry.table->name;
     const std::string value = entry.key_and_action() + ")";
     const std::string print = print_of(entry, 3);
-    ASSERT_TRUE(writes(value, [&](char *buf) { return invoke<std::uint32_t>(name + "_plcmt_data_value", placement, buf); }))
-        << name;
-    ASSERT_TRUE(writes(value, [&](char *buf) {
-      return invoke<std::uint32_t>("plcmt_data_value", entry.table->handle, placement, buf);
-    })) << name;
-    ASSERT_EQ(printed([&](int fd) { return invoke<std::uint32_t>(name + "_plcmt_data_print", fd, 3, placement); }, 0),
-              print);
-    ASSERT_EQ(printed([&](int fd) {
-                return invoke<std::uint32_t>("plcmt_data_print", fd, 3, entry.table->handle, placement);
-              }, 0),
-              print);
+    ASSERT_TRUE(writes(value, text_by(name + "_plcmt_data_value", placement))) << name;
+    ASSERT_TRUE(writes(value, text_by("plcmt_data_value", entry.table->handle, placement))) << name;
+    ASSERT_EQ(printed(print_by(name + "_plcmt_data_print", 3, placement), 0), print);
+    ASSERT_EQ(printed(print_by("plcmt_data_print", 3, entry.table->handle, placement), 0), print);
     for (const recorded_call &call : driver().calls) {
       EXPECT_EQ(call.function, "pipe_mgr_plcmt_mat_data_get_entry");
       EXPECT_EQ(call.at<const char>(0), 't');
@@ -66,9 +66,7 @@ TEST(placement, of_an_indirect_entry_that_points_nowhere)
         entry.act_kinds = static_cast<std::uint8_t>(kind);
         driver().answer = entry;
         const std::string value = "(" + (with_key ? key_value(table, entry.key()) : "(),") + ")";
-        ASSERT_TRUE(writes(value, [&](char *buf) {
-          return invoke<std::uint32_t>("plcmt_data_value", table.handle, placement, buf);
-        })) << table.name;
+        ASSERT_TRUE(writes(value, text_by("plcmt_data_value", table.handle, placement))) << table.name;
       }
     }
   }
@@ -80,12 +78,9 @@ TEST(placement, that_the_driver_refuses)
     told_entry entry(table, table.actions.empty() ? nullptr : &table.actions[0]);
     entry.status = 0x51;
     driver().answer = entry;
-    EXPECT_EQ(printed([&](int fd) { return invoke<std::uint32_t>("plcmt_data_print", fd, 3, table.handle, placement); },
-                      0x51),
+    EXPECT_EQ(printed(print_by("plcmt_data_print", 3, table.handle, placement), 0x51),
               formatted("cannot decode plcmt_data for p4_pd_tarvex_switch_%s\n", table.name));
-    EXPECT_TRUE(writes_nothing([&](char *buf) {
-      return invoke<std::uint32_t>("plcmt_data_value", table.handle, placement, buf);
-    }));
+    EXPECT_TRUE(writes_nothing(text_by("plcmt_data_value", table.handle, placement)));
     EXPECT_EQ(invoke<std::uint8_t>("plcmt_data_eq_to_hw", 1U, 0U, table.handle, 5U, placement), 0) << table.name;
   }
 }
@@ -101,16 +96,12 @@ TEST(placement, of_members)
       driver().answer = member;
       const record parameters = use.action->params.empty() ? record() : member.parameters();
       const std::string value = action_value(*use.action, parameters);
-      const std::string print = formatted("%*sp4_pd_tarvex_switch_%s:\n", 5, "", use.action->name) +
-                                action_print(*use.action, 5, parameters);
-      const auto write_named = [&](char *buf) { return invoke<std::uint32_t>(name + "_plcmt_data_value", placement, buf); };
-      const auto write = [&](char *buf) { return invoke<std::uint32_t>("adt_plcmt_data_value", handle, placement, buf); };
-      const auto print_named = [&](int fd) {
-        return invoke<std::uint32_t>(name + "_adt_plcmt_data_print", fd, 5, placement);
-      };
-      const auto print_any = [&](int fd) {
-        return invoke<std::uint32_t>("adt_plcmt_data_print", fd, 5, handle, placement);
-      };
+      const std::string print =
+          formatted("%*sp4_pd_tarvex_switch_%s:\n", 5, "", use.action->name) + action_print(*use.action, 5, parameters);
+      const auto write_named = text_by(name + "_plcmt_data_value", placement);
+      const auto write = text_by("adt_plcmt_data_value", handle, placement);
+      const auto print_named = print_by(name + "_adt_plcmt_data_print", 5, placement);
+      const auto print_any = print_by("adt_plcmt_data_print", 5, handle, placement);
       EXPECT_TRUE(writes(value, write_named)) << name;
       EXPECT_TRUE(writes(value, write)) << name;
       EXPECT_EQ(printed(print_named, 0), print);

@@ -112,11 +112,13 @@ TEST(print_text, goes_on_after_short_and_interrupted_writes)
     // Stays until it is joined, so that a late signal still finds it.
   });
   std::thread interrupter([&] {
-    for (; !done; std::this_thread::sleep_for(std::chrono::microseconds(20))) pthread_kill(printer.native_handle(), SIGUSR1);
+    for (; !done; std::this_thread::sleep_for(std::chrono::microseconds(20)))
+      pthread_kill(printer.native_handle(), SIGUSR1);
   });
   std::string text;
   char some[700];
-  for (ssize_t count; (count = read(ends[0], some, sizeof some)) > 0; text.append(some, static_cast<std::size_t>(count)))
+  for (ssize_t count; (count = read(ends[0], some, sizeof some)) > 0;
+       text.append(some, static_cast<std::size_t>(count)))
     std::this_thread::sleep_for(std::chrono::microseconds(30));
   interrupter.join();
   printer.join();
@@ -154,9 +156,8 @@ TEST(print_text, from_eight_threads_at_once)
     threads.emplace_back([&wrong, key = random_record(trap_to_cpu.record_size)] {
       const std::string text = key_print(trap_to_cpu, 0, key);
       for (int round = 0; round < 30; ++round) {
-        const auto lines = captured([&](int fd) {
-          invoke<std::int32_t>("trapToCpu_match_spec_print", fd, 0, key.data());
-        });
+        const auto lines =
+            captured([&](int fd) { invoke<std::int32_t>("trapToCpu_match_spec_print", fd, 0, key.data()); });
         if (lines != pieces_of(text)) ++wrong;
       }
     });

@@ -84,15 +84,15 @@ std::vector<text_row> rows_of(const calls::table_info &table)
 {
   std::vector<text_row> rows;
   for (const auto &field : table.fields) {
-    text_row row{field.name, field.short_name, field.display, field.bits, std::to_array(field.live), field.member,
-                 field.member_size};
+    text_row row{field.name,   field.short_name, field.display, field.bits, std::to_array(field.live),
+                 field.member, field.member_size};
     rows.push_back(row);
     if (field.match == calls::match_kind::lpm) {
       rows.push_back({row.name + "_prefix_length", row.short_name + "PrefixLength", nullptr, 16, all_ones(16),
                       field.companion, 2});
     } else if (field.match == calls::match_kind::ternary) {
-      rows.push_back({row.name + "_mask", row.short_name + "Mask", nullptr, row.bits, row.live, field.companion,
-                      row.size});
+      rows.push_back(
+          {row.name + "_mask", row.short_name + "Mask", nullptr, row.bits, row.live, field.companion, row.size});
     }
   }
   return rows;

@@ -131,12 +131,8 @@ std::string counter_label(const calls::table_info &table, const record &key)
     } else if (piece.when == piece::flag) {
       if ((value & number(member(rows, key, std::string(piece.field) + "_mask"))) != 0) label += piece.format;
     } else if (piece.when == piece::always || piece.wanted(value)) {
-      // Few pieces have a number; formatted output may be given one too many.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wformat-nonliteral"
-#pragma GCC diagnostic ignored "-Wformat-security"
+      // Where a piece has no number, formatted output is given one too many, which it does not mind.
       label += formatted(piece.format, value);
-#pragma GCC diagnostic pop
     }
   }
   return label;

@@ -32,8 +32,9 @@ TEST(stops, of_entries_on_a_broken_reply)
     expect_stop(reply, name + "_get_entry",
                 [&](char *buf) { invoke<std::uint32_t>("entry_value", 1U, 0U, table.handle, 5U, 0U, buf); });
     if (table.counter_label) {
-      expect_stop(reply, name + "_get_entry",
-                  [&](char *buf) { invoke<std::uint32_t>("stringify_counter_matchspec", 1U, 0U, table.handle, 5U, buf); });
+      expect_stop(reply, name + "_get_entry", [&](char *buf) {
+        invoke<std::uint32_t>("stringify_counter_matchspec", 1U, 0U, table.handle, 5U, buf);
+      });
     }
     if (indirect) continue;
     expect_stop(reply, name + "_get_entry_from_plcmt_data",
@@ -52,8 +53,10 @@ TEST(stops, of_members_on_a_broken_reply)
     reply.act_hdl = 0x20000005;  // an action of another table
     const std::string function = std::string(profile.name) + "_get_member_from_plcmt_data";
     const std::uint32_t handle = profile.action_data_table;
-    expect_stop(reply, function, [&](char *buf) { invoke<std::uint32_t>("adt_plcmt_data_value", handle, placement, buf); });
-    expect_stop(reply, function, [&](char *) { invoke<std::uint32_t>("adt_plcmt_data_print", 2, 0, handle, placement); });
+    expect_stop(reply, function,
+                [&](char *buf) { invoke<std::uint32_t>("adt_plcmt_data_value", handle, placement, buf); });
+    expect_stop(reply, function,
+                [&](char *) { invoke<std::uint32_t>("adt_plcmt_data_print", 2, 0, handle, placement); });
   }
 }
 

@@ -9,17 +9,26 @@
 #include <functional>
 #include <random>
 
-#include "caller.h"
+#include "recorder.h"
 #include "reference.h"
 
 namespace tarvex::test {
 
-/// Any exported function by its name without the prefix.
+/// An exported function by its full name. The caller's own search takes too long for so many calls.
+calls::address address_of(const std::string &name);
+
+/// Calls any exported function by its name without the prefix.
 template <typename Result, typename... Arguments>
 Result invoke(const std::string &name, Arguments... arguments)
 {
-  const auto function = function_named(prefix + name).function;
-  return reinterpret_cast<Result (*)(Arguments...)>(reinterpret_cast<void *>(function))(arguments...);
+  return reinterpret_cast<Result (*)(Arguments...)>(reinterpret_cast<void *>(address_of(prefix + name)))(arguments...);
+}
+
+/// A text function, with all arguments but the buffer.
+template <typename... Arguments>
+auto text_by(const std::string &name, Arguments... arguments)
+{
+  return [=](char *buf) { return invoke<std::uint32_t>(name, arguments..., buf); };
 }
 
 /// Holds a text function's text, its NUL and its result against what they should be, with room for no byte more.

@@ -1,0 +1,273 @@
+// What the commands show and write, line by line.
+//
+// SPDX-License-Identifier: Apache-2.0
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+#include "command.h"
+#include "shell_fixture.h"
+
+namespace tarvex::shell {
+namespace {
+
+struct step {
+  std::string_view line;
+  std::string_view output;  // whole, with one blank between columns
+};
+
+class commands_test : public shell_test {
+ protected:
+  static std::string squeezed(std::string_view text)
+  {
+    std::string result;
+    for (const char letter : text) {
+      if (letter != ' ' || (!result.empty() && result.back() != ' ')) result += letter;
+    }
+    return result;
+  }
+
+  void follow(std::span<const step> steps)
+  {
+    for (const step &each : steps) EXPECT_EQ(squeezed(lines_of(each.line)), each.output) << each.line;
+  }
+};
+
+TEST_F(commands_test, entries_are_written_and_shown_by_name)
+{
+  static constexpr step steps[] = {
+      {"count ipv4Host", "ipv4Host 0\n"},
+      {"add ipv4Host vrfId=1 dip=10.0.0.1 setNextHop nextHop=5 ttl=0", "entry 1\n"},
+      {"add ipv4Host l3Info_vrfId=0x2 dip=0x0a000002 setEcmp ecmpGroup=0xffff", "entry 2\n"},
+      {"add ipv4Host vrfId=3 dip=10.0.0.3 onMiss --dry-run", ""},
+      {"dump ipv4Host", "1 1 10.0.0.1 setNextHop nextHop=5\n2 2 10.0.0.2 setEcmp ecmpGroup=65535\n"},
+      {"dump ipv4Host --raw | include 0xffff", "2 0x2 0xa000002 setEcmp ecmpGroup=0xffff\n"},
+      {"dump ipv4Host | exclude setEcmp | count", "1\n"},
+      {"dump ipv4Host | count", "2\n"},
+      {"modify ipv4Host vrfId=1 dip=10.0.0.1 setNextHop2 nextHop=7", ""},
+      {"modify ipv4Host handle=2 onMiss", ""},
+      {"show ipv4Host vrfId=1 dip=10.0.0.1", "1 1 10.0.0.1 setNextHop2 nextHop=7\n"},
+      {"show ipv4Host handle=2 --hw", "2 2 10.0.0.2 onMiss\n"},
+      {"count", "ipv4Host 2\n"},
+      {"delete ipv4Host vrfId=1 dip=10.0.0.1", ""},
+      {"delete ipv4Host handle=2", ""},
+      {"count", ""},
+      {"default ipv4Host", ""},
+      {"set-default ipv4Host onMiss", "entry 2147483649\n"},
+      {"default ipv4Host", "2147483649 onMiss\n"},
+      {"reset-default ipv4Host", ""},
+      {"default ipv4Host", ""},
+      // masks, addresses of both kinds, a prefix, a partition, a meter, parameters that are an address
+      {"add l2SmacCheck smac=00:1c:73:00:00:00/ff:ff:ff:00:00:00 priority=10 setIllegalSmac", "entry 1\n"},
+      {"add l2SmacCheck smac=* priority=11 setIllegalSmac", "entry 2\n"},
+      {"add l2SmacCheck smac=02:00:00:00:00:0f priority=3 setIllegalSmac", "entry 3\n"},
+      {"dump l2SmacCheck",
+       "1 10 00:1c:73:00:00:00/ff:ff:ff:00:00:00 setIllegalSmac\n2 11 * setIllegalSmac\n"
+       "3 3 02:00:00:00:00:0f setIllegalSmac\n"},
+      {"delete l2SmacCheck smac=* priority=11", ""},
+      {"count l2SmacCheck", "l2SmacCheck 2\n"},
+      {"add ipv6ShortMaskLpm vrfId=1 dip=2001:c00::/22 setEcmp ecmpGroup=1", "entry 1\n"},
+      {"dump ipv6ShortMaskLpm", "1 1 2001:c00::/22 setEcmp ecmpGroup=1\n"},
+      {"add ipv4FinalResolve fibPartitionIndex=7 dip=10.1.0.0/16 setNextHop nextHop=3", "entry 1\n"},
+      {"dump ipv4FinalResolve", "1 7 10.1.0.0/16 setNextHop nextHop=3\n"},
+      {"sim lookup ipv4FinalResolve fibPartitionIndex=7 dip=10.1.2.3", "1 7 10.1.0.0/16 setNextHop nextHop=3\n"},
+      {"sim lookup ipv4FinalResolve fibPartitionIndex=8 dip=10.1.2.3", "a miss, and there is no default entry\n"},
+      {"add l2LookupMiss priority=1 l2LookupBcastHit cir=10 cburst=20 pir=30 pburst=40", "entry 1\n"},
+      {"meters stormControlMeter", "1 10 20 30 40 unaware\n"},
+      {"meter stormControlMeter handle=1 cir=1 cburst=2 pir=3 pburst=4", ""},
+      {"meters stormControlMeter", "1 1 2 3 4 unaware\n"},
+  };
+  follow(steps);
+}
+
+TEST_F(commands_test, profiles_are_written_and_shown)
+{
+  static constexpr step steps[] = {
+      {"member ecmpMemberActionProfile add setEcmpNextHop nextHop=7", "member 1\n"},
+      {"member ecmpMemberActionProfile add setEcmpNextHop nextHop=8", "member 2\n"},
+      {"member ecmpMemberActionProfile modify 2 setEcmpNextHop nextHop=9", ""},
+      {"members ecmpMemberActionProfile", "1 setEcmpNextHop nextHop=7\n2 setEcmpNextHop nextHop=9\n"},
+      {"group ecmpMemberActionProfile create 4", "group 1\n"},
+      {"group ecmpMemberActionProfile add 1 1", ""},
+      {"group ecmpMemberActionProfile add 1 2", ""},
+      {"group ecmpMemberActionProfile disable 1 2", ""},
+      {"groups ecmpMemberActionProfile", "1 1=active 2=inactive\n"},
+      {"group ecmpMemberActionProfile enable 1 2", ""},
+      {"group ecmpMemberActionProfile remove 1 1", ""},
+      {"groups ecmpMemberActionProfile", "1 2=active\n"},
+      {"group ecmpMemberActionProfile fallback 1", ""},
+      {"group ecmpMemberActionProfile fallback none", ""},
+      {"entry ecmpGroup add ecmpGroup=5 group=1", "entry 1\n"},
+      {"entry ecmpGroup add ecmpGroup=6 member=1", "entry 2\n"},
+      {"dump ecmpGroup", "1 5 1\n2 6 1\n"},
+      {"entry ecmpGroup modify ecmpGroup=5 member=2", ""},
+      {"show ecmpGroup ecmpGroup=5 -j",
+       "{\"schema_version\":1,\"table\":\"ecmpGroup\",\"entries\":[\n{\"handle\":1,\"ecmpGroup\":5,\"member\":2}\n]}"
+       "\n"},
+      {"delete ecmpGroup ecmpGroup=5", ""},
+      {"entry ecmpGroup modify handle=2 group=1", ""},
+      {"entry ecmpGroup set-default member=1", "entry 2147483649\n"},
+      {"delete ecmpGroup handle=2", ""},
+      {"reset-default ecmpGroup", ""},
+      {"group ecmpMemberActionProfile delete 1", ""},
+      {"member ecmpMemberActionProfile delete 1", ""},
+      {"members ecmpMemberActionProfile | count", "1\n"},
+      {"member lagPortActionProfile add setPhysicalPort", "member 1\n"},
+      {"entry lagGroup add priority=4 member=1", "entry 1\n"},
+  };
+  follow(steps);
+}
+
+TEST_F(commands_test, resources_and_services_are_written_and_shown)
+{
+  static constexpr step steps[] = {
+      {"counter pdpClassCount 3 packets=7 bytes=18446744073709551615", ""},
+      {"sim count pdpClassCount 2 packets=5 bytes=50", ""},
+      {"counters pdpClassCount 2-3", "2 5 50\n3 7 18446744073709551615\n"},
+      {"add ingL2DomainCount decapType=1 ingL3Aintf=9 onMiss", "entry 1\n"},
+      {"sim count ingL2DomainCount decapType=1 ingL3Aintf=9 packets=2", ""},
+      {"counters ingL2DomainCounters", "1 2 128 decap 1 l3Intf 9\n"},
+      {"meter pdpMeter 1 cir=1 cburst=2 pir=3 pburst=4", ""},
+      {"meters pdpMeter 1", "1 1 2 3 4 unaware\n"},
+      {"wred wredBlock 2 time=0.5 min=1 max=2 probability=0.25", ""},
+      {"meters wredBlock 2", "2 0.5 1 2 0.25\n"},
+      {"register ingVlanCheckData 3 1", ""},
+      {"registers ingVlanCheckData 2-4", "2 0\n3 1\n4 0\n"},
+      {"register ingVlanCheckData all 1", ""},
+      {"register ingVlanCheckData 0-2 reset", ""},
+      {"registers ingVlanCheckData 2-3", "2 0\n3 1\n"},
+      {"hash hashOuterIpv4Hdr seed 0xfeedface12345678", ""},
+      {"hash hashOuterIpv4Hdr fields 0 2", ""},
+      {"hash hashOuterIpv4Hdr", "hashOuterIpv4Hdr 0x22000007 0xfeedface12345678 3 0 2\n"},
+      {"hash hashOuterIpv4Hdr fields all", ""},
+      {"hash | include OuterIpv4", "hashOuterIpv4Hdr 0x22000007 0xfeedface12345678 3 0 1 2\n"},
+      {"value-set add value=0x8100 mask=0xff00 scope=1", "entry 1\n"},
+      {"value-set modify 1 value=0x88a8", ""},
+      {"value-set", "1 0x88a8 0xffffffff 1 0 0\n"},
+      {"value-set delete 1", ""},
+      {"value-set show", ""},
+      {"digests on", ""},
+      {"sim learn 00:1c:73:00:00:01 domain=5 interface=77", ""},
+      {"digests", "0 00:1c:73:00:00:01 5 77\n"},
+      {"digests timeout 100", ""},
+      {"digests off", ""},
+      {"add ipv4Host vrfId=1 dip=10.0.0.1 onMiss ttl=500", "entry 1\n"},
+      {"idle ipv4Host enable mode=notify", ""},
+      {"sim count ipv4Host handle=1", ""},
+      {"idle ipv4Host update", ""},
+      {"idle ipv4Host", "1 500 active\n"},
+      {"sim age 100", ""},
+      {"idle ipv4Host ttl vrfId=1 dip=10.0.0.1 ttl=900", ""},
+      {"idle ipv4Host update", ""},
+      {"idle ipv4Host show", "1 900 idle\n"},
+      {"idle ipv4Host disable", ""},
+  };
+  follow(steps);
+}
+
+TEST_F(commands_test, a_snapshot_catches_the_packet_that_meets_its_trigger)
+{
+  const std::string handle = std::to_string(handle_of_new("snapshot arm ingress vlanHdr_0__vlanId=0x123"));
+  EXPECT_EQ(lines_of("sim capture " + handle + " vlanHdr_0__vlanId=0x124"), "not captured\n");
+  EXPECT_EQ(lines_of("snapshot show " + handle), "");
+  EXPECT_EQ(lines_of("sim capture " + handle + " vlanHdr_0__vlanId=0x123 vlanHdr_0__priority=5"), "captured\n");
+  EXPECT_EQ(squeezed(lines_of("snapshot show " + handle)), "0 vlanHdr_0__priority 0x05\n0 vlanHdr_0__vlanId 0x2301\n");
+  EXPECT_EQ(squeezed(lines_of("snapshot show")), handle + " ingress\n");
+  lines_of("snapshot delete " + handle);
+  EXPECT_EQ(lines_of("snapshot show"), "");
+}
+
+TEST_F(commands_test, routes_are_loaded_and_found)
+{
+  const std::string file = TARVEX_SOURCE_DIR "/data/routes_small.txt.gz";
+  EXPECT_NE(lines_of("load-routes " + file + " --dry-run").find("checked only"), std::string::npos);
+  EXPECT_EQ(lines_of("count"), "");
+  EXPECT_EQ(lines_of("load-routes " + file), "19867 routes in 20790 entries\n");
+  EXPECT_EQ(lines_of("dump ipv4FinalResolve | count"), "18097\n");
+}
+
+// Every reading command on every row: JSON that a reader takes, with as many rows as the text has.
+TEST_F(commands_test, every_reading_command_writes_json)
+{
+  lines_of("add ipv4Host vrfId=1 dip=10.0.0.1 setNextHop nextHop=5");
+  lines_of("digests on");
+  lines_of("sim learn 00:1c:73:00:00:01");
+  for (const std::string_view line : {"tables",
+                                      "schema trapToCpu",
+                                      "dump ipv4Host",
+                                      "show ipv4Host handle=1",
+                                      "count",
+                                      "default nextHop",
+                                      "members lagPortActionProfile",
+                                      "groups tunnelMember",
+                                      "counters",
+                                      "counters pdpClassCount 0-9",
+                                      "meters",
+                                      "meters pdpMeter 0-9",
+                                      "meters wredBlock 5",
+                                      "registers",
+                                      "registers egrStpCheckData 0-3",
+                                      "hash",
+                                      "value-set",
+                                      "digests",
+                                      "idle",
+                                      "snapshot fields egress",
+                                      "snapshot show"}) {
+    const auto rows = std::ranges::count(lines_of(line), '\n');
+    const auto document = nlohmann::json::parse(lines_of(std::string(line) + " -j"), nullptr, false);
+    ASSERT_TRUE(document.is_object()) << line;
+    EXPECT_EQ(document["schema_version"], 1) << line;
+    bool found = false;
+    for (const auto &item : document) found = found || (item.is_array() && std::ssize(item) == rows);
+    EXPECT_TRUE(found) << line << " has " << rows << " rows as text";
+  }
+}
+
+TEST_F(commands_test, every_example_of_the_help_works)
+{
+  const std::string folder = TARVEX_SOURCE_DIR "/data/";
+  for (const command &each : commands()) {
+    for (const std::string_view example : each.examples) {
+      std::string line(example);
+      standin_reset();
+      standin_device_add(0);
+      for (const std::string_view prepare :
+           {"add ipv4Host vrfId=1 dip=10.0.0.1 setNextHop nextHop=5", "set-default ipv4Host onMiss",
+            "idle ipv4Host enable", "member ecmpMemberActionProfile add setEcmpNextHop nextHop=1"}) {
+        if (run(prepare).code != exit_code::ok) ADD_FAILURE() << prepare << run(prepare).errors;
+      }
+      if (const auto data = line.find("data/"); data != std::string::npos) line.replace(data, 5, folder);
+      lines_of(line);
+    }
+  }
+}
+
+TEST_F(commands_test, a_script_stops_at_the_first_error_and_names_its_line)
+{
+  caught_output out;
+  EXPECT_EQ(shell.run_script("# a comment\n\ncount ipv4Host\r\ndelete ipv4Host handle=9\ntables\n", "setup.tvsh", out),
+            exit_code::refused);
+  EXPECT_EQ(squeezed(out.lines), "ipv4Host 0\n");
+  EXPECT_NE(out.errors.find("setup.tvsh:4: stopped at: delete ipv4Host handle=9"), std::string::npos) << out.errors;
+  EXPECT_EQ(shell.run_script("exit\nno such command\n", "-", out), exit_code::ok);
+}
+
+// An interrupt from within the output: the command ends, the session goes on.
+TEST_F(commands_test, an_interrupt_ends_the_command_alone)
+{
+  struct impatient : caught_output {
+    explicit impatient(session &of) : shell(of) {}
+    void line(std::string_view text) override
+    {
+      caught_output::line(text);
+      shell.interrupt();
+    }
+    session &shell;
+  } out(shell);
+  for (const char last : {'1', '2', '3'}) lines_of(std::string("add ipv4Host vrfId=1 dip=10.0.0.") + last + " onMiss");
+  EXPECT_EQ(shell.run("dump ipv4Host", out), exit_code::interrupted);
+  EXPECT_EQ(std::ranges::count(out.lines, '\n'), 1);
+  EXPECT_EQ(lines_of("dump ipv4Host | count"), "3\n");
+}
+
+}  // namespace
+}  // namespace tarvex::shell

@@ -1,0 +1,41 @@
+// What the tab key offers.
+//
+// SPDX-License-Identifier: Apache-2.0
+#include "command.h"
+#include "shell_fixture.h"
+
+namespace tarvex::shell {
+namespace {
+
+using names = std::vector<std::string>;
+
+TEST(completion, knows_commands_tables_actions_and_fields)
+{
+  EXPECT_EQ(session::complete("").size(), commands().size());
+  EXPECT_EQ(session::complete("dump ").size(), 120u);
+  const std::pair<const char *, names> cases[] = {
+      {"sch", {"schema"}},
+      {"dump ipv4Ho", {"ipv4Host"}},
+      {"add ipv4Host ", {"dip=", "onMiss", "setEcmp", "setNextHop", "setNextHop2", "setNextHop3", "vrfId="}},
+      {"add ipv4Host vrfId=1 setN", {"setNextHop", "setNextHop2", "setNextHop3"}},
+      {"add ipv4Host vrfId=1 dip=10.0.0.1 setEcmp ", {"ecmpGroup="}},
+      {"set-default ipv4Host ", {"onMiss"}},
+      {"show l2SmacCheck ", {"smac="}},
+      {"add ingVlan", {}},
+      {"entry ecmp", {"ecmpGroup"}},
+      {"member ecmp", {"ecmpMemberActionProfile"}},
+      {"member ecmpMemberActionProfile a", {"add"}},
+      {"member ecmpMemberActionProfile add setEcmpNextHop ", {"nextHop="}},
+      {"wred ", {"wredBlock"}},
+      {"hash hashOuterIpv4", {"hashOuterIpv4Hdr"}},
+      {"sim l", {"learn", "lookup"}},
+      {"tables | ", {"count", "exclude", "include"}},
+      {"help sn", {"snapshot"}},
+      {"nothing ", {}},
+      {"dump 'ipv4", {}},
+  };
+  for (const auto &[line, expected] : cases) EXPECT_EQ(session::complete(line), expected) << line;
+}
+
+}  // namespace
+}  // namespace tarvex::shell

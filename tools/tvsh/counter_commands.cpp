@@ -1,0 +1,75 @@
+// Commands on counters: counters, counter.
+//
+// SPDX-License-Identifier: Apache-2.0
+#include <array>
+
+#include "cells.h"
+#include "commands.h"
+#include "entry_words.h"
+#include "tarvex_pd/dispatch.h"
+#include "tarvex_pd/resource_values.h"
+
+namespace tarvex::shell {
+
+using enum argument_kind;
+
+namespace {
+
+constexpr std::array counters_only = {resource_kind::counter};
+constexpr std::size_t count_width = 20;
+constexpr std::uint64_t synchronise = 1;  // bit 0 of the flags
+
+/// What the library calls the entry that a counter hangs on; empty for a cell that no entry names.
+std::string label_of(const invocation &call, const resource_info &counter, std::uint32_t entry)
+{
+  std::array<char, PD_LABEL_TEXT_SIZE> text{};
+  const std::uint32_t length = p4_pd_tarvex_switch_stringify_counter_matchspec(
+      call.where().session, call.where().device, counter.table, entry, text.data());
+  std::string label(text.data(), length);
+  label.erase(label.find_last_not_of(' ') + 1);
+  return label;
+}
+
+}  // namespace
+
+exit_code show_counters(const invocation &call)
+{
+  if (!call.has(0)) {
+    list_resources(call, "counters", counters_only);
+    return exit_code::ok;
+  }
+  const resource_info &counter = resource_named(call.words[0], counters_only);
+  pd_counter_value_t value{};
+  function_call read(function_for(family_id::counter_read, counter), call.where());
+  read.give(read_flags, synchronise).give(counter_value_out, &value);
+  if (!counter.direct) call.word(1, "INDEX");
+  report rows(call.out, call.chosen, "cells",
+              {{counter.direct ? "handle" : "index", 10}, {"packets", count_width}, {"bytes", count_width}, {"label"}},
+              {{"counter", counter.name}});
+  for_each_cell(call, counter, read, [&](std::uint32_t cell) {
+    read.must(std::string("reading ") + counter.name);
+    rows.number(cell).number(value.packets).number(value.bytes);
+    if (counter.direct) {
+      rows.cell(label_of(call, counter, cell));
+    } else {
+      rows.nothing();
+    }
+    rows.end_row();
+  });
+  rows.finish();
+  return exit_code::ok;
+}
+
+exit_code write_counter(const invocation &call)
+{
+  static constexpr std::array<std::string_view, 2> allowed = {"packets", "bytes"};
+  const resource_info &counter = resource_named(call.word(0, "COUNTER"), counters_only);
+  function_call write(function_for(family_id::counter_write, counter), call.where());
+  const std::string what = "writing " + give_cell(write, counter, call.word(1, "CELL"));
+  const own_words own = parse_own_words(call.words.subspan(2), allowed);
+  const pd_counter_value_t value{own.required_number("packets", 64), own.required_number("bytes", 64)};
+  call.carry_out(write.give(counter_value, &value), what);
+  return exit_code::ok;
+}
+
+}  // namespace tarvex::shell

@@ -1,0 +1,42 @@
+// Walks over the handles of entries, members and groups.
+//
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <array>
+#include <optional>
+
+#include "catalogue.h"
+#include "function_call.h"
+
+namespace tarvex::shell {
+
+class handle_walk {
+ public:
+  static handle_walk entries(const table_info &table, const target &where);
+  static handle_walk members(const profile_info &profile, const target &where);
+  static handle_walk groups(const profile_info &profile, const target &where);
+  static handle_walk group_members(const profile_info &profile, std::uint32_t group, const target &where);
+
+  /// Nothing behind the last one. Throws refused_error.
+  std::optional<std::uint32_t> next();
+
+ private:
+  static constexpr std::uint32_t batch = 1024;
+
+  /// `handle_kind`: how the functions take the handle to go on from, `out_kind`: how they give the first.
+  handle_walk(const exported_function &first, argument_kind out_kind, const exported_function &next,
+              argument_kind handle_kind, std::uint32_t group, const target &where);
+
+  function_call first_;
+  function_call next_;
+  argument_kind out_kind_;
+  argument_kind handle_kind_;
+  std::array<std::uint32_t, batch> handles_;
+  std::size_t at_ = 0;
+  std::size_t size_ = 0;
+  std::uint32_t last_ = 0;
+  bool begun_ = false;
+};
+
+}  // namespace tarvex::shell

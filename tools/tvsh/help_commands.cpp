@@ -1,0 +1,59 @@
+// Commands on the shell itself: help, exit.
+//
+// SPDX-License-Identifier: Apache-2.0
+#include "command.h"
+#include "commands.h"
+#include "session.h"
+
+namespace tarvex::shell {
+
+namespace {
+
+void list_commands(output &out)
+{
+  static constexpr std::array<std::string_view, 4> titles = {"Reading", "Writing", "Simulating (stand-in switch only)",
+                                                             "The shell"};
+  constexpr std::size_t width = 15;
+  for (std::size_t group = 0; group < titles.size(); ++group) {
+    out.heading(titles[group]);
+    for (const command &each : commands()) {
+      if (each.group != static_cast<command_group>(group)) continue;
+      std::string line = "  " + std::string(each.name);
+      line.resize(std::max(line.size() + 1, width + 2), ' ');
+      out.line(line += each.summary);
+    }
+  }
+  out.line("'help COMMAND' tells more. Every command takes -j (JSON, where it reads), --raw (hexadecimal), --hw (read");
+  out.line("the hardware) and --dry-run (check only), and ends in '| include RE', '| exclude RE' or '| count'.");
+}
+
+}  // namespace
+
+exit_code help(const invocation &call)
+{
+  call.expect_at_most(1);
+  if (!call.has(0)) {
+    list_commands(call.out);
+    return exit_code::ok;
+  }
+  const command &what = command_named(call.words[0]);
+  call.out.line(usage_of(what));
+  call.out.line(what.summary);
+  for (std::string_view rest = what.details; !rest.empty();) {
+    const std::size_t end = rest.find('\n');
+    call.out.line(rest.substr(0, end));
+    rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
+  }
+  call.out.line("examples:");
+  for (const std::string_view example : what.examples) call.out.line("  " + std::string(example));
+  return exit_code::ok;
+}
+
+exit_code leave(const invocation &call)
+{
+  call.expect_at_most(0);
+  call.shell.ended = true;
+  return exit_code::ok;
+}
+
+}  // namespace tarvex::shell

@@ -1,0 +1,256 @@
+// Commands on action profiles and the entries of indirect tables: members, groups, member, group, entry.
+//
+// SPDX-License-Identifier: Apache-2.0
+#include <array>
+
+#include "commands.h"
+#include "entry_rows.h"
+#include "entry_search.h"
+#include "handle_walk.h"
+#include "session.h"
+#include "tarvex_pd/actions.h"
+#include "value_text.h"
+#include "verbs.h"
+
+namespace tarvex::shell {
+
+using enum argument_kind;
+
+namespace {
+
+std::uint32_t handle_word(const invocation &call, std::size_t at, std::string_view name)
+{
+  return static_cast<std::uint32_t>(parse_number(call.word(at, name), name, 32));
+}
+
+std::string member_text(const profile_info &profile, std::uint32_t member)
+{
+  return "member " + std::to_string(member) + " of " + profile.name;
+}
+
+void add_member(const invocation &call, const profile_info &profile)
+{
+  const use_info &use = use_named(profile.actions, call.word(2, "ACTION"), profile.name);
+  const record_memory record = parse_parameters(*use.action, call.words.subspan(3));
+  std::uint32_t member = 0;
+  function_call write(*function_for(family_id::add_member, use), call.where());
+  write.give(action_spec, record.data()).give(mbr_hdl_out, &member);
+  if (call.carry_out(write, std::string("adding a member to ") + profile.name)) {
+    call.out.line("member " + std::to_string(member));
+  }
+}
+
+void modify_member(const invocation &call, const profile_info &profile)
+{
+  const std::uint32_t member = handle_word(call, 2, "MEMBER");
+  const use_info &use = use_named(profile.actions, call.word(3, "ACTION"), profile.name);
+  const record_memory record = parse_parameters(*use.action, call.words.subspan(4));
+  function_call write(*function_for(family_id::modify_member, use), call.where());
+  write.give(mbr_hdl, member).give(action_spec, record.data());
+  call.carry_out(write, "modifying " + member_text(profile, member));
+}
+
+void delete_member(const invocation &call, const profile_info &profile)
+{
+  call.expect_at_most(3);
+  const std::uint32_t member = handle_word(call, 2, "MEMBER");
+  function_call write(function_for(family_id::del_member, profile, mbr_hdl), call.where());
+  call.carry_out(write.give(mbr_hdl, member), "deleting " + member_text(profile, member));
+}
+
+void create_group(const invocation &call, const profile_info &profile)
+{
+  call.expect_at_most(3);
+  const std::uint32_t size = handle_word(call, 2, "SIZE");
+  std::uint32_t group = 0;
+  function_call write(function_for(family_id::create_group, profile, max_grp_size), call.where());
+  write.give(max_grp_size, size).give(grp_hdl_out, &group);
+  if (call.carry_out(write, std::string("creating a group of ") + profile.name)) {
+    call.out.line("group " + std::to_string(group));
+  }
+}
+
+void delete_group(const invocation &call, const profile_info &profile)
+{
+  call.expect_at_most(3);
+  const std::uint32_t group = handle_word(call, 2, "GROUP");
+  function_call write(function_for(family_id::del_group, profile, grp_hdl), call.where());
+  call.carry_out(write.give(grp_hdl, group), "deleting group " + std::to_string(group) + " of " + profile.name);
+}
+
+template <family_id family>
+void change_membership(const invocation &call, const profile_info &profile)
+{
+  call.expect_at_most(4);
+  const std::uint32_t group = handle_word(call, 2, "GROUP");
+  const std::uint32_t member = handle_word(call, 3, "MEMBER");
+  function_call write(function_for(family, profile, grp_hdl), call.where());
+  write.give(grp_hdl, group).give(mbr_hdl, member);
+  write.give(member_state, call.words[1] == "enable" ? P4_PD_GRP_MBR_STATE_ACTIVE : P4_PD_GRP_MBR_STATE_INACTIVE);
+  call.carry_out(write, call.words[1] + ' ' + member_text(profile, member) + " in group " + std::to_string(group));
+}
+
+void set_fallback(const invocation &call, const profile_info &profile)
+{
+  call.expect_at_most(3);
+  const bool none = call.word(2, "MEMBER") == "none";
+  const std::uint32_t member = none ? 0 : handle_word(call, 2, "MEMBER");
+  function_call write(none ? function_for(family_id::reset_fallback_member, profile, dev_tgt)
+                           : function_for(family_id::set_fallback_member, profile, mbr_hdl),
+                      call.where());
+  if (!call.carry_out(write.give(mbr_hdl, member), std::string("setting the fallback member of ") + profile.name))
+    return;
+  auto &remembered = call.shell.written.fallback_members;
+  if (none) {
+    remembered.erase(profile.selector_table);
+  } else {
+    remembered[profile.selector_table] = member;
+  }
+}
+
+constexpr profile_verb member_verbs[] = {{"add", add_member}, {"modify", modify_member}, {"delete", delete_member}};
+constexpr profile_verb group_verbs[] = {
+    {"create", create_group},
+    {"delete", delete_group},
+    {"add", change_membership<family_id::add_member_to_group>},
+    {"remove", change_membership<family_id::del_member_from_group>},
+    {"enable", change_membership<family_id::group_member_state_set>},
+    {"disable", change_membership<family_id::group_member_state_set>},
+    {"fallback", set_fallback},
+};
+
+/// What an entry refers to: exactly one of member= and group=.
+struct reference {
+  argument_kind kind;
+  std::uint32_t handle;
+};
+
+reference reference_of(const own_words &own)
+{
+  const auto member = own.number("member", 32);
+  const auto group = own.number("group", 32);
+  if (member.has_value() == group.has_value()) throw argument_error("give one of member= and group=");
+  return {member ? mbr_hdl : grp_hdl, static_cast<std::uint32_t>(member ? *member : *group)};
+}
+
+entry_words parse_indirect(const invocation &call, const table_info &table, bool by_handle)
+{
+  std::vector<std::string_view> allowed = {"member", "group"};
+  if (by_handle) allowed.push_back("handle");
+  if (table.kind == calls::table_kind::ternary) allowed.push_back("priority");
+  entry_words words = parse_entry_words(table, call.words.subspan(2), {}, allowed);
+  if (words.has_key) require_priority(table, words);
+  return words;
+}
+
+void add_indirect(const invocation &call, const table_info &table)
+{
+  const entry_words words = parse_indirect(call, table, false);
+  const reference to = reference_of(words.own);
+  std::uint32_t handle = 0;
+  function_call write(function_for(family_id::add_indirect_entry, table, to.kind), call.where());
+  write.give(match_spec, words.key.data()).give(priority, words.priority()).give(to.kind, to.handle);
+  write.give(entry_hdl_out, &handle);
+  if (call.carry_out(write, std::string("adding an entry to ") + table.name)) {
+    call.out.line("entry " + std::to_string(handle));
+  }
+}
+
+void modify_indirect(const invocation &call, const table_info &table)
+{
+  const entry_words words = parse_indirect(call, table, true);
+  const reference to = reference_of(words.own);
+  const auto handle = words.own.number("handle", 32);
+  const auto family = handle ? family_id::modify_indirect_entry : family_id::modify_indirect_entry_by_match_spec;
+  function_call write(function_for(family, table, to.kind), call.where());
+  write.give(match_spec, words.key.data()).give(priority, words.priority()).give(entry_hdl, handle.value_or(0));
+  call.carry_out(write.give(to.kind, to.handle), "modifying " + entry_name(table, words));
+}
+
+void set_indirect_default(const invocation &call, const table_info &table)
+{
+  static constexpr std::array<std::string_view, 2> allowed = {"member", "group"};
+  const reference to = reference_of(parse_own_words(call.words.subspan(2), allowed));
+  std::uint32_t handle = 0;
+  function_call write(function_for(family_id::set_indirect_default, table, to.kind), call.where());
+  write.give(to.kind, to.handle).give(entry_hdl_out, &handle);
+  if (call.carry_out(write, std::string("setting the default of ") + table.name)) {
+    call.out.line("entry " + std::to_string(handle));
+  }
+}
+
+constexpr table_verb entry_verbs[] = {
+    {"add", add_indirect}, {"modify", modify_indirect}, {"set-default", set_indirect_default}};
+
+}  // namespace
+
+exit_code show_members(const invocation &call)
+{
+  call.expect_at_most(1);
+  const profile_info &profile = profile_named(call.word(0, "PROFILE"));
+  plcmt_action_t found{};
+  function_call read(function_for(family_id::get_member, profile, member_action_out), call.where());
+  read.give(read_from_hw, std::uint64_t{call.chosen.hardware}).give(member_action_out, &found);
+  handle_walk walk = handle_walk::members(profile, call.where());
+  std::optional<std::uint32_t> member = walk.next();
+  report rows(call.out, call.chosen, "members", {{"member", 10}, {"action", 26}, {"parameters"}},
+              {{"profile", profile.name}});
+  parameter_pairs parameters(call.chosen.raw);
+  for (; member; member = walk.next()) {
+    call.shell.check_interrupt();
+    read.give(mbr_hdl, *member).must("reading " + member_text(profile, *member));
+    const action_info &action = calls::actions[found.action];
+    rows.number(*member).cell(action.name);
+    parameters.show(rows, action, reinterpret_cast<const std::uint8_t *>(found.parameters));
+    rows.end_row();
+  }
+  rows.finish();
+  return exit_code::ok;
+}
+
+exit_code show_groups(const invocation &call)
+{
+  call.expect_at_most(1);
+  const profile_info &profile = profile_named(call.word(0, "PROFILE"));
+  std::uint32_t state = 0;
+  handle_walk walk = handle_walk::groups(profile, call.where());
+  std::optional<std::uint32_t> group = walk.next();
+  report rows(call.out, call.chosen, "groups", {{"group", 10}, {"members"}}, {{"profile", profile.name}});
+  function_call read(function_for(family_id::group_member_state_get, profile, member_state_out), call.where());
+  for (; group; group = walk.next()) {
+    rows.number(*group).begin_pairs();
+    handle_walk inside = handle_walk::group_members(profile, *group, call.where());
+    while (const auto member = inside.next()) {
+      call.shell.check_interrupt();
+      read.give(grp_hdl, *group).give(mbr_hdl, *member).give(member_state_out, &state);
+      read.must("reading the state of " + member_text(profile, *member));
+      rows.pair(std::to_string(*member), state == P4_PD_GRP_MBR_STATE_ACTIVE ? "active" : "inactive");
+    }
+    rows.end_pairs().end_row();
+  }
+  rows.finish();
+  return exit_code::ok;
+}
+
+exit_code write_member(const invocation &call)
+{
+  const profile_info &profile = profile_named(call.word(0, "PROFILE"));
+  return run_verb<profile_info>(member_verbs, call, call.word(1, "VERB"), profile);
+}
+
+exit_code write_group(const invocation &call)
+{
+  const profile_info &profile = profile_named(call.word(0, "PROFILE"));
+  return run_verb<profile_info>(group_verbs, call, call.word(1, "VERB"), profile);
+}
+
+exit_code write_indirect_entry(const invocation &call)
+{
+  const table_info &table = table_named(call.word(0, "TABLE"));
+  if (table.profile == nullptr) {
+    throw usage_error(std::string(table.name) + " is not indirect: use the commands add, modify and set-default");
+  }
+  return run_verb<table_info>(entry_verbs, call, call.word(1, "VERB"), table);
+}
+
+}  // namespace tarvex::shell

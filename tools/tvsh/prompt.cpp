@@ -1,0 +1,197 @@
+// The prompt: edited lines by libedit, plain lines on a terminal that cannot move its cursor.
+//
+// SPDX-License-Identifier: Apache-2.0
+#include "prompt.h"
+
+#include <histedit.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <iostream>
+#include <memory>
+#include <optional>
+
+#include "history_file.h"
+
+namespace tarvex::shell {
+
+namespace {
+
+constexpr const char *prompt_text = "tvsh> ";
+constexpr int most_history = 1000;
+
+session *interrupted_session = nullptr;
+
+void on_interrupt(int)
+{
+  if (interrupted_session != nullptr) interrupted_session->interrupt();
+}
+
+/// Ctrl-C goes to the session while this lives; a read that waits for a key ends.
+class interrupt_handling {
+ public:
+  explicit interrupt_handling(session &shell)
+  {
+    interrupted_session = &shell;
+    struct sigaction action {};
+    action.sa_handler = &on_interrupt;
+    sigaction(SIGINT, &action, &before_);
+  }
+  interrupt_handling(const interrupt_handling &) = delete;
+  interrupt_handling &operator=(const interrupt_handling &) = delete;
+  ~interrupt_handling()
+  {
+    sigaction(SIGINT, &before_, nullptr);
+    interrupted_session = nullptr;
+  }
+
+ private:
+  struct sigaction before_ {};
+};
+
+class line_source {
+ public:
+  line_source() = default;
+  line_source(const line_source &) = delete;
+  line_source &operator=(const line_source &) = delete;
+  virtual ~line_source() = default;
+  /// Nothing at the end of the input; an empty line where Ctrl-C dropped one.
+  virtual std::optional<std::string> next() = 0;
+};
+
+/// One byte after the other, so that nothing is read ahead of its line.
+class plain_lines : public line_source {
+ public:
+  std::optional<std::string> next() override
+  {
+    std::cout << prompt_text << std::flush;
+    std::string line;
+    for (char letter = 0;;) {
+      const ssize_t got = ::read(STDIN_FILENO, &letter, 1);
+      if (got < 0 && errno == EINTR) {
+        std::cout << '\n';
+        return "";
+      }
+      if (got <= 0) return line.empty() ? std::nullopt : std::optional(line);
+      if (letter == '\n') return line;
+      line += letter;
+    }
+  }
+};
+
+const char *prompt_of(EditLine *) { return prompt_text; }
+
+void print_candidates(const std::vector<std::string> &candidates)
+{
+  std::string text = "\n";
+  for (const std::string &each : candidates) text += each + (&each == &candidates.back() ? "\n" : "  ");
+  std::cout << text << std::flush;
+}
+
+/// What all candidates begin with.
+std::string common_beginning(const std::vector<std::string> &candidates)
+{
+  std::string_view common = candidates.front();
+  for (const std::string &each : candidates) {
+    const auto end = std::ranges::mismatch(common, each).in1;
+    common = common.substr(0, static_cast<std::size_t>(end - common.begin()));
+  }
+  return std::string(common);
+}
+
+unsigned char complete_line(EditLine *editor, int)
+{
+  const LineInfo *const info = el_line(editor);
+  const std::string_view line(info->buffer, static_cast<std::size_t>(info->cursor - info->buffer));
+  const std::vector<std::string> candidates = session::complete(line);
+  if (candidates.empty()) return CC_REFRESH_BEEP;
+  const std::size_t blank = line.find_last_of(" \t|");
+  const std::size_t begun = line.size() - (blank == std::string_view::npos ? 0 : blank + 1);
+  std::string more = common_beginning(candidates).substr(begun);
+  if (candidates.size() == 1 && !candidates[0].ends_with('=')) more += ' ';
+  if (more.empty()) {
+    print_candidates(candidates);
+    return CC_REDISPLAY;
+  }
+  return el_insertstr(editor, more.c_str()) == 0 ? CC_REFRESH : CC_REFRESH_BEEP;
+}
+
+class edited_lines : public line_source {
+ public:
+  edited_lines() : editor_(el_init("tvsh", stdin, stdout, stderr)), history_(history_init()), file_(history_file())
+  {
+    HistEvent event{};
+    history(history_, &event, H_SETSIZE, most_history);
+    history(history_, &event, H_SETUNIQUE, 1);
+    if (!file_.empty()) history(history_, &event, H_LOAD, file_.c_str());
+    el_set(editor_, EL_PROMPT, &prompt_of);
+    el_set(editor_, EL_EDITOR, "emacs");
+    el_set(editor_, EL_HIST, &history, history_);
+    el_set(editor_, EL_SIGNAL, 0);
+    el_set(editor_, EL_ADDFN, "complete", "completes the word", &complete_line);
+    el_set(editor_, EL_BIND, "^I", "complete", nullptr);
+  }
+  ~edited_lines() override
+  {
+    HistEvent event{};
+    if (!file_.empty()) history(history_, &event, H_SAVE, file_.c_str());
+    history_end(history_);
+    el_end(editor_);
+  }
+
+  std::optional<std::string> next() override
+  {
+    int length = 0;
+    errno = 0;
+    const char *const got = el_gets(editor_, &length);
+    if (got == nullptr || length <= 0) {
+      if (errno != EINTR) {
+        std::cout << '\n' << std::flush;
+        return std::nullopt;
+      }
+      el_reset(editor_);
+      std::cout << "^C\n" << std::flush;
+      return "";
+    }
+    std::string line(got, static_cast<std::size_t>(length));
+    line.erase(line.find_last_not_of("\r\n") + 1);
+    HistEvent event{};
+    if (!line.empty()) history(history_, &event, H_ENTER, line.c_str());
+    return line;
+  }
+
+ private:
+  EditLine *editor_;
+  History *history_;
+  std::string file_;
+};
+
+std::unique_ptr<line_source> make_lines()
+{
+  const char *const terminal = std::getenv("TERM");
+  const bool can_edit =
+      terminal != nullptr && *terminal != 0 && std::string_view(terminal) != "dumb" && isatty(STDOUT_FILENO) != 0;
+  if (can_edit) return std::make_unique<edited_lines>();
+  return std::make_unique<plain_lines>();
+}
+
+}  // namespace
+
+exit_code run_prompt(session &shell, stream_output &out)
+{
+  const interrupt_handling interrupts(shell);
+  out.note("tvsh: 'help' lists the commands, the tab key completes, 'exit' ends");
+  const std::unique_ptr<line_source> lines = make_lines();
+  while (!shell.ended) {
+    const std::optional<std::string> line = lines->next();
+    if (!line) break;
+    shell.run(*line, out);
+    out.flush();
+  }
+  return exit_code::ok;
+}
+
+}  // namespace tarvex::shell

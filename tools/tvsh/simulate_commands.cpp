@@ -1,0 +1,178 @@
+// The command that does to the stand-in switch what packets, time and faults do to a real one.
+//
+// SPDX-License-Identifier: Apache-2.0
+#include <algorithm>
+#include <array>
+
+#include "cells.h"
+#include "commands.h"
+#include "entry_rows.h"
+#include "entry_search.h"
+#include "nearest.h"
+#include "session.h"
+#include "snapshot_fields.h"
+#include "stand_in.h"
+#include "status_text.h"
+#include "value_text.h"
+
+namespace tarvex::shell {
+
+namespace {
+
+constexpr std::uint32_t digest_handle = 0x21000084;
+
+void device(const invocation &call)
+{
+  call.expect_at_most(3);
+  const std::string &verb = call.word(1, "add|remove");
+  const auto id = static_cast<std::uint32_t>(parse_number(call.word(2, "DEVICE"), "device", 32));
+  if (verb == "add") {
+    require_success(require_stand_in().device_add(id), "adding device " + std::to_string(id));
+  } else if (verb == "remove") {
+    require_success(require_stand_in().device_remove(id), "removing device " + std::to_string(id));
+  } else {
+    throw usage_error("'" + verb + "' is neither add nor remove");
+  }
+}
+
+/// Packets hit an entry, or a cell of an indirect counter.
+void count(const invocation &call)
+{
+  static constexpr std::array kinds = {resource_kind::counter};
+  const std::string &name = call.word(1, "TABLE|COUNTER");
+  const bool cell = std::ranges::any_of(calls::resources, [&](const resource_info &each) {
+    return each.name == name && each.kind == resource_kind::counter && !each.direct;
+  });
+  if (cell) {
+    static constexpr std::array<std::string_view, 2> allowed = {"packets", "bytes"};
+    const resource_info &counter = resource_named(name, kinds);
+    const auto index = static_cast<std::uint32_t>(parse_number(call.word(2, "INDEX"), "index", 32));
+    const own_words own = parse_own_words(call.words.subspan(3), allowed);
+    require_success(
+        require_stand_in().count_cell(call.where().device, counter.handle, index, own.number("packets", 64).value_or(1),
+                                      own.number("bytes", 64).value_or(64)),
+        "counting packets");
+    return;
+  }
+  const table_info &table = table_named(name);
+  const auto naming = entry_name_words(table);
+  std::vector<std::string_view> allowed(naming.begin(), naming.end());
+  allowed.insert(allowed.end(), {"packets", "bytes"});
+  const entry_words words = parse_entry_words(table, call.words.subspan(2), {}, allowed);
+  const std::uint32_t handle = handle_of(table, words, call.where());
+  const std::uint64_t packets = words.own.number("packets", 64).value_or(1);
+  require_success(require_stand_in().count_packets(call.where().device, table.handle, handle, packets,
+                                                   words.own.number("bytes", 64).value_or(64 * packets)),
+                  "counting packets of " + entry_name(table, words));
+}
+
+void age(const invocation &call)
+{
+  call.expect_at_most(2);
+  const auto time = static_cast<std::uint32_t>(parse_number(call.word(1, "MILLISECONDS"), "time", 32));
+  require_success(require_stand_in().idle_advance(time), "letting time pass");
+}
+
+/// The digest's own order of bytes: each field where the library says, the lowest byte first.
+void learn(const invocation &call)
+{
+  static constexpr std::array<std::string_view, 2> allowed = {"domain", "interface"};
+  shown_field address;
+  address.name = "MAC";
+  address.display = display_kind::mac;
+  address.bits = 48;
+  const auto mac = static_cast<std::uint64_t>(parse_value(address, call.word(1, "MAC")));
+  const own_words own = parse_own_words(call.words.subspan(2), allowed);
+  std::vector<std::uint8_t> entry;
+  const auto put = [&](std::uint64_t value, unsigned bytes) {
+    for (unsigned i = 0; i < bytes; ++i) entry.push_back(static_cast<std::uint8_t>(value >> 8 * i));
+  };
+  put(mac & 0xffffff, 4);
+  put(own.number("domain", 12).value_or(1), 2);
+  put(own.number("interface", 20).value_or(1), 4);
+  put(mac >> 24, 4);
+  require_success(require_stand_in().digest_deliver(call.where().device, digest_handle, entry.data(), 1),
+                  "learning an address (does anyone listen? see 'digests on')");
+}
+
+/// A packet with the given fields passes a snapshot.
+void capture(const invocation &call)
+{
+  const auto handle = static_cast<std::uint32_t>(parse_number(call.word(1, "SNAPSHOT"), "snapshot", 32));
+  const bool egress = (handle & P4_PD_TARVEX_SWITCH_SNAPSHOT_EGRESS_BIT) != 0;
+  std::array<std::uint8_t, STANDIN_SNAPSHOT_FIELD_BYTES> packet{};
+  for (const std::string &word : call.words.subspan(2)) {
+    const auto assignment = assignment_of(word);
+    if (!assignment) throw usage_error("'" + word + "' is no FIELD=VALUE");
+    const snapshot_value value = parse_snapshot_value(egress, assignment->first, assignment->second);
+    require_success(require_stand_in().snapshot_field_set(egress ? STANDIN_SNAPSHOT_EGRESS : STANDIN_SNAPSHOT_INGRESS,
+                                                          value.field->name, value.words.data(), packet.data()),
+                    std::string("setting ") + value.field->name);
+  }
+  const pd_status_t status = require_stand_in().snapshot_packet(handle, 0, packet.data());
+  if (status != STANDIN_NOT_TRIGGERED) require_success(status, "passing a packet");
+  call.out.line(status == BF_SUCCESS ? "captured" : "not captured");
+}
+
+void refuse(const invocation &call)
+{
+  call.expect_at_most(3);
+  const auto nth = static_cast<std::uint32_t>(parse_number(call.word(1, "N"), "count of calls", 32));
+  const auto status = static_cast<pd_status_t>(parse_number(call.word(2, "STATUS"), "status", 32));
+  require_stand_in().refuse_call(nth, status);
+}
+
+/// The key bytes of a packet, in the order of the key's rows.
+void lookup(const invocation &call)
+{
+  const table_info &table = table_named(call.word(1, "TABLE"));
+  std::vector<std::uint8_t> key(table.key_bytes);
+  std::uint32_t partition = 0;
+  const entry_words words = parse_entry_words(table, call.words.subspan(2), {}, {});
+  for (const calls::field_info &row : table.fields) {
+    const record_member member{row.member, row.member_size, row.companion, row.bits};
+    const shown_field field{row.name, row.name, display_kind::number, row.match, row.bits, {member, record_member{}}};
+    wide_number value = read_value(field, words.key.data());
+    if (row.match == calls::match_kind::partition) {
+      partition = static_cast<std::uint32_t>(value);
+      continue;
+    }
+    for (std::size_t i = row.key_size; i-- > 0; value >>= 8) key[row.key_at + i] = static_cast<std::uint8_t>(value);
+  }
+  std::uint32_t handle = STANDIN_NO_HANDLE;
+  const pd_status_t status =
+      require_stand_in().lookup(call.where().dev_tgt(), table.handle, key.data(), key.size(), partition, &handle);
+  if (status != STANDIN_NO_ENTRY) require_success(status, std::string("looking up in ") + table.name);
+  if (handle == STANDIN_NO_HANDLE) {
+    call.out.line("a miss, and there is no default entry");
+    return;
+  }
+  entry_reader reader(table, call.where(), false);
+  const table_entry &entry = reader.read(handle);
+  entry_rows rows(call.out, call.chosen, table);
+  rows.show(entry);
+  rows.finish();
+  if (status == STANDIN_NO_ENTRY) call.out.note("a miss: this is the default entry");
+}
+
+struct simulation {
+  std::string_view name;
+  void (*run)(const invocation &);
+};
+
+constexpr simulation simulations[] = {{"device", device},   {"count", count},   {"age", age},      {"learn", learn},
+                                      {"capture", capture}, {"refuse", refuse}, {"lookup", lookup}};
+
+}  // namespace
+
+exit_code simulate(const invocation &call)
+{
+  require_stand_in();
+  const std::string &name = call.word(0, "VERB");
+  const auto found = std::ranges::find(simulations, name, &simulation::name);
+  if (found == std::end(simulations)) throw usage_error(no_such("verb", name, names_of(simulations)));
+  found->run(call);
+  return exit_code::ok;
+}
+
+}  // namespace tarvex::shell

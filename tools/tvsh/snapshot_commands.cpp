@@ -1,0 +1,144 @@
+// The command on snapshots: what a packet held when it met a trigger.
+//
+// SPDX-License-Identifier: Apache-2.0
+#include <algorithm>
+#include <array>
+#include <regex>
+
+#include "commands.h"
+#include "entry_words.h"
+#include "nearest.h"
+#include "report.h"
+#include "session.h"
+#include "snapshot_fields.h"
+#include "status_text.h"
+#include "value_text.h"
+
+namespace tarvex::shell {
+
+namespace {
+
+void show_fields(const invocation &call)
+{
+  call.expect_at_most(3);
+  const bool egress = parse_direction(call.word(1, "ingress|egress"));
+  std::regex pattern;
+  try {
+    pattern.assign(call.has(2) ? call.words[2] : "", std::regex::extended | std::regex::icase);
+  } catch (const std::regex_error &error) {
+    throw usage_error("'" + call.words[2] + "' is no regular expression: " + error.what());
+  }
+  report rows(call.out, call.chosen, "fields", {{"field", 44}, {"bytes"}}, {{"direction", call.words[1]}});
+  for (const snapshot_field &field : snapshot_fields(egress)) {
+    if (call.has(2) && !std::regex_search(field.name, pattern)) continue;
+    rows.cell(field.name).number(field.bytes).end_row();
+  }
+  rows.finish();
+}
+
+void arm(const invocation &call)
+{
+  const bool egress = parse_direction(call.word(1, "ingress|egress"));
+  std::uint32_t first_stage = 0;
+  std::uint32_t last_stage = 11;
+  std::vector<snapshot_value> values;
+  for (const std::string &word : call.words.subspan(2)) {
+    const auto assignment = assignment_of(word);
+    if (!assignment) throw usage_error("'" + word + "' is no FIELD=VALUE");
+    if (assignment->first == "first-stage") {
+      first_stage = static_cast<std::uint32_t>(parse_number(assignment->second, "stage", 8));
+    } else if (assignment->first == "last-stage") {
+      last_stage = static_cast<std::uint32_t>(parse_number(assignment->second, "stage", 8));
+    } else {
+      values.push_back(parse_snapshot_value(egress, assignment->first, assignment->second));
+    }
+  }
+  if (values.empty()) throw argument_error("FIELD=VALUE is missing: a trigger asks for one field at least");
+  if (call.chosen.dry_run) {
+    call.out.note("checked, and nothing written: arming a snapshot");
+    return;
+  }
+  std::uint32_t handle = 0;
+  require_success(
+      p4_pd_tarvex_switch_snapshot_create(call.where().dev_tgt(), first_stage, last_stage, egress ? 1 : 0, &handle),
+      "creating a snapshot");
+  snap_trig_spec_t wanted{};
+  snap_trig_spec_t mask{};
+  for (const snapshot_value &value : values) {
+    p4_pd_tarvex_switch_snapshot_capture_trigger_add(handle, &wanted, &mask, value.field->name, value.words.data());
+  }
+  const pd_status_t status = p4_pd_tarvex_switch_snapshot_capture_trigger_set(handle, &wanted, &mask);
+  if (status != BF_SUCCESS) {
+    p4_pd_tarvex_switch_snapshot_delete(handle);
+    throw refused_error(status, "arming the snapshot");
+  }
+  call.shell.written.snapshots[handle] = {egress};
+  call.out.line("snapshot " + std::to_string(handle));
+}
+
+std::uint32_t handle_word(const invocation &call)
+{
+  return static_cast<std::uint32_t>(parse_number(call.word(1, "SNAPSHOT"), "snapshot", 32));
+}
+
+void list_snapshots(const invocation &call)
+{
+  report rows(call.out, call.chosen, "snapshots", {{"snapshot", 10}, {"direction"}});
+  for (const auto &[handle, trigger] : call.shell.written.snapshots) {
+    rows.number(handle).cell(trigger.egress ? "egress" : "ingress").end_row();
+  }
+  rows.finish();
+}
+
+void show_captures(const invocation &call)
+{
+  call.expect_at_most(2);
+  if (!call.has(1)) {
+    list_snapshots(call);
+    return;
+  }
+  const std::uint32_t handle = handle_word(call);
+  std::vector<std::uint8_t> area(P4_PD_TARVEX_SWITCH_SNAPSHOT_CAPTURE_AREA_BYTES);
+  std::uint32_t count = 0;
+  require_success(p4_pd_tarvex_switch_snapshot_capture_data_get(handle, call.where().pipe, area.data(), &count),
+                  "fetching the captures of snapshot " + std::to_string(handle));
+  const bool egress = (handle & P4_PD_TARVEX_SWITCH_SNAPSHOT_EGRESS_BIT) != 0;
+  report rows(call.out, call.chosen, "captures", {{"capture"}, {"field", 44}, {"value"}});
+  for (std::uint32_t i = 0; i < std::min<std::uint32_t>(count, P4_PD_TARVEX_SWITCH_SNAPSHOT_CAPTURES); ++i) {
+    for (const captured_field &field : captured_fields(handle, egress, area, i)) {
+      rows.number(i).cell(field.name).cell(field.value).end_row();
+    }
+  }
+  rows.finish();
+  if (count == 0) call.out.note("no packet has met the trigger yet");
+}
+
+void remove(const invocation &call)
+{
+  call.expect_at_most(2);
+  const std::uint32_t handle = handle_word(call);
+  require_success(p4_pd_tarvex_switch_snapshot_delete(handle), "deleting snapshot " + std::to_string(handle));
+  call.shell.written.snapshots.erase(handle);
+}
+
+}  // namespace
+
+exit_code snapshot(const invocation &call)
+{
+  static constexpr std::array<std::string_view, 4> verbs = {"fields", "arm", "show", "delete"};
+  const std::string &verb = call.word(0, "VERB");
+  if (verb == "fields") {
+    show_fields(call);
+  } else if (verb == "arm") {
+    arm(call);
+  } else if (verb == "show") {
+    show_captures(call);
+  } else if (verb == "delete") {
+    remove(call);
+  } else {
+    throw usage_error(no_such("verb", verb, verbs));
+  }
+  return exit_code::ok;
+}
+
+}  // namespace tarvex::shell

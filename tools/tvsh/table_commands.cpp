@@ -1,0 +1,106 @@
+// The commands on the tables themselves: tables, schema.
+//
+// SPDX-License-Identifier: Apache-2.0
+#include <algorithm>
+#include <regex>
+
+#include "commands.h"
+#include "fields.h"
+#include "report.h"
+#include "value_text.h"
+
+namespace tarvex::shell {
+
+namespace {
+
+std::string_view display_name(display_kind display)
+{
+  static constexpr std::array<std::string_view, 4> names = {"number", "MAC address", "IPv4 address", "IPv6 address"};
+  return names[static_cast<std::size_t>(display)];
+}
+
+/// The bits that the pipeline matches on; "all" where it is all of them, as of both halves of a MAC address.
+std::string live_bits(const table_info &table, const shown_field &field)
+{
+  const auto row = std::ranges::find(table.fields, field.full_name, &calls::field_info::name);
+  if (row == table.fields.end()) return "all";
+  wide_number live = 0;
+  for (const std::uint8_t byte : row->live) live = live << 8 | byte;
+  return live == all_ones(field.bits) ? "all" : hexadecimal(live);
+}
+
+std::span<const use_info> actions_of(const table_info &table)
+{
+  return table.profile != nullptr ? table.profile->actions : table.actions;
+}
+
+}  // namespace
+
+exit_code show_tables(const invocation &call)
+{
+  call.expect_at_most(1);
+  std::regex pattern;
+  try {
+    pattern.assign(call.has(0) ? call.words[0] : "", std::regex::extended | std::regex::icase);
+  } catch (const std::regex_error &error) {
+    throw usage_error("'" + call.words[0] + "' is no regular expression: " + error.what());
+  }
+  report rows(call.out, call.chosen, "tables",
+              {{"table", 24}, {"handle", 9}, {"kind", 7}, {"fields"}, {"actions"}, {"idle"}, {"profile"}});
+  for (const table_info &table : calls::tables) {
+    if (call.has(0) && !std::regex_search(table.name, pattern)) continue;
+    rows.cell(table.name).hexadecimal(table.handle).cell(kind_name(table.kind));
+    rows.number(key_fields(table).size()).number(actions_of(table).size()).cell(table.idle_time ? "yes" : "no");
+    if (table.profile != nullptr) {
+      rows.cell(table.profile->name);
+    } else {
+      rows.nothing();
+    }
+    rows.end_row();
+  }
+  rows.finish();
+  return exit_code::ok;
+}
+
+exit_code show_schema(const invocation &call)
+{
+  call.expect_at_most(1);
+  const table_info &table = table_named(call.word(0, "TABLE"));
+  const std::vector<shown_field> fields = key_fields(table);
+  std::size_t longest_name = 0;
+  std::size_t longest_live = 0;
+  for (const shown_field &field : fields) {
+    longest_name = std::max({longest_name, field.name.size(), field.full_name.size()});
+    longest_live = std::max(longest_live, live_bits(table, field).size());
+  }
+  for (const use_info &use : actions_of(table)) {
+    longest_name = std::max(longest_name, std::string_view(use.action->name).size());
+  }
+  report rows(call.out, call.chosen, "schema",
+              {{"row", 6},
+               {"name", longest_name},
+               {"full_name", longest_name},
+               {"match", 9},
+               {"bits", 4},
+               {"shown_as", 12},
+               {"live", longest_live},
+               {"default"},
+               {"parameters"}},
+              {{"table", table.name}, {"kind", kind_name(table.kind)}});
+  for (const shown_field &field : fields) {
+    rows.cell("field").cell(field.name).cell(field.full_name).cell(kind_name(field.match)).number(field.bits);
+    rows.cell(display_name(field.display)).cell(live_bits(table, field)).end_row();
+  }
+  for (const use_info &use : actions_of(table)) {
+    rows.cell("action").cell(use.action->name).nothing().nothing().nothing().nothing().nothing();
+    rows.cell(use.is_default ? "yes" : "no").begin_pairs();
+    for (const shown_field &field : parameter_fields(*use.action)) {
+      rows.pair(field.name, std::to_string(field.bits), true);
+    }
+    rows.end_pairs().end_row();
+  }
+  rows.finish();
+  return exit_code::ok;
+}
+
+}  // namespace tarvex::shell

@@ -1,0 +1,34 @@
+// Values as text and back: addresses, decimal and hexadecimal numbers, masks and prefix lengths.
+//
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "fields.h"
+
+namespace tarvex::shell {
+
+void append_decimal(std::string &text, std::uint64_t number);
+/// With "0x" ahead.
+void append_hexadecimal(std::string &text, wide_number number);
+std::string hexadecimal(wide_number number);
+
+/// A value, without mask and prefix length.
+void append_value(std::string &text, const shown_field &field, wide_number value, bool raw);
+
+/// What a key matches on: `10.0.0.0/8`, `5`, `5/0xf`; `*` where a mask is 0. True where the text is a plain number.
+bool append_match(std::string &text, const shown_field &field, const std::uint8_t *record, bool raw);
+
+/// Columns that the longest text of a field takes.
+std::size_t longest_text(const shown_field &field, bool raw);
+
+/// Throw usage_error, naming the field and its width, for text that is no value of it.
+wide_number parse_value(const shown_field &field, std::string_view text);
+void parse_match(const shown_field &field, std::string_view text, std::uint8_t *record);
+
+/// A number of up to `bits` bits, decimal or with 0x; `what` is told in the usage_error.
+std::uint64_t parse_number(std::string_view text, std::string_view what, unsigned bits);
+
+}  // namespace tarvex::shell
