@@ -20,10 +20,19 @@ done
 
 program=$faulty
 expect 0 "$good" '' --addresses 300
-for FAULT in 'lost station' 'short ttl' 'early ageing' 'stray report' 'miscount' 'open interface' 'other hash'; do
+for FAULT in 'lost station' 'short ttl' 'stray report' 'miscount' 'open interface' 'other hash'; do
   export FAULT
   expect 3 'result: DIFFERENT: .* [1-9][0-9]* differences$' '^different: ' --addresses 300
 done
+# Entries that age too early are missed in a comparison, or by the driver where they are read meanwhile.
+FAULT='early ageing'
+"$faulty" --addresses 300 >"$work/out" 2>"$work/err"
+got=$?
+if [ $got -ne 3 ] && [ $got -ne 2 ] || ! grep -q -e 'DIFFERENT' -e 'the driver refused' "$work/out"; then
+  echo "FAILED: FAULT='$FAULT' and exit status $got, wanted 3 or 2"
+  cat "$work/out" "$work/err"
+  failures=$((failures + 1))
+fi
 unset FAULT
 
 # Driver calls refused in turn, behind those that start the library, to the last that the result depends on.
