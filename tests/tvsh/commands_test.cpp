@@ -143,6 +143,8 @@ TEST_F(commands_test, resources_and_services_are_written_and_shown)
       {"value-set add value=0x8100 mask=0xff00 scope=1", "entry 1\n"},
       {"value-set modify 1 value=0x88a8", ""},
       {"value-set", "1 0x88a8 0xffffffff 1 0 0\n"},
+      {"value-set delete 1 --dry-run", ""},
+      {"value-set | count", "1\n"},
       {"value-set delete 1", ""},
       {"value-set show", ""},
       {"digests on", ""},
@@ -172,6 +174,8 @@ TEST_F(commands_test, a_snapshot_catches_the_packet_that_meets_its_trigger)
   EXPECT_EQ(lines_of("sim capture " + handle + " vlanHdr_0__vlanId=0x123 vlanHdr_0__priority=5"), "captured\n");
   EXPECT_EQ(squeezed(lines_of("snapshot show " + handle)), "0 vlanHdr_0__priority 0x05\n0 vlanHdr_0__vlanId 0x2301\n");
   EXPECT_EQ(squeezed(lines_of("snapshot show")), handle + " ingress\n");
+  lines_of("snapshot delete " + handle + " --dry-run");
+  EXPECT_NE(lines_of("snapshot show"), "");
   lines_of("snapshot delete " + handle);
   EXPECT_EQ(lines_of("snapshot show"), "");
 }

@@ -117,6 +117,7 @@ constexpr mistake mistakes[] = {
     {"snapshot arm ingress vlanHdr_0__vlanId=65536", usage, "too wide"},
     {"snapshot show 99", refused, "no snapshot"},
     {"load-routes /nowhere/routes", exit_code::file, "/nowhere/routes"},
+    {"sim age 1 --dry-run", usage, "--dry-run"},
     {"sim dance", usage, "no verb"},
     {"sim device add 0", refused, "exists"},
     {"sim learn 00:00:00:00:00:01", refused, "not enabled"},

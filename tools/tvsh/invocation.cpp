@@ -21,12 +21,15 @@ void invocation::expect_at_most(std::size_t count) const
   if (words.size() > count) throw argument_error("'" + words[count] + "' is one word too many");
 }
 
+bool invocation::only_checked(const std::string &what) const
+{
+  if (chosen.dry_run) out.note("checked, and nothing written: " + what);
+  return chosen.dry_run;
+}
+
 bool invocation::carry_out(function_call &call, const std::string &what) const
 {
-  if (chosen.dry_run) {
-    out.note("checked, and nothing written: " + what);
-    return false;
-  }
+  if (only_checked(what)) return false;
   call.must(what);
   return true;
 }

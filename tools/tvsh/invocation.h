@@ -29,6 +29,8 @@ struct invocation {
   /// Throws argument_error where there are more words.
   void expect_at_most(std::size_t count) const;
 
+  /// Whether --dry-run keeps a write from being made; says so.
+  bool only_checked(const std::string &what) const;
   /// Makes a call that writes, or with --dry-run only says so. False where it was not made.
   bool carry_out(function_call &call, const std::string &what) const;
 };

@@ -8,12 +8,12 @@
 #include "commands.h"
 #include "entry_rows.h"
 #include "entry_search.h"
-#include "nearest.h"
 #include "session.h"
 #include "snapshot_fields.h"
 #include "stand_in.h"
 #include "status_text.h"
 #include "value_text.h"
+#include "verbs.h"
 
 namespace tarvex::shell {
 
@@ -155,24 +155,16 @@ void lookup(const invocation &call)
   if (status == STANDIN_NO_ENTRY) call.out.note("a miss: this is the default entry");
 }
 
-struct simulation {
-  std::string_view name;
-  void (*run)(const invocation &);
-};
-
-constexpr simulation simulations[] = {{"device", device},   {"count", count},   {"age", age},      {"learn", learn},
-                                      {"capture", capture}, {"refuse", refuse}, {"lookup", lookup}};
+constexpr plain_verb verbs[] = {{"device", device},   {"count", count},   {"age", age},      {"learn", learn},
+                                {"capture", capture}, {"refuse", refuse}, {"lookup", lookup}};
 
 }  // namespace
 
 exit_code simulate(const invocation &call)
 {
   require_stand_in();
-  const std::string &name = call.word(0, "VERB");
-  const auto found = std::ranges::find(simulations, name, &simulation::name);
-  if (found == std::end(simulations)) throw usage_error(no_such("verb", name, names_of(simulations)));
-  found->run(call);
-  return exit_code::ok;
+  if (call.chosen.dry_run) throw usage_error("what is simulated cannot be tried with --dry-run");
+  return run_verb(verbs, call, call.word(0, "VERB"));
 }
 
 }  // namespace tarvex::shell

@@ -7,12 +7,12 @@
 
 #include "commands.h"
 #include "entry_words.h"
-#include "nearest.h"
 #include "report.h"
 #include "session.h"
 #include "snapshot_fields.h"
 #include "status_text.h"
 #include "value_text.h"
+#include "verbs.h"
 
 namespace tarvex::shell {
 
@@ -54,10 +54,7 @@ void arm(const invocation &call)
     }
   }
   if (values.empty()) throw argument_error("FIELD=VALUE is missing: a trigger asks for one field at least");
-  if (call.chosen.dry_run) {
-    call.out.note("checked, and nothing written: arming a snapshot");
-    return;
-  }
+  if (call.only_checked("arming a snapshot")) return;
   std::uint32_t handle = 0;
   require_success(
       p4_pd_tarvex_switch_snapshot_create(call.where().dev_tgt(), first_stage, last_stage, egress ? 1 : 0, &handle),
@@ -117,28 +114,16 @@ void remove(const invocation &call)
 {
   call.expect_at_most(2);
   const std::uint32_t handle = handle_word(call);
-  require_success(p4_pd_tarvex_switch_snapshot_delete(handle), "deleting snapshot " + std::to_string(handle));
+  const std::string what = "deleting snapshot " + std::to_string(handle);
+  if (call.only_checked(what)) return;
+  require_success(p4_pd_tarvex_switch_snapshot_delete(handle), what);
   call.shell.written.snapshots.erase(handle);
 }
 
+constexpr plain_verb verbs[] = {{"fields", show_fields}, {"arm", arm}, {"show", show_captures}, {"delete", remove}};
+
 }  // namespace
 
-exit_code snapshot(const invocation &call)
-{
-  static constexpr std::array<std::string_view, 4> verbs = {"fields", "arm", "show", "delete"};
-  const std::string &verb = call.word(0, "VERB");
-  if (verb == "fields") {
-    show_fields(call);
-  } else if (verb == "arm") {
-    arm(call);
-  } else if (verb == "show") {
-    show_captures(call);
-  } else if (verb == "delete") {
-    remove(call);
-  } else {
-    throw usage_error(no_such("verb", verb, verbs));
-  }
-  return exit_code::ok;
-}
+exit_code snapshot(const invocation &call) { return run_verb(verbs, call, call.word(0, "VERB")); }
 
 }  // namespace tarvex::shell

@@ -6,12 +6,12 @@
 
 #include "commands.h"
 #include "entry_words.h"
-#include "nearest.h"
 #include "report.h"
 #include "session.h"
 #include "status_text.h"
 #include "tarvex_pd/parser_value_set.h"
 #include "value_text.h"
+#include "verbs.h"
 
 namespace tarvex::shell {
 
@@ -19,12 +19,6 @@ namespace {
 
 constexpr std::array<std::string_view, 5> add_words = {"value", "mask", "scope", "index", "sub"};
 constexpr std::array<std::string_view, 2> value_words = {"value", "mask"};
-
-bool only_checked(const invocation &call, std::string_view what)
-{
-  if (call.chosen.dry_run) call.out.note("checked, and nothing written: " + std::string(what));
-  return call.chosen.dry_run;
-}
 
 void show(const invocation &call)
 {
@@ -55,7 +49,7 @@ void add(const invocation &call)
   entry.scope = static_cast<std::uint32_t>(own.number("scope", 32).value_or(0));
   entry.index = static_cast<std::uint16_t>(own.number("index", 16).value_or(0));
   entry.sub_index = static_cast<std::uint8_t>(own.number("sub", 8).value_or(0));
-  if (only_checked(call, "adding an entry")) return;
+  if (call.only_checked("adding an entry")) return;
   std::uint32_t handle = 0;
   require_success(p4_pd_tarvex_switch_pvs_fabric_port_entry_add(
                       call.where().session, {call.where().device, entry.scope, entry.index, entry.sub_index},
@@ -74,7 +68,7 @@ void modify(const invocation &call)
 {
   const std::uint32_t handle = handle_word(call);
   const value_set_entry entry = values_of(parse_own_words(call.words.subspan(2), value_words));
-  if (only_checked(call, "modifying an entry")) return;
+  if (call.only_checked("modifying an entry")) return;
   require_success(p4_pd_tarvex_switch_pvs_fabric_port_entry_modify(call.where().session, call.where().device, handle,
                                                                    entry.value, entry.mask),
                   "modifying entry " + std::to_string(handle) + " of the value set");
@@ -87,30 +81,16 @@ void remove(const invocation &call)
 {
   call.expect_at_most(2);
   const std::uint32_t handle = handle_word(call);
-  if (only_checked(call, "deleting an entry")) return;
+  if (call.only_checked("deleting an entry")) return;
   require_success(p4_pd_tarvex_switch_pvs_fabric_port_entry_delete(call.where().session, call.where().device, handle),
                   "deleting entry " + std::to_string(handle) + " of the value set");
   call.shell.written.value_set.erase(handle);
 }
 
+constexpr plain_verb verbs[] = {{"show", show}, {"add", add}, {"modify", modify}, {"delete", remove}};
+
 }  // namespace
 
-exit_code value_set(const invocation &call)
-{
-  static constexpr std::array<std::string_view, 4> verbs = {"show", "add", "modify", "delete"};
-  const std::string verb = call.has(0) ? call.words[0] : "show";
-  if (verb == "show") {
-    show(call);
-  } else if (verb == "add") {
-    add(call);
-  } else if (verb == "modify") {
-    modify(call);
-  } else if (verb == "delete") {
-    remove(call);
-  } else {
-    throw usage_error(no_such("verb", verb, verbs));
-  }
-  return exit_code::ok;
-}
+exit_code value_set(const invocation &call) { return run_verb(verbs, call, call.has(0) ? call.words[0] : "show"); }
 
 }  // namespace tarvex::shell

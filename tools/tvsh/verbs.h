@@ -37,4 +37,20 @@ exit_code run_verb(std::span<const verb<Subject>> verbs, const invocation &call,
   throw usage_error(no_such("verb", name, names_of(verbs)));
 }
 
+/// A verb that needs nothing ahead of it.
+struct plain_verb {
+  std::string_view name;
+  void (*run)(const invocation &);
+};
+
+inline exit_code run_verb(std::span<const plain_verb> verbs, const invocation &call, std::string_view name)
+{
+  for (const plain_verb &each : verbs) {
+    if (each.name != name) continue;
+    each.run(call);
+    return exit_code::ok;
+  }
+  throw usage_error(no_such("verb", name, names_of(verbs)));
+}
+
 }  // namespace tarvex::shell
