@@ -50,15 +50,44 @@ const std::set<argument_kind> pointers = {
     member_state_out,
     plcmt_data,
     member_action_out,
+    counter_value_out,
+    meter_value,
+    meter_value_out,
+    wred_value,
+    wred_value_out,
+    register_value,
+    register_values_out,
+    register_value_count_out,
+    range_count_read_out,
+    stful_query,
+    stful_spec,
+    register_word,
+    hash_number_out,
+    seed_out,
+    hash_attrs,
+    hash_attrs_out,
+    hash_attr_count_out,
+    calc_name,
+    digest_name,
+    digest_entry,
+    digest_field_name,
+    digest_field_size_out,
+    pvs_entry_hdl_out,
 };
-const std::set<argument_kind> words = {dev_tgt, word, callback, cookie};
+const std::set<argument_kind> words = {dev_tgt, word, callback, cookie, seed, digest_message};
+const std::set<argument_kind> records = {idle_params, counter_value, parser_tgt};  // by value
 
 ffi_type *type_of(argument_kind kind)
 {
-  static ffi_type *parts[] = {&ffi_type_uint32, &ffi_type_uint32, &ffi_type_uint32, &ffi_type_uint32, &ffi_type_uint32,
-                              &ffi_type_uint32, &ffi_type_uint64, &ffi_type_uint64, nullptr};
-  static ffi_type record = {0, 0, FFI_TYPE_STRUCT, parts};
-  if (kind == idle_params) return &record;
+  static ffi_type *idle_parts[] = {&ffi_type_uint32, &ffi_type_uint32, &ffi_type_uint32,
+                                   &ffi_type_uint32, &ffi_type_uint32, &ffi_type_uint32,
+                                   &ffi_type_uint64, &ffi_type_uint64, nullptr};
+  static ffi_type *counter_parts[] = {&ffi_type_uint64, &ffi_type_uint64, nullptr};
+  static ffi_type *parser_parts[] = {&ffi_type_uint32, &ffi_type_uint32, &ffi_type_uint16, &ffi_type_uint8, nullptr};
+  static ffi_type idle = {0, 0, FFI_TYPE_STRUCT, idle_parts};
+  static ffi_type counter = {0, 0, FFI_TYPE_STRUCT, counter_parts};
+  static ffi_type parser = {0, 0, FFI_TYPE_STRUCT, parser_parts};
+  if (records.contains(kind)) return kind == idle_params ? &idle : kind == counter_value ? &counter : &parser;
   // A narrow argument goes in a whole register, so that something stands above it.
   return pointers.contains(kind) ? &ffi_type_pointer : &ffi_type_uint64;
 }
@@ -135,11 +164,13 @@ std::uint64_t call::run(std::uint8_t stack_pattern)
     const argument_kind kind = function_.arguments[i];
     passed[i] = pointers.contains(kind) || words.contains(kind) ? values_[i] : values_[i] | junk;
     types[i] = type_of(kind);
-    places[i] = kind == idle_params ? static_cast<void *>(blocks_[i].data()) : &passed[i];
+    places[i] = records.contains(kind) ? static_cast<void *>(blocks_[i].data()) : &passed[i];
   }
-  ffi_type *result_type = function_.result == calls::result_kind::none   ? &ffi_type_void
-                          : function_.result == calls::result_kind::text ? &ffi_type_pointer
-                                                                         : &ffi_type_uint32;
+  ffi_type *result_type = &ffi_type_uint32;
+  if (function_.result == calls::result_kind::none) result_type = &ffi_type_void;
+  if (function_.result == calls::result_kind::text || function_.result == calls::result_kind::pointer) {
+    result_type = &ffi_type_pointer;
+  }
   ffi_cif description;
   if (ffi_prep_cif(&description, FFI_DEFAULT_ABI, static_cast<unsigned>(values_.size()), result_type, types.data()) !=
       FFI_OK) {

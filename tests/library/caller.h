@@ -24,6 +24,7 @@ class call {
   using block = std::array<std::uint8_t, block_size>;
 
   explicit call(const exported_function &function);
+  call(call &&) = default;
   call(const call &) = delete;
   call &operator=(const call &) = delete;
 

@@ -48,7 +48,7 @@ class recorder {
   bool quiet = false;         // neither record nor answer: every call gives 0
   unsigned blocks_taken = 0;  // of bf_sys_calloc
   unsigned blocks_given_back = 0;
-  unsigned refused_block = 0;  // the n-th block from now on is refused; 0 for none
+  unsigned refused_block = 0;  // the n-th block from now on is refused, it alone; 0 for none
 
   /// Forgets calls and answers.
   void reset();

@@ -21,6 +21,12 @@ std::string full_name(const operation &operation, const exported_function &funct
   put(name, "{table}", function.table != nullptr ? function.table->name : nullptr);
   put(name, "{profile}", function.profile != nullptr ? function.profile->name : nullptr);
   put(name, "{action}", function.action != nullptr ? function.action->name : nullptr);
+  put(name, "{unit}",
+      std::string_view(function.name).find("_packets_") != std::string_view::npos ? "packets" : "bytes");
+  put(name, "{calc}", function.hash != nullptr ? function.hash->name : nullptr);
+  if (function.resource != nullptr) {
+    put(name, is_direct(function.resource->name) ? "{direct}" : "{indexed}", function.resource->name);
+  }
   return name;
 }
 
@@ -62,8 +68,6 @@ bytes record_to_fill(derived kind, const calls::table_info &table)
   }
 }
 
-constexpr std::uint64_t anywhere = 0x10ca1;  // stands for an address that the library chooses
-
 recorded_argument resolve(const term &term, const call &call, std::map<argument_kind, std::size_t> &seen,
                           std::uint32_t answered)
 {
@@ -98,16 +102,26 @@ recorded_argument resolve(const term &term, const call &call, std::map<argument_
     case derived::answered: return {answered, {}};
     case derived::zero: return {0, {}};
     case derived::local: return {anywhere, {}};
-    default: return {anywhere, record_to_fill(term.other, *function.table)};
+    case derived::empty_key:
+    case derived::empty_action:
+    case derived::no_action:
+    case derived::empty_data:
+    case derived::untold_data: return {anywhere, record_to_fill(term.other, *function.table)};
+    default: return resource_argument(term.other, call);
   }
 }
 
-// Gaps of the one record that travels by value are whatever the compiler leaves there.
+// Gaps of the idle parameters, which travel by value, and what carries nothing in meter records and register slots.
 bytes without_gaps(const recorded_argument &argument)
 {
   bytes record = argument.record;
-  if (record.size() != sizeof(pd_idle_params_t) || argument.word != 0) return record;
-  for (const std::ptrdiff_t gap : {4, 20}) std::fill_n(record.begin() + gap, 4, 0);
+  const auto drop = [&](std::initializer_list<std::ptrdiff_t> places, std::ptrdiff_t size) {
+    for (const std::ptrdiff_t at : places) std::fill_n(record.begin() + at, size, 0);
+  };
+  if (record.size() == sizeof(pd_idle_params_t) && argument.word == 0) drop({4, 20}, 4);
+  if (record.size() == sizeof(drv_meter_spec_t)) drop({4, 12, 36}, 4);
+  if (record.size() == sizeof(drv_res_spec_t) && record[3] == 5) drop({12, 20, 44}, 4);
+  if (record.size() == sizeof(drv_stful_spec_t)) drop({1}, 7);
   return record;
 }
 
@@ -138,17 +152,24 @@ std::vector<argument_kind> arguments_of(const operation &operation, const export
   return arguments;
 }
 
+std::vector<driver_call> series_of(const operation &operation, const call &call)
+{
+  std::vector<driver_call> series = operation.series;
+  if (operation.family == calls::family_id::group_member_state_set && call.value(argument_kind::member_state) == 1) {
+    series[0].function = "pipe_mgr_sel_grp_mbr_disable";
+  }
+  if ((call.value(argument_kind::read_flags) & 1) == 0) std::erase_if(series, &driver_call::on_request);
+  return series;
+}
+
 std::vector<recorded_call> expected_calls(const operation &operation, const call &call, std::uint32_t answered)
 {
   std::vector<recorded_call> series;
-  for (const driver_call &one : operation.series) {
+  for (const driver_call &one : series_of(operation, call)) {
     std::map<argument_kind, std::size_t> seen;
     recorded_call expected{one.function, {}};
     for (const term &term : one.arguments) expected.arguments.push_back(resolve(term, call, seen, answered));
     series.push_back(std::move(expected));
-  }
-  if (operation.family == calls::family_id::group_member_state_set && call.value(argument_kind::member_state) == 1) {
-    series[0].function = "pipe_mgr_sel_grp_mbr_disable";
   }
   return series;
 }

@@ -29,7 +29,30 @@ enum class derived : std::uint8_t {
   state,          // of the profile
   answered,       // what the first call gave
   zero,
+  one,
   local,  // a place on the library's stack
+  untouched_target,
+  target_device,  // low 32 bits of the target
+  resource,       // handle of a counter, meter or register in its own operations
+  hardware_bit,   // of the flags
+  stat_record,    // 16 bytes, from the caller's counter value
+  stat_answer,    // a place for one
+  meter_record,   // 56 bytes, from the caller's meter value
+  meter_answer,
+  meter_resource,  // the same as a resource of an entry, 72 bytes
+  wred_record,
+  wred_answer,
+  register_slot,  // 0 or 1 in the first of 8 bytes
+  register_resource,
+  digest,
+  value_set,
+  parser_device,
+  parser_scope,
+  parser_index,
+  parser_sub_index,
+  calc,
+  input_list,  // handle for the caller's number
+  algorithm,
 };
 
 struct term {
@@ -44,13 +67,14 @@ struct term {
 struct driver_call {
   const char *function;
   std::vector<term> arguments;
-  bool ignored = false;  // its status is not looked at
+  bool ignored = false;     // its status is not looked at
+  bool on_request = false;  // made with bit 0 of the flags alone
 };
 
 /// One line of the interface: a function that exists for many rows.
 struct operation {
   calls::family_id family;
-  const char *name;  // with {table}, {profile} and {action}
+  const char *name;  // with {table}, {profile} and {action}; {direct} or {indexed} for a resource
   unsigned count;
   std::vector<argument_kind> arguments;  // less those that the row has no use for
   std::vector<driver_call> series;
@@ -62,7 +86,11 @@ std::vector<argument_kind> arguments_of(const operation &operation, const export
 
 /// First number that the driver gives out in a test; further ones of a series follow on.
 constexpr std::uint32_t first_answer = 0xd00df00d;
-/// The calls of a series; `answered` is what the first gave.
+/// Stands for an address that the library chooses.
+constexpr std::uint64_t anywhere = 0x10ca1;
+/// The driver calls that one call must make when none fails.
+std::vector<driver_call> series_of(const operation &operation, const call &call);
+/// The same with their arguments; `answered` is what the first gave.
 std::vector<recorded_call> expected_calls(const operation &operation, const call &call, std::uint32_t answered);
 /// Where two series differ, in words; empty where they do not. A function's name ends the message.
 std::string difference(const std::vector<recorded_call> &expected, const std::vector<recorded_call> &actual);
@@ -70,6 +98,25 @@ std::string difference(const std::vector<recorded_call> &expected, const std::ve
 bytes expected_key(const call &call);
 bytes expected_action(const call &call);
 bytes expected_member(const call &call);
+
+/// A dynamic hash calculation: its input lists count from `first`, one for each choice of fields.
+struct calculation {
+  const char *name;
+  std::uint32_t handle;
+  std::uint32_t first;
+  std::vector<std::uint32_t> common;  // common number of each field
+};
+extern const std::vector<calculation> calculations;
+constexpr std::uint32_t hash_algorithm = 0x23000003;
+
+/// Whether a counter, meter or register is addressed by entry.
+bool is_direct(const std::string &resource);
+/// An argument of a resource or a service, with its record.
+recorded_argument resource_argument(derived kind, const call &call);
+/// Bytes of the record that a driver call fills; 0 where it fills none.
+std::size_t answer_size(const term &term);
+/// The caller's record for what the driver put into its own.
+bytes value_read(derived kind, const bytes &record);
 
 /// A key structure as read back from bytes in key order, with masks and prefix lengths or without.
 bytes key_structure(const calls::table_info &table, const bytes &value, const bytes &mask,
