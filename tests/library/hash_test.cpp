@@ -215,7 +215,7 @@ TEST(hash, sets_are_refused_in_order)
     bad.push_back({without_last.begin() + 1, without_last.end()});
     if (!hash.by_name) {
       bad.push_back(above);
-      bad.push_back({{last, 0, 0}, {31, 0, 0}});
+      for (std::uint32_t field = hash.n(); field < 32; ++field) bad.push_back({{last, 0, 0}, {field, 0, 0}});
     }
     for (const attributes &attrs : bad) {
       for (const std::uint32_t status : {0U, refused}) {
