@@ -82,15 +82,24 @@ template <const action_row &A, std::size_t I>
 
 /// Clears the caller's parameter structure, room included, and fills its members.
 template <const action_row &A>
+[[gnu::always_inline]] inline void fill_action(const drv_act_data_t *act_data, const pd_res_spec_t *list,
+                                               std::uint32_t count, void *action_spec)
+{
+  const std::uint8_t *const data = act_data->data;
+  std::memset(action_spec, 0, A.record_size);
+  [&]<std::size_t... I>(std::index_sequence<I...>) __attribute__((always_inline))
+  {
+    (unbuild_param<A, I>(data, list, count, action_spec), ...);
+  }
+  (param_indices<A>{});
+}
+
+/// The same as one instance for all but the reads that have to be fast.
+template <const action_row &A>
 [[gnu::noinline]] void unbuild_action(const drv_act_data_t *act_data, const pd_res_spec_t *list, std::uint32_t count,
                                       void *action_spec)
 {
-  std::memset(action_spec, 0, A.record_size);
-  [&]<std::size_t... I>(std::index_sequence<I...>)
-  {
-    (unbuild_param<A, I>(act_data->data, list, count, action_spec), ...);
-  }
-  (param_indices<A>{});
+  fill_action<A>(act_data, list, count, action_spec);
 }
 
 }  // namespace tarvex::pd

@@ -52,16 +52,14 @@ template <const action_row &A>
 {
   if (out.name != nullptr) std::memcpy(out.name, A.full_name, A.full_name_size);
   if (out.enum_value != nullptr) *out.enum_value = A.enum_value;
-  if constexpr (A.param_count > 0)
-    unbuild_action<A>(&spec.act_data, resources.list(), resources.count(), out.action_spec);
+  if constexpr (A.param_count > 0) fill_action<A>(&spec.act_data, resources.list(), resources.count(), out.action_spec);
 }
 
-/// Delivers the action that a handle names. False if it is none of the table's. One instance serves the read of an
-/// entry and the decoding of placement data.
+/// Delivers the action that a handle names. False if it is none of the table's.
 template <const table_row &T, std::size_t... I>
-[[gnu::noinline]] bool deliver_action_of(std::uint32_t act_hdl, const drv_action_spec_t &spec,
-                                         const resource_list &resources, const action_outputs &out,
-                                         std::index_sequence<I...>)
+[[gnu::always_inline]] inline bool deliver_action_of(std::uint32_t act_hdl, const drv_action_spec_t &spec,
+                                                     const resource_list &resources, const action_outputs &out,
+                                                     std::index_sequence<I...>)
 {
   return ((act_hdl == T.actions[I]->handle && (deliver_action<*T.actions[I]->action>(spec, resources, out), true)) ||
           ...);
@@ -69,21 +67,22 @@ template <const table_row &T, std::size_t... I>
 
 /// Delivers key, priority and no-key flag. Without a key the caller's structure stays as it is.
 template <const table_row &T>
-[[gnu::noinline]] void deliver_key(const drv_match_spec_t &spec, void *match_spec, std::uint32_t *priority,
-                                   std::uint8_t *no_key)
+[[gnu::always_inline]] inline void deliver_key(const drv_match_spec_t &spec, void *match_spec, std::uint32_t *priority,
+                                               std::uint8_t *no_key)
 {
   const bool has_key = spec.key_value != nullptr;
   *no_key = has_key ? 0 : 1;
-  if (has_key) unbuild_key<T>(&spec, match_spec);
   if constexpr (T.kind == table_kind::ternary) *priority = spec.priority;
-  if constexpr (T.kind == table_kind::ternary || T.kind == table_kind::lpm)
-    if (has_key) unbuild_mask<T>(&spec, match_spec);
+  if (!has_key) return;
+  fill_key<T>(&spec, match_spec);
+  if constexpr (T.kind == table_kind::ternary || T.kind == table_kind::lpm) fill_mask<T>(&spec, match_spec);
 }
 
 template <const table_row &T>
-inline pd_status_t get_entry(const char *function, pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id, pd_entry_hdl_t entry_hdl,
-                             pd_flag8_t read_from_hw, void *match_spec, std::uint32_t *priority, char *name,
-                             void *action_spec, std::uint32_t *enum_value, std::uint8_t *no_key)
+[[gnu::always_inline]] inline pd_status_t get_entry(const char *function, pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id,
+                                                    pd_entry_hdl_t entry_hdl, pd_flag8_t read_from_hw, void *match_spec,
+                                                    std::uint32_t *priority, char *name, void *action_spec,
+                                                    std::uint32_t *enum_value, std::uint8_t *no_key)
 {
   read_key<T> key;
   std::uint8_t data[read_data_bytes]{};
@@ -107,10 +106,12 @@ inline pd_status_t get_entry(const char *function, pd_sess_hdl_t sess_hdl, pd_de
 
 /// An indirect table's entry points at a member or at a group; the output of the other kind stays as it is.
 template <const table_row &T>
-inline pd_status_t get_indirect_entry(const char *function, pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id,
-                                      pd_entry_hdl_t entry_hdl, pd_flag8_t read_from_hw, void *match_spec,
-                                      std::uint32_t *priority, std::uint8_t *is_member, std::uint8_t *is_group,
-                                      pd_grp_hdl_t *grp_hdl, pd_mbr_hdl_t *mbr_hdl, std::uint8_t *no_key)
+[[gnu::always_inline]] inline pd_status_t get_indirect_entry(const char *function, pd_sess_hdl_t sess_hdl,
+                                                             pd_dev_id_t dev_id, pd_entry_hdl_t entry_hdl,
+                                                             pd_flag8_t read_from_hw, void *match_spec,
+                                                             std::uint32_t *priority, std::uint8_t *is_member,
+                                                             std::uint8_t *is_group, pd_grp_hdl_t *grp_hdl,
+                                                             pd_mbr_hdl_t *mbr_hdl, std::uint8_t *no_key)
 {
   read_key<T> key;
   drv_action_spec_t action{};

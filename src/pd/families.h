@@ -8,6 +8,7 @@
 #include "entry_write.h"
 #include "idle_time.h"
 #include "indirect_entries.h"
+#include "placement_data.h"
 #include "profile_members.h"
 #include "profile_read_back.h"
 #include "selector_groups.h"

@@ -129,21 +129,27 @@ template <const field_row &F>
 }
 
 template <const table_row &T, std::size_t I>
-[[gnu::always_inline]] inline void unbuild_field(const drv_match_spec_t *spec, void *match_spec)
+[[gnu::always_inline]] inline void unbuild_field(const std::uint8_t *value, std::uint32_t partition, void *match_spec)
 {
   static constexpr field_row f = T.fields[I];
   if constexpr (f.match == match_kind::partition)
-    store_member<f.member_size>(match_spec, f.member, spec->partition_index);
+    store_member<f.member_size>(match_spec, f.member, partition);
   else
-    unbuild_bytes<f>(spec->key_value, match_spec, f.member);
+    unbuild_bytes<f>(value, match_spec, f.member);
 }
 
-/// Clears the caller's structure, room between members included, and fills its value members.
+/// Clears the caller's structure, room between members included, and fills its value members. What the record points at
+/// is looked up once: a store to the structure might change it for all that the compiler knows.
 template <const table_row &T>
-inline void unbuild_key(const drv_match_spec_t *spec, void *match_spec)
+[[gnu::always_inline]] inline void fill_key(const drv_match_spec_t *spec, void *match_spec)
 {
+  const std::uint8_t *const value = spec->key_value;
+  const std::uint32_t partition = spec->partition_index;
   std::memset(match_spec, 0, T.record_size);
-  [&]<std::size_t... I>(std::index_sequence<I...>) { (unbuild_field<T, I>(spec, match_spec), ...); }
+  [&]<std::size_t... I>(std::index_sequence<I...>) __attribute__((always_inline))
+  {
+    (unbuild_field<T, I>(value, partition, match_spec), ...);
+  }
   (field_indices<T>{});
 }
 
@@ -158,21 +164,39 @@ inline std::uint32_t prefix_length(const std::uint8_t *mask)
 }
 
 template <const table_row &T, std::size_t I>
-[[gnu::always_inline]] inline void unbuild_companion(const drv_match_spec_t *spec, void *match_spec)
+[[gnu::always_inline]] inline void unbuild_companion(const std::uint8_t *mask, void *match_spec)
 {
   static constexpr field_row f = T.fields[I];
   if constexpr (f.match == match_kind::ternary)
-    unbuild_bytes<f>(spec->key_mask, match_spec, f.companion);
+    unbuild_bytes<f>(mask, match_spec, f.companion);
   else if constexpr (f.match == match_kind::lpm)
-    store_member<2>(match_spec, f.companion, prefix_length<f.key_size>(spec->key_mask + f.key_at));
+    store_member<2>(match_spec, f.companion, prefix_length<f.key_size>(mask + f.key_at));
 }
 
 /// Fills the mask and prefix length members; the structure has its values already.
 template <const table_row &T>
-inline void unbuild_mask(const drv_match_spec_t *spec, void *match_spec)
+[[gnu::always_inline]] inline void fill_mask(const drv_match_spec_t *spec, void *match_spec)
 {
-  [&]<std::size_t... I>(std::index_sequence<I...>) { (unbuild_companion<T, I>(spec, match_spec), ...); }
+  const std::uint8_t *const mask = spec->key_mask;
+  [&]<std::size_t... I>(std::index_sequence<I...>) __attribute__((always_inline))
+  {
+    (unbuild_companion<T, I>(mask, match_spec), ...);
+  }
   (field_indices<T>{});
+}
+
+// The same as one instance for all but the reads that have to be fast.
+
+template <const table_row &T>
+[[gnu::noinline]] void unbuild_key(const drv_match_spec_t *spec, void *match_spec)
+{
+  fill_key<T>(spec, match_spec);
+}
+
+template <const table_row &T>
+[[gnu::noinline]] void unbuild_mask(const drv_match_spec_t *spec, void *match_spec)
+{
+  fill_mask<T>(spec, match_spec);
 }
 
 }  // namespace tarvex::pd

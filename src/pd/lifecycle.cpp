@@ -21,6 +21,19 @@ constexpr std::uint32_t client_kind = 2;
 
 bool is(const cJSON *item, int type) { return item != nullptr && (item->type & 0xff) == type; }
 
+/// An item that the document does not take, for want of memory, is given back; null then.
+cJSON *kept(bool taken, cJSON *item)
+{
+  if (taken) return item;
+  cJSON_Delete(item);
+  return nullptr;
+}
+
+cJSON *put(cJSON *object, const char *key, cJSON *item)
+{
+  return kept(cJSON_AddItemToObject(object, key, item) != 0, item);
+}
+
 }  // namespace
 }  // namespace tarvex::pd
 
@@ -56,13 +69,13 @@ pd_status_t p4_pd_tarvex_switch_dev_remove(uint32_t dev_id)
 pd_status_t p4_pd_tarvex_switch_dev_log(uint32_t dev_id, cJSON *log)
 {
   if (log == nullptr) return BF_SUCCESS;
-  cJSON_AddItemToObject(log, "name", cJSON_CreateString("tarvex_switch"));
-  cJSON *profiles = cJSON_CreateArray();
-  cJSON_AddItemToObject(log, "act_profs", profiles);
+  put(log, "name", cJSON_CreateString("tarvex_switch"));
+  cJSON *profiles = put(log, "act_profs", cJSON_CreateArray());
   for (std::size_t i = 0; i < profile_count; ++i) {
     cJSON *profile = cJSON_CreateObject();
-    cJSON_AddItemToArray(profiles, profile);
-    cJSON_AddItemToObject(profile, "name", cJSON_CreateString(profile_names[i]));
+    profile = kept(cJSON_AddItemToArray(profiles, profile) != 0, profile);
+    if (profile == nullptr) continue;
+    put(profile, "name", cJSON_CreateString(profile_names[i]));
     p4_pd_ms_log_state(low_byte(dev_id), profile_states[i], profile);
   }
   return BF_SUCCESS;

@@ -1,75 +1,108 @@
-// Decodes placement data, which only the driver can read, into the caller's structures.
+// Decodes placement data, which only the driver can read, into the caller's structures. Tools do this, entry by entry:
+// it is built for size.
 //
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "entry_read.h"
+#include "call_conventions.h"
+#include "key_marshalling.h"
+#include "resource_lists.h"
 #include "tarvex_pd/actions.h"
+#include "tarvex_platform/driver.h"
 
 namespace tarvex::pd {
 
-/// What the driver makes of placement data, with room preset as for every read.
-template <const table_row &T>
-struct placed_entry {
-  read_key<T> key;
-  std::uint8_t data[read_data_bytes]{};
-  drv_action_spec_t action{};
-  std::uint32_t act_hdl = 0;
+/// What the driver makes of placement data, with room for the entry of any table.
+class placed_entry {
+ public:
+  /// Presets the records as for every read and has the driver fill them. A keyless table has no bits.
+  pd_status_t decode(const void *plcmt_data, std::uint16_t key_bits, std::uint16_t key_bytes);
+  /// With the resources too: PD_STATUS_NO_MEMORY if their list cannot be had.
+  pd_status_t decode_with_resources(const void *plcmt_data, std::uint16_t key_bits, std::uint16_t key_bytes);
 
-  pd_status_t decode(const void *plcmt_data)
-  {
-    action.act_data.data_bytes = read_data_bytes;
-    action.act_data.data = data;
-    const pd_status_t status = pipe_mgr_plcmt_mat_data_get_entry(plcmt_data, &key.spec, &action, &act_hdl);
-    if (status == BF_SUCCESS) keep_buffers(key, action, data);
-    return status;
-  }
+  const drv_match_spec_t &key() const { return key_; }
+  const drv_action_spec_t &action() const { return action_; }
+  std::uint32_t action_handle() const { return act_hdl_; }
+  const resource_list &resources() const { return resources_; }
+
+  static constexpr std::size_t largest_key = 44;
+
+ private:
+  // Cleared by decode, once for all tables.
+  drv_match_spec_t key_;
+  drv_action_spec_t action_;
+  std::uint32_t act_hdl_;
+  std::uint8_t value_[largest_key];
+  std::uint8_t mask_[largest_key];
+  std::uint8_t data_[read_data_bytes];
+  resource_list resources_;
 };
 
 /// Delivers key, priority and no-key flag. A keyless table's entry never has a key.
 template <const table_row &T>
-inline void deliver_placed_key(const drv_match_spec_t &spec, void *match_spec, std::uint32_t *priority,
-                               std::uint8_t *no_key)
+[[gnu::always_inline]] inline void deliver_placed_key(const drv_match_spec_t &key, void *match_spec,
+                                                      std::uint32_t *priority, std::uint8_t *no_key)
 {
-  if constexpr (T.kind == table_kind::keyless)
+  static_assert(T.key_bytes <= placed_entry::largest_key);
+  if constexpr (T.kind == table_kind::keyless) {
     *no_key = 1;
-  else
-    deliver_key<T>(spec, match_spec, priority, no_key);
+  } else {
+    *no_key = key.key_value == nullptr ? 1 : 0;
+    if constexpr (T.kind == table_kind::ternary) *priority = key.priority;
+    if (key.key_value == nullptr) return;
+    unbuild_key<T>(&key, match_spec);
+    if constexpr (T.kind == table_kind::ternary || T.kind == table_kind::lpm) unbuild_mask<T>(&key, match_spec);
+  }
+}
+
+template <const action_row &A>
+[[gnu::always_inline]] inline void deliver_placed_action(const placed_entry &entry, plcmt_action_t *action)
+{
+  action->action = A.enum_value;
+  if constexpr (A.param_count > 0)
+    unbuild_action<A>(&entry.action().act_data, entry.resources().list(), entry.resources().count(),
+                      action->parameters);
+}
+
+/// False if the entry's action is none of the table's.
+template <const table_row &T, std::size_t... I>
+[[gnu::always_inline]] inline bool deliver_placed_action_of(const placed_entry &entry, plcmt_action_t *action,
+                                                            std::index_sequence<I...>)
+{
+  return ((entry.action_handle() == T.actions[I]->handle &&
+           (deliver_placed_action<*T.actions[I]->action>(entry, action), true)) ||
+          ...);
 }
 
 template <const table_row &T>
-inline pd_status_t get_entry_from_placement(const char *function, const void *plcmt_data, void *match_spec,
-                                            std::uint32_t *priority, plcmt_action_t *action, std::uint8_t *no_key)
+[[gnu::always_inline]] inline pd_status_t get_entry_from_placement(const char *function, const void *plcmt_data,
+                                                                   void *match_spec, std::uint32_t *priority,
+                                                                   plcmt_action_t *action, std::uint8_t *no_key)
 {
-  placed_entry<T> entry;
-  const pd_status_t status = entry.decode(plcmt_data);
+  placed_entry entry;
+  const pd_status_t status = entry.decode_with_resources(plcmt_data, T.key_bits, T.key_bytes);
   if (status != BF_SUCCESS) return status;
-  resource_list resources;
-  if (!resources.build(entry.action)) return PD_STATUS_NO_MEMORY;
-  deliver_placed_key<T>(entry.key.spec, match_spec, priority, no_key);
-  if (!deliver_action_of<T>(entry.act_hdl, entry.action, resources, {nullptr, action->parameters, &action->action},
-                            action_indices<T>{}))
-    stop_on_broken_reply(function);
+  deliver_placed_key<T>(entry.key(), match_spec, priority, no_key);
+  if (!deliver_placed_action_of<T>(entry, action, action_indices<T>{})) stop_on_broken_reply(function);
   return BF_SUCCESS;
 }
 
 /// A record that points at neither a member nor a group leaves both flags as they are.
 template <const table_row &T>
-inline pd_status_t get_indirect_entry_from_placement(const void *plcmt_data, void *match_spec, std::uint32_t *priority,
-                                                     pd_mbr_hdl_t *mbr_hdl, pd_grp_hdl_t *grp_hdl,
-                                                     std::uint8_t *is_member, std::uint8_t *is_group,
-                                                     std::uint8_t *no_key)
+[[gnu::always_inline]] inline pd_status_t get_indirect_entry_from_placement(
+    const void *plcmt_data, void *match_spec, std::uint32_t *priority, pd_mbr_hdl_t *mbr_hdl, pd_grp_hdl_t *grp_hdl,
+    std::uint8_t *is_member, std::uint8_t *is_group, std::uint8_t *no_key)
 {
-  placed_entry<T> entry;
-  const pd_status_t status = entry.decode(plcmt_data);
+  placed_entry entry;
+  const pd_status_t status = entry.decode(plcmt_data, T.key_bits, T.key_bytes);
   if (status != BF_SUCCESS) return status;
-  deliver_placed_key<T>(entry.key.spec, match_spec, priority, no_key);
-  if (entry.action.act_kinds == DRV_ACT_MEMBER) {
-    *mbr_hdl = entry.action.mbr_hdl;
+  deliver_placed_key<T>(entry.key(), match_spec, priority, no_key);
+  if (entry.action().act_kinds == DRV_ACT_MEMBER) {
+    *mbr_hdl = entry.action().mbr_hdl;
     *is_member = 1;
     *is_group = 0;
-  } else if (entry.action.act_kinds == DRV_ACT_GROUP) {
-    *grp_hdl = entry.action.grp_hdl;
+  } else if (entry.action().act_kinds == DRV_ACT_GROUP) {
+    *grp_hdl = entry.action().grp_hdl;
     *is_member = 0;
     *is_group = 1;
   }

@@ -2,6 +2,7 @@
 #include "register_values.h"
 
 #include <cstddef>
+#include <cstdint>
 
 #include "call_conventions.h"
 
@@ -60,12 +61,14 @@ shape shape_of(const drv_stful_query_t &query, const shape &room)
   return {rows < room.rows ? rows : room.rows, values < room.values ? values : room.values};
 }
 
-/// Packs one answered query and gives the number of values written.
-std::uint32_t pack_values(const drv_stful_query_t &query, const shape &room, std::uint8_t *values)
+/// Packs one answered query and gives the number of values written. `row(i)` is the library's own i-th row, whatever
+/// stands in the answer.
+template <class Row>
+std::uint32_t pack_values(const drv_stful_query_t &query, const shape &room, Row row, std::uint8_t *values)
 {
   const shape s = shape_of(query, room);
   for (std::size_t j = 0; j < s.values; ++j)
-    for (std::size_t i = 0; i < s.rows; ++i) values[s.rows * j + i] = query.rows[i][j].bytes[0];
+    for (std::size_t i = 0; i < s.rows; ++i) values[s.rows * j + i] = row(i)[j].bytes[0];
   return static_cast<std::uint32_t>(s.slots());
 }
 
@@ -85,15 +88,33 @@ class row_blocks {
   row_blocks &operator=(const row_blocks &) = delete;
   ~row_blocks()
   {
+    if (lost_) return;
     for (std::size_t i = 0; rows_.get() != nullptr && i < count_ && rows_[i] != nullptr; ++i) bf_sys_free(rows_[i]);
   }
   bool complete() const { return complete_; }
   drv_stful_spec_t **get() const { return rows_.get(); }
 
+  /// A number that tells the pointers from any others. The driver has them in its hands during a query.
+  std::uintptr_t fingerprint() const
+  {
+    std::uintptr_t print = 0;
+    for (std::size_t i = 0; i < count_; ++i) print = (print ^ reinterpret_cast<std::uintptr_t>(rows_[i])) * multiplier;
+    return print;
+  }
+  /// Whether they are still what they were. Pointers that a driver has overwritten are not followed, to free them
+  /// neither: the blocks are lost.
+  bool unchanged_since(std::uintptr_t print)
+  {
+    lost_ = fingerprint() != print;
+    return !lost_;
+  }
+
  private:
+  static constexpr std::uintptr_t multiplier = 0x9e3779b97f4a7c15;
   zeroed_block<drv_stful_spec_t *> rows_;
   std::size_t count_;
   bool complete_ = false;
+  bool lost_ = false;
 };
 
 }  // namespace
@@ -104,15 +125,17 @@ pd_status_t read_register_cell(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, std
   shape room;
   pd_status_t status = ask_for_shape(sess_hdl, dev_tgt, reg_hdl, room);
   if (status != BF_SUCCESS) return status;
-  const row_blocks rows(room);
+  row_blocks rows(room);
   if (!rows.complete()) return PD_STATUS_NO_MEMORY;
+  const std::uintptr_t before = rows.fingerprint();
 
   drv_stful_query_t query{};
   query.rows = rows.get();
   status = pipe_stful_ent_query(sess_hdl, whole_target(dev_tgt), reg_hdl, index, &query, from_hardware);
-  // The rows are the library's own, whatever stands in the answer.
-  query.rows = rows.get();
-  if (status == BF_SUCCESS) *value_count = pack_values(query, room, values);
+  if (!rows.unchanged_since(before)) return status != BF_SUCCESS ? status : pd_status_t{PD_STATUS_UNEXPECTED_REPLY};
+  if (status == BF_SUCCESS)
+    *value_count = pack_values(
+        query, room, [&](auto i) { return rows.get()[i]; }, values);
   return status;
 }
 
@@ -152,8 +175,8 @@ pd_status_t read_register_range(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, st
   if (status != BF_SUCCESS) return status;
   std::uint32_t written = 0;
   for (std::size_t k = 0; k < wanted && k < *count_read; ++k) {
-    queries[k].rows = rows.get() + k * room.rows;
-    written += pack_values(queries[k], room, values + written);
+    const auto row = [&](std::size_t i) { return slots.get() + (k * room.rows + i) * room.values; };
+    written += pack_values(queries[k], room, row, values + written);
   }
   *value_count = written;
   return BF_SUCCESS;

@@ -3,9 +3,8 @@
 
 namespace tarvex::pd {
 
-bool resource_list::build(const drv_action_spec_t &spec)
+bool resource_list::build_from(const drv_action_spec_t &spec)
 {
-  if (spec.res_count == 0) return true;
   // A driver that claims more than the record has room for is believed no further than the record goes.
   const std::uint32_t count = spec.res_count < DRV_ACTION_MAX_RES ? spec.res_count : DRV_ACTION_MAX_RES;
   list_ = static_cast<pd_res_spec_t *>(bf_sys_calloc(count, sizeof *list_));

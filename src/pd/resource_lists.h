@@ -79,12 +79,14 @@ class resource_list {
   }
 
   /// False if a block was needed and could not be had.
-  [[nodiscard]] bool build(const drv_action_spec_t &spec);
+  [[nodiscard]] bool build(const drv_action_spec_t &spec) { return spec.res_count == 0 || build_from(spec); }
 
   const pd_res_spec_t *list() const { return list_; }
   std::uint32_t count() const { return count_; }
 
  private:
+  bool build_from(const drv_action_spec_t &spec);
+
   pd_res_spec_t *list_ = nullptr;
   std::uint32_t count_ = 0;
 };

@@ -18,18 +18,15 @@ template <const table_row &T>
 }
 
 /// The driver writes to words of its own; the caller's hold 0xffffffff after a failure.
+pd_status_t read_property(pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id, std::uint32_t property, std::uint32_t *value,
+                          std::uint32_t *argument, std::uint32_t tbl_hdl);
+
 template <const table_row &T>
 [[gnu::always_inline]] inline pd_status_t get_property(pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id,
                                                        std::uint32_t property, std::uint32_t *value,
                                                        std::uint32_t *argument)
 {
-  std::uint32_t found_value = 0;
-  std::uint32_t found_argument = 0;
-  const pd_status_t status =
-      pipe_mgr_tbl_get_property(sess_hdl, low_byte(dev_id), T.handle, property, &found_value, &found_argument);
-  *value = status == BF_SUCCESS ? found_value : 0xffff'ffffu;
-  *argument = status == BF_SUCCESS ? found_argument : 0xffff'ffffu;
-  return status;
+  return read_property(sess_hdl, dev_id, property, value, argument, T.handle);
 }
 
 /// The device goes through with all its 32 bits.

@@ -30,7 +30,7 @@ std::uint32_t entry_counter_label(const table_text &table, pd_sess_hdl_t sess_hd
                                   pd_entry_hdl_t entry_hdl, char *buf)
 {
   entry_contents entry;
-  if (table.read(table.read_name, sess_hdl, dev_id, entry_hdl, 1, entry) != BF_SUCCESS || entry.no_key != 0) return 0;
+  if (table.read(sess_hdl, dev_id, entry_hdl, 1, entry) != BF_SUCCESS || entry.no_key != 0) return 0;
   Key key;
   static_assert(sizeof key <= sizeof entry.key);
   std::memcpy(&key, entry.key, sizeof key);

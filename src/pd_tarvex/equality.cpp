@@ -9,11 +9,12 @@ namespace {
 
 bool same(const text_row &row, const void *a, const void *b)
 {
-  if (row.live16 == nullptr) return live_value(row, a) == live_value(row, b);
+  if (row.member_size != wide_member) return live_value(row, a) == live_value(row, b);
   const auto *bytes_a = static_cast<const std::uint8_t *>(a) + row.member;
   const auto *bytes_b = static_cast<const std::uint8_t *>(b) + row.member;
+  const std::uint8_t *const live_bits = wide_live_bits[row.live];
   for (unsigned i = 0; i < 16; ++i)
-    if (((bytes_a[i] ^ bytes_b[i]) & row.live16[i]) != 0) return false;
+    if (((bytes_a[i] ^ bytes_b[i]) & live_bits[i]) != 0) return false;
   return true;
 }
 

@@ -10,7 +10,6 @@ namespace tarvex::pd {
 
 namespace {
 
-constexpr std::string_view prefix = "p4_pd_tarvex_switch_";
 constexpr std::string_view cannot_decode = "cannot decode plcmt_data for ";
 
 void print_action(const action_text &action, std::int32_t fd, std::int32_t indent, const void *parameters)
@@ -47,13 +46,13 @@ bool same_key(const table_text &table, const entry_contents &placed, const entry
 pd_status_t plcmt_data_print(const table_text &table, std::int32_t fd, std::int32_t indent, const void *plcmt_data)
 {
   entry_contents entry;
-  const pd_status_t status = table.decode(table.decode_name, plcmt_data, entry);
+  const pd_status_t status = table.decode(plcmt_data, entry);
   if (status != BF_SUCCESS) {
-    line_writer(fd).text(cannot_decode).text(prefix).text(table.name).end();
+    line_writer(fd).text(cannot_decode).text(exported_prefix).text(table.name).end();
     return status;
   }
   if (!table.keyed)
-    line_writer(fd).indent(indent).text(prefix).text(table.name).text(":").end();
+    line_writer(fd).indent(indent).text(exported_prefix).text(table.name).text(":").end();
   else if (entry.no_key == 0)
     match_spec_print(table, fd, indent, entry.key);
   if (!table.indirect) print_action(text_of(entry.action), fd, indent, entry.action.parameters);
@@ -64,9 +63,9 @@ pd_status_t adt_plcmt_data_print(const profile_text &profile, std::int32_t fd, s
                                  const void *plcmt_data)
 {
   plcmt_action_t member;
-  const pd_status_t status = profile.decode(profile.decode_name, plcmt_data, &member);
+  const pd_status_t status = profile.decode(plcmt_data, &member);
   if (status != BF_SUCCESS) {
-    line_writer(fd).text(cannot_decode).text(prefix).text(profile.name).text("_adt_plcmt_data_print").end();
+    line_writer(fd).text(cannot_decode).text(exported_prefix).text(profile.name).text("_adt_plcmt_data_print").end();
     return status;
   }
   print_action(text_of(member), fd, indent, member.parameters);
@@ -76,7 +75,7 @@ pd_status_t adt_plcmt_data_print(const profile_text &profile, std::int32_t fd, s
 std::uint32_t plcmt_data_value(const table_text &table, const void *plcmt_data, char *buf)
 {
   entry_contents entry;
-  if (table.decode(table.decode_name, plcmt_data, entry) != BF_SUCCESS) return 0;
+  if (table.decode(plcmt_data, entry) != BF_SUCCESS) return 0;
   text_writer to(buf);
   to.character('(');
   put_entry_value(to, table, entry);
@@ -87,7 +86,7 @@ std::uint32_t plcmt_data_value(const table_text &table, const void *plcmt_data, 
 std::uint32_t adt_plcmt_data_value(const profile_text &profile, const void *plcmt_data, char *buf)
 {
   plcmt_action_t member;
-  if (profile.decode(profile.decode_name, plcmt_data, &member) != BF_SUCCESS) return 0;
+  if (profile.decode(plcmt_data, &member) != BF_SUCCESS) return 0;
   return action_value(text_of(member), member.parameters, buf);
 }
 
@@ -95,9 +94,9 @@ std::uint8_t plcmt_data_eq_to_hw(const table_text &table, pd_sess_hdl_t sess_hdl
                                  pd_entry_hdl_t entry_hdl, const void *plcmt_data)
 {
   entry_contents placed;
-  if (table.decode(table.decode_name, plcmt_data, placed) != BF_SUCCESS) return 0;
+  if (table.decode(plcmt_data, placed) != BF_SUCCESS) return 0;
   entry_contents hardware;
-  if (table.read(table.read_name, sess_hdl, dev_id, entry_hdl, 1, hardware) != BF_SUCCESS) return 0;
+  if (table.read(sess_hdl, dev_id, entry_hdl, 1, hardware) != BF_SUCCESS) return 0;
   if (!same_key(table, placed, hardware)) return 0;
   const bool same = table.indirect ? same_pointee(placed, hardware) : same_action(placed, hardware);
   return same ? 1 : 0;

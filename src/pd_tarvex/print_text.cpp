@@ -15,8 +15,8 @@ std::int32_t print_rows(const text_row *rows, std::size_t count, std::int32_t fd
   for (std::size_t i = 0; i < count; ++i) {
     const text_row &row = rows[i];
     line_writer line(fd);
-    line.blank_column(indent).text(" ").text(row.name);
-    if (row.live16 != nullptr) {
+    line.blank_column(indent).text(" ").text(name_of(row));
+    if (row.member_size == wide_member) {
       line.text(": 0x").capital_bytes(static_cast<const std::uint8_t *>(record) + row.member, 16);
     } else {
       if (row.partial) {
@@ -35,7 +35,7 @@ std::int32_t print_rows(const text_row *rows, std::size_t count, std::int32_t fd
 
 std::int32_t match_spec_print(const table_text &table, std::int32_t fd, std::int32_t indent, const void *match_spec)
 {
-  line_writer(fd).indent(indent).text("p4_pd_tarvex_switch_").text(table.name).text("_match_spec_t:").end();
+  line_writer(fd).indent(indent).text(exported_prefix).text(table.name).text("_match_spec_t:").end();
   return print_rows(table.rows, table.row_count, fd, indent, match_spec);
 }
 

@@ -8,5 +8,4 @@
 #include "placement_text.h"
 #include "print_text.h"
 #include "schema_text.h"
-#include "table_access.h"
 #include "value_text.h"

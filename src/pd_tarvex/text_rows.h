@@ -14,23 +14,40 @@
 
 namespace tarvex::pd {
 
-/// A key field, its mask or its prefix length, or a parameter.
+/// A key field, its mask or its prefix length, or a parameter. Without pointers, so that nothing of the many rows has
+/// to be relocated when the library is loaded.
 struct text_row {
-  std::string_view name;       // name of the member
-  const std::uint8_t *live16;  // live bits of a 16-byte member, in its byte order; else null
-  std::uint32_t live;          // live bits of any other
-  std::uint16_t member;
+  std::uint32_t live;    // live bits, or the place in wide_live_bits of a 16-byte member
+  std::uint16_t name;    // place of the member's name in member_names
+  std::uint16_t member;  // its offset
+  std::uint8_t name_size;
   std::uint8_t member_size;
   std::uint8_t digits;  // hexadecimal digits that the width takes
   bool partial;         // some bits of the width are not live
 };
 
+/// Names of all members, one behind the other. Generated.
+extern const char member_names[];
+/// Live bits of 16-byte members, in their byte order. Generated.
+extern const std::uint8_t wide_live_bits[][16];
+
+inline constexpr std::uint8_t wide_member = 16;
+
+inline std::string_view name_of(const text_row &row) { return {member_names + row.name, row.name_size}; }
+
+/// What stands ahead of every name of the pipeline.
+inline constexpr std::string_view exported_prefix = "p4_pd_tarvex_switch_";
+
 struct action_text {
-  std::string_view name;
   std::string_view full_name;
   std::string_view schema;
   const text_row *rows;
   std::size_t row_count;
+
+  std::string_view name() const
+  {
+    return {full_name.data() + exported_prefix.size(), full_name.size() - exported_prefix.size()};
+  }
 };
 
 /// Room for the key structure of any table.
@@ -48,9 +65,18 @@ struct entry_contents {
   std::uint8_t no_key = 0;
 };
 
-using read_function = pd_status_t (*)(const char *function, pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id,
-                                      pd_entry_hdl_t entry_hdl, pd_flag8_t read_from_hw, entry_contents &to);
-using decode_function = pd_status_t (*)(const char *function, const void *plcmt_data, entry_contents &to);
+/// The key as the structure of its table.
+template <class Key>
+Key *key_in(entry_contents &entry)
+{
+  static_assert(sizeof(Key) <= sizeof entry.key && alignof(Key) <= alignof(entry_contents));
+  return reinterpret_cast<Key *>(entry.key);
+}
+
+// A table's own exported functions behind one signature.
+using read_function = pd_status_t (*)(pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id, pd_entry_hdl_t entry_hdl,
+                                      pd_flag8_t read_from_hw, entry_contents &to);
+using decode_function = pd_status_t (*)(const void *plcmt_data, entry_contents &to);
 
 struct table_text {
   std::string_view name;
@@ -63,9 +89,7 @@ struct table_text {
   std::size_t row_count;
   const action_text *const *actions;  // order of their names; none of an indirect table
   std::size_t action_count;
-  const char *read_name;  // the exported functions that these stand for
   read_function read;
-  const char *decode_name;
   decode_function decode;
 };
 
@@ -74,8 +98,7 @@ struct profile_text {
   std::uint32_t handle;               // of its action data table
   const action_text *const *actions;  // order of their names
   std::size_t action_count;
-  const char *decode_name;
-  pd_status_t (*decode)(const char *function, const void *plcmt_data, plcmt_action_t *action);
+  pd_status_t (*decode)(const void *plcmt_data, plcmt_action_t *action);
 };
 
 inline constexpr std::uint32_t first_table_handle = 0x1000001;

@@ -55,10 +55,16 @@ class text_writer {
   /// The low `digits` hexadecimal digits, 1 to 8, in small letters.
   text_writer &hex(std::uint32_t value, unsigned digits)
   {
-    char *to = at_ + digits;
-    for (; to - at_ >= 2; value >>= 8) std::memcpy(to -= 2, small_digits.of_byte[value & 0xff], 2);
-    if (to != at_) *at_ = small_digits.of_byte[value & 0xf][1];
-    at_ += digits;
+    char *to = at_ += digits;
+    for (; digits >= 4; digits -= 4, value >>= 16) {
+      std::memcpy(to -= 2, small_digits.of_byte[value & 0xff], 2);
+      std::memcpy(to -= 2, small_digits.of_byte[value >> 8 & 0xff], 2);
+    }
+    if (digits >= 2) {
+      std::memcpy(to -= 2, small_digits.of_byte[value & 0xff], 2);
+      value >>= 8;
+    }
+    if (digits % 2 != 0) *--to = small_digits.of_byte[value & 0xf][1];
     return *this;
   }
   /// Hexadecimal without leading zeros.

@@ -24,7 +24,7 @@ namespace {
   for (std::size_t i = 0; i < count; ++i) {
     const text_row &row = rows[i];
     to.text("0x");
-    if (row.live16 != nullptr)
+    if (row.member_size == wide_member)
       to.capital_bytes(static_cast<const std::uint8_t *>(record) + row.member, 16);
     else
       to.hex(live_word(row, record), row.digits);
@@ -42,43 +42,37 @@ namespace {
 [[gnu::always_inline]] inline text_writer action_behind(text_writer to, const action_text &action,
                                                         const void *action_spec)
 {
-  to.text("('").short_text(action.name).text("',(");
+  to.text("('").short_text(action.name()).text("',(");
   return rows_behind(to, action.rows, action.row_count, action_spec).text(")),");
 }
 
 /// Nothing for neither a member nor a group.
-void put_pointee_value(text_writer &to, const entry_contents &entry)
+text_writer pointee_behind(text_writer to, const entry_contents &entry)
 {
   if (entry.is_member != 0)
     to.text("('setMbrHdl',(0x").natural_hex(entry.mbr_hdl).text(",))");
   else if (entry.is_group != 0)
     to.text("('setGrpHdl',(0x").natural_hex(entry.grp_hdl).text(",))");
+  return to;
+}
+
+[[gnu::always_inline]] inline text_writer entry_behind(text_writer to, const table_text &table,
+                                                       const entry_contents &entry)
+{
+  if (!table.keyed || entry.no_key != 0)
+    to.text("(),");
+  else
+    to = key_behind(to, table, entry.key);
+  return table.indirect ? pointee_behind(to, entry) : action_behind(to, text_of(entry.action), entry.action.parameters);
 }
 
 }  // namespace
 
 std::uint32_t live_value(const text_row &row, const void *record) { return live_word(row, record); }
 
-void put_key_value(text_writer &to, const table_text &table, const void *match_spec)
-{
-  to = key_behind(to, table, match_spec);
-}
-
-void put_action_value(text_writer &to, const action_text &action, const void *action_spec)
-{
-  to = action_behind(to, action, action_spec);
-}
-
 void put_entry_value(text_writer &to, const table_text &table, const entry_contents &entry)
 {
-  if (!table.keyed || entry.no_key != 0)
-    to.text("(),");
-  else
-    put_key_value(to, table, entry.key);
-  if (table.indirect)
-    put_pointee_value(to, entry);
-  else
-    put_action_value(to, text_of(entry.action), entry.action.parameters);
+  to = entry_behind(to, table, entry);
 }
 
 std::uint32_t match_spec_value(const table_text &table, const void *match_spec, char *buf)
@@ -95,10 +89,10 @@ std::uint32_t table_value(const table_text &table, pd_sess_hdl_t sess_hdl, pd_de
                           pd_flag8_t read_from_hw, char *buf)
 {
   entry_contents entry;
-  if (table.read(table.read_name, sess_hdl, dev_id, entry_hdl, read_from_hw, entry) != BF_SUCCESS) return 0;
+  if (table.read(sess_hdl, dev_id, entry_hdl, read_from_hw, entry) != BF_SUCCESS) return 0;
   text_writer to(buf);
   to.text("((");
-  put_entry_value(to, table, entry);
+  to = entry_behind(to, table, entry);
   to.text("),(").decimal(table.priority ? static_cast<std::int32_t>(entry.priority) : 0).text(",True))");
   return to.end();
 }

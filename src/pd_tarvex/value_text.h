@@ -11,10 +11,7 @@ namespace tarvex::pd {
 /// A member's value, cut to its live bits; for members of up to 4 bytes.
 std::uint32_t live_value(const text_row &row, const void *record);
 
-// Without a NUL, for texts that hold them.
-void put_key_value(text_writer &to, const table_text &table, const void *match_spec);
-void put_action_value(text_writer &to, const action_text &action, const void *action_spec);
-/// Key and action, or the member or group that an indirect entry points at.
+/// Key and action, or the member or group that an indirect entry points at; without a NUL.
 void put_entry_value(text_writer &to, const table_text &table, const entry_contents &entry);
 
 // Lengths without the NUL.

@@ -1,95 +1,40 @@
-// Calls by libffi.
+// Blocks and values of arguments.
 //
 // SPDX-License-Identifier: Apache-2.0
 #include "caller.h"
 
-#include <ffi.h>
-
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <cstring>
 #include <iostream>
-#include <set>
 
 namespace tarvex::test {
 
 namespace {
 
 using enum argument_kind;
+using calls::argument_form;
 
 constexpr std::size_t not_taken = ~std::size_t{0};
 
-const std::set<argument_kind> pointers = {
-    match_spec,
-    action_spec,
-    meter_spec,
-    entry_hdl_out,
-    match_spec_out,
-    priority_out,
-    action_name_out,
-    action_enum_out,
-    no_key_out,
-    any_action_spec_out,
-    is_member_out,
-    is_group_out,
-    grp_hdl_out,
-    mbr_hdl_out,
-    entry_count_out,
-    next_entry_hdls_out,
-    drv_match_spec,
-    drv_act_data,
-    res_list,
-    action_spec_out,
-    table_handle_out,
-    property_value_out,
-    property_argument_out,
-    hit_state_out,
-    ttl_out,
-    log,
-    action_name,
-    member_state_out,
-    plcmt_data,
-    member_action_out,
-    counter_value_out,
-    meter_value,
-    meter_value_out,
-    wred_value,
-    wred_value_out,
-    register_value,
-    register_values_out,
-    register_value_count_out,
-    range_count_read_out,
-    stful_query,
-    stful_spec,
-    register_word,
-    hash_number_out,
-    seed_out,
-    hash_attrs,
-    hash_attrs_out,
-    hash_attr_count_out,
-    calc_name,
-    digest_name,
-    digest_entry,
-    digest_field_name,
-    digest_field_size_out,
-    pvs_entry_hdl_out,
-};
-const std::set<argument_kind> words = {dev_tgt, word, callback, cookie, seed, digest_message};
-const std::set<argument_kind> records = {idle_params, counter_value, parser_tgt};  // by value
+argument_form form_of(argument_kind kind) { return calls::row_of(kind).form; }
 
-ffi_type *type_of(argument_kind kind)
+// Room for what is pointed at or handed over by value.
+std::size_t room_for(argument_kind kind)
 {
-  static ffi_type *idle_parts[] = {&ffi_type_uint32, &ffi_type_uint32, &ffi_type_uint32,
-                                   &ffi_type_uint32, &ffi_type_uint32, &ffi_type_uint32,
-                                   &ffi_type_uint64, &ffi_type_uint64, nullptr};
-  static ffi_type *counter_parts[] = {&ffi_type_uint64, &ffi_type_uint64, nullptr};
-  static ffi_type *parser_parts[] = {&ffi_type_uint32, &ffi_type_uint32, &ffi_type_uint16, &ffi_type_uint8, nullptr};
-  static ffi_type idle = {0, 0, FFI_TYPE_STRUCT, idle_parts};
-  static ffi_type counter = {0, 0, FFI_TYPE_STRUCT, counter_parts};
-  static ffi_type parser = {0, 0, FFI_TYPE_STRUCT, parser_parts};
-  if (records.contains(kind)) return kind == idle_params ? &idle : kind == counter_value ? &counter : &parser;
-  // A narrow argument goes in a whole register, so that something stands above it.
-  return pointers.contains(kind) ? &ffi_type_pointer : &ffi_type_uint64;
+  switch (kind) {
+    case text_buffer:
+    case capture_ctrl_out: return 4096;
+    case trigger_record:
+    case trigger_record_out:
+    case capture_fields:
+    case capture_fields_out: return 1024;
+    case capture_area:
+    case capture_area_out: return 65536;
+    default: break;
+  }
+  return form_of(kind) == argument_form::pointer || form_of(kind) == argument_form::record ? 256 : 0;
 }
 
 // A value that no other argument has, with something in each of its bytes.
@@ -97,7 +42,7 @@ std::uint64_t own_value(argument_kind kind, std::size_t argument)
 {
   const std::uint64_t number = 0x11 * (argument + 1);
   if (kind == dev_tgt) return 0xbeef'0305'8d00'01c7 + (number << 8);
-  if (words.contains(kind)) return 0xf1e2'd3c4'b5a6'0000 + number;
+  if (form_of(kind) == argument_form::word) return 0xf1e2'd3c4'b5a6'0000 + number;
   if (kind == member_state) return 0;
   return 0x8c5a'01b0 + (number << 8) + static_cast<std::uint64_t>(kind);
 }
@@ -114,12 +59,13 @@ std::uint64_t own_value(argument_kind kind, std::size_t argument)
 call::call(const exported_function &function) : function_(function), blocks_(function.arguments.size())
 {
   for (std::size_t i = 0; i < function.arguments.size(); ++i) {
-    for (std::size_t at = 0; at < block_size; ++at) {
+    const argument_kind kind = function.arguments[i];
+    blocks_[i].resize(room_for(kind));
+    for (std::size_t at = 0; at < blocks_[i].size(); ++at) {
       blocks_[i][at] = static_cast<std::uint8_t>(1 + (at * 37 + i * 11) % 255);
     }
-    const argument_kind kind = function.arguments[i];
-    values_.push_back(pointers.contains(kind) ? reinterpret_cast<std::uint64_t>(blocks_[i].data())
-                                              : own_value(kind, i));
+    values_.push_back(form_of(kind) == argument_form::pointer ? reinterpret_cast<std::uint64_t>(blocks_[i].data())
+                                                              : own_value(kind, i));
   }
   expected_ = blocks_;
 }
@@ -154,34 +100,19 @@ void call::fill(argument_kind kind, std::span<const std::uint8_t> content, std::
 std::uint64_t call::run(std::uint8_t stack_pattern)
 {
   constexpr std::uint64_t junk = 0xfeedface'00000000;
-  // Nothing here needs a destructor: a failed assertion of the library jumps past this frame.
-  constexpr std::size_t most = 16;
-  std::array<ffi_type *, most> types;
-  std::array<std::uint64_t, most> passed;
-  std::array<void *, most> places;
-  if (values_.size() > most) std::abort();
+  calls::raw_call raw(function_);
   for (std::size_t i = 0; i < values_.size(); ++i) {
-    const argument_kind kind = function_.arguments[i];
-    passed[i] = pointers.contains(kind) || words.contains(kind) ? values_[i] : values_[i] | junk;
-    types[i] = type_of(kind);
-    places[i] = records.contains(kind) ? static_cast<void *>(blocks_[i].data()) : &passed[i];
-  }
-  ffi_type *result_type = &ffi_type_uint32;
-  if (function_.result == calls::result_kind::none) result_type = &ffi_type_void;
-  if (function_.result == calls::result_kind::text || function_.result == calls::result_kind::pointer) {
-    result_type = &ffi_type_pointer;
-  }
-  ffi_cif description;
-  if (ffi_prep_cif(&description, FFI_DEFAULT_ABI, static_cast<unsigned>(values_.size()), result_type, types.data()) !=
-      FFI_OK) {
-    std::abort();
+    switch (form_of(function_.arguments[i])) {
+      case argument_form::record: raw.set(i, blocks_[i].data()); break;
+      case argument_form::number: raw.set(i, values_[i] | junk); break;
+      default: raw.set(i, values_[i]);
+    }
   }
   expected_ = blocks_;
-  ffi_arg result = 0;
   fill_stack(stack_pattern);
-  const unsigned before = counter != nullptr ? counter() : 0;
-  ffi_call(&description, function_.function, &result, places.data());
-  counted = counter != nullptr ? counter() - before : 0;
+  under_way = true;
+  const std::uint64_t result = raw.make();
+  under_way = false;
   return result;
 }
 

@@ -4,14 +4,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <span>
 #include <string>
 #include <vector>
 
-#include "call_table.h"
-#include "recorder.h"
+#include "raw_call.h"
 
 namespace tarvex::test {
 
@@ -20,8 +18,7 @@ using calls::exported_function;
 
 class call {
  public:
-  static constexpr std::size_t block_size = 256;
-  using block = std::array<std::uint8_t, block_size>;
+  using block = std::vector<std::uint8_t>;
 
   explicit call(const exported_function &function);
   call(call &&) = default;
@@ -38,11 +35,13 @@ class call {
   const block &memory(argument_kind kind) const;
   void fill(argument_kind kind, std::span<const std::uint8_t> content, std::size_t offset = 0);
 
+  /// All blocks, in the order of the arguments; empty ones for numbers.
+  std::span<const block> blocks() const { return blocks_; }
+
   /// Makes the call on a stack filled with a pattern.
   std::uint64_t run(std::uint8_t stack_pattern = 0xa5);
-  /// How far a counter went on during the call alone, libffi included.
-  unsigned (*counter)() = nullptr;
-  unsigned counted = 0;
+  /// Whether the library is at work.
+  static inline bool under_way = false;
 
   /// The blocks as they must stand after the call: as they were before, but for what is noted with expect().
   void expect(argument_kind kind, std::span<const std::uint8_t> content, std::size_t offset = 0);

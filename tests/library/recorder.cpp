@@ -8,13 +8,17 @@
 #include <cstdlib>
 #include <cstring>
 #include <mutex>
+#include <set>
 #include <utility>
 
 namespace tarvex::test {
 
 namespace {
 
-std::mutex recording;
+std::mutex one_at_a_time;
+
+// Blocks that nobody has given back: a call that was stopped leaves some. They go with the next reset.
+std::set<void *> live_blocks;
 
 // Appends `count` bytes behind a pointer, if there is one.
 void append(bytes &to, const std::uint8_t *from, std::size_t count)
@@ -78,11 +82,18 @@ ms_state *state_of_profile(std::size_t index)
   return reinterpret_cast<ms_state *>(&places.at(index));
 }
 
-void recorder::reset() { *this = recorder(); }
+void recorder::reset()
+{
+  const unsigned under_way = inside;
+  for (void *block : live_blocks) std::free(block);
+  live_blocks.clear();
+  *this = recorder();
+  inside = under_way;
+}
 
 std::uint64_t recorder::note(recorded_call call)
 {
-  const std::lock_guard lock(recording);
+  const std::lock_guard lock(one_at_a_time);
   calls.push_back(std::move(call));
   if (answer) return answer(calls.back());
   if (calls.back().function != "p4_pd_ms_init_state") return 0;
@@ -97,16 +108,19 @@ extern "C" {
 void *bf_sys_calloc(size_t count, size_t size)
 {
   auto &driver = tarvex::test::driver();
+  const tarvex::test::recording inside;
   constexpr size_t largest = size_t{1} << 24;  // ends a request for a negative count before the sanitizers do
   if (driver.refused_block != 0 && --driver.refused_block == 0) return nullptr;
   if (size != 0 && count > largest / size) return nullptr;
   ++driver.blocks_taken;
-  return std::calloc(count, size);
+  return *tarvex::test::live_blocks.insert(std::calloc(count, size)).first;
 }
 
 void bf_sys_free(void *block)
 {
+  const tarvex::test::recording inside;
   if (block != nullptr) ++tarvex::test::driver().blocks_given_back;
+  tarvex::test::live_blocks.erase(block);
   std::free(block);
 }
 

@@ -8,6 +8,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "caller.h"
+
 namespace tarvex::test {
 
 namespace {
@@ -39,6 +41,7 @@ extern "C" void __assert_fail(const char *assertion, const char *file, unsigned 
     std::fprintf(stderr, "%s:%u: %s: assertion %s failed\n", file, line, function, assertion);
     std::abort();
   }
+  call::under_way = false;  // it does not return
   last = {assertion, file, function};
   std::longjmp(back, 1);
 }

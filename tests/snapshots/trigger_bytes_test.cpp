@@ -115,32 +115,6 @@ TEST(trigger_bytes, of_each_size)
   }
 }
 
-// Neighbouring bytes differ, so that every byte of an exchanged field moves.
-TEST(trigger_bytes, only_words_are_exchanged)
-{
-  snap_trig_spec_t value, mask;
-  for (std::size_t i = 0; i < record_size; ++i) {
-    value.fields[i] = static_cast<std::uint8_t>(i * 7 + 1);
-    mask.fields[i] = static_cast<std::uint8_t>(i * 11 + 5);
-  }
-  const struct {
-    pd_snapshot_hdl_t hdl;
-    std::ptrdiff_t end;
-    std::size_t exchanged;
-  } layouts[] = {{ingress, 690, 378}, {egress, 437, 260}};
-  for (const auto &[hdl, end, exchanged] : layouts) {
-    const received got = set_trigger(hdl, value, mask);
-    for (const auto &[sent, original] : {std::pair{got.value, bytes_of(value)}, std::pair{got.mask, bytes_of(mask)}}) {
-      std::size_t moved = 0;
-      for (std::size_t i = 0; i < record_size; ++i) {
-        moved += sent[i] != original[i];
-      }
-      EXPECT_EQ(moved, exchanged);
-      EXPECT_TRUE(std::equal(sent.begin() + end, sent.end(), original.begin() + end));
-    }
-  }
-}
-
 TEST(trigger_bytes, every_field_has_bytes_of_its_own)
 {
   for (const pd_snapshot_hdl_t hdl : {ingress, egress}) {

@@ -148,24 +148,6 @@ TEST(print_text, a_failed_write_shows_in_the_result_and_does_not_stop_the_lines)
   EXPECT_EQ(failures, static_cast<int>(rows_of(trap_to_cpu).size()) + 1);
 }
 
-TEST(print_text, from_eight_threads_at_once)
-{
-  std::vector<std::thread> threads;
-  std::atomic<int> wrong = 0;
-  for (int i = 0; i < 8; ++i) {
-    threads.emplace_back([&wrong, key = random_record(trap_to_cpu.record_size)] {
-      const std::string text = key_print(trap_to_cpu, 0, key);
-      for (int round = 0; round < 30; ++round) {
-        const auto lines =
-            captured([&](int fd) { invoke<std::int32_t>("trapToCpu_match_spec_print", fd, 0, key.data()); });
-        if (lines != pieces_of(text)) ++wrong;
-      }
-    });
-  }
-  for (auto &thread : threads) thread.join();
-  EXPECT_EQ(wrong, 0);
-}
-
 }  // namespace
 
 }  // namespace tarvex::test

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <span>
+#include <type_traits>
 
 namespace tarvex::calls {
 
@@ -338,6 +339,33 @@ enum class argument_kind : std::uint8_t {
   capture_fields_out,
 };
 
+/// How an argument is passed: in a register, of 32 bits or fewer or of 64, or as a record by value.
+enum class argument_form : std::uint8_t { number, word, pointer, record };
+
+struct argument_row {
+  argument_kind kind;
+  argument_form form;
+  std::uint16_t size;  // of the record, by value or pointed at; 0 where the row or the driver decides
+};
+
+/// An argument of a C type; {key} and {params} structures are pointers to void here.
+template <typename T>
+constexpr argument_row passed_as(argument_kind kind)
+{
+  using pointee = std::remove_pointer_t<T>;
+  if constexpr (std::is_pointer_v<T> && !std::is_function_v<pointee>) {
+    if constexpr (!std::is_void_v<pointee> && requires { sizeof(pointee); }) {
+      return {kind, argument_form::pointer, sizeof(pointee)};
+    } else {
+      return {kind, argument_form::pointer, 0};
+    }
+  } else if constexpr (std::is_class_v<T>) {
+    return {kind, argument_form::record, sizeof(T)};
+  } else {
+    return {kind, sizeof(T) > sizeof(std::uint32_t) ? argument_form::word : argument_form::number, sizeof(T)};
+  }
+}
+
 using address = void (*)();
 
 struct exported_function {
@@ -355,6 +383,7 @@ struct exported_function {
 };
 
 // Generated. Tables in handle order, actions in enumeration order, profiles in the order of their states.
+extern const std::span<const argument_row> arguments;
 extern const std::span<const exported_function> functions;
 extern const std::span<const table_info> tables;
 extern const std::span<const action_info> actions;

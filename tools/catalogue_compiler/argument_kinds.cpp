@@ -160,6 +160,8 @@ constexpr argument_kind_row rows[] = {
 
 }  // namespace
 
+std::span<const argument_kind_row> argument_kinds() { return rows; }
+
 const argument_kind_row &argument_kind(std::string_view kind)
 {
   for (const argument_kind_row &row : rows)

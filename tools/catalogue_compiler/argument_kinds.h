@@ -3,6 +3,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <span>
 #include <string_view>
 
 namespace catalogue {
@@ -14,6 +15,7 @@ struct argument_kind_row {
   std::string_view doc;
 };
 
+std::span<const argument_kind_row> argument_kinds();
 const argument_kind_row &argument_kind(std::string_view kind);
 
 }  // namespace catalogue

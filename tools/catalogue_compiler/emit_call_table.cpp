@@ -4,6 +4,7 @@
 #include <map>
 #include <string>
 
+#include "argument_kinds.h"
 #include "emit.h"
 #include "spelling.h"
 
@@ -148,6 +149,16 @@ std::string row_pointer(const std::string &name, const Row *row, const std::vect
   return row == nullptr ? "nullptr" : "&all_" + name + "[" + to_string(row - rows.data()) + "]";
 }
 
+void argument_rows(generated_file &to)
+{
+  to.line("constexpr argument_row all_arguments[] = {");
+  for (const argument_kind_row &row : argument_kinds()) {
+    const bool of_a_row = row.type.find('{') != std::string_view::npos;  // a structure of each table or action
+    to.line("    passed_as<", of_a_row ? "void *" : row.type, ">(argument_kind::", row.kind, "),");
+  }
+  to.line("};");
+}
+
 void function_rows(generated_file &to, const model &m, const functions &all)
 {
   // Functions with the same kinds of arguments share one list of them.
@@ -191,10 +202,12 @@ void emit_call_table(const model &m, const functions &all, const std::filesystem
   table_rows(to, m);
   resource_rows(to, m);
   hash_rows(to, m);
+  argument_rows(to);
   function_rows(to, m, all);
   to.line().line("}  // namespace").line();
-  for (const char *what : {"exported_function:functions", "table_info:tables", "action_info:actions",
-                           "profile_info:profiles", "resource_info:resources", "hash_info:hashes"}) {
+  for (const char *what :
+       {"argument_row:arguments", "exported_function:functions", "table_info:tables", "action_info:actions",
+        "profile_info:profiles", "resource_info:resources", "hash_info:hashes"}) {
     const std::string_view both = what;
     const std::size_t colon = both.find(':');
     to.line("const std::span<const ", both.substr(0, colon), "> ", both.substr(colon + 1), " = all_",

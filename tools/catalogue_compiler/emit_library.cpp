@@ -104,7 +104,7 @@ void emit_action_rows(const model &m, const std::filesystem::path &folder)
 void emit_exports(generated_file &to, const std::vector<const exported_function *> &of)
 {
   for (const exported_function *f : of) {
-    to.line(c_result(f->result), f->name, "(", argument_list(*f), ")");
+    to.line(f->seldom ? "[[gnu::cold]] " : "", c_result(f->result), f->name, "(", argument_list(*f), ")");
     to.line("{").line("  ", f->result == result_kind::none ? "" : "return ", f->call, ";").line("}");
   }
 }
@@ -134,10 +134,11 @@ void emit_group(const model &m, const functions &all, std::size_t group, const s
     if (p != nullptr) profile_descriptor_row(to, m, *p);
   });
   to.line("}  // namespace").line();
+  const row_constants constants(m);
   for (const table &t : m.tables) {
     if (t.group != group) continue;
     if (const profile *p = m.find_profile(t.profile)) profile_texts(to, *p);
-    table_texts(to, t);
+    table_texts(to, constants, t);
   }
   to.line("}  // namespace tarvex::pd").line().line("using namespace tarvex::pd;").line();
   emit_exports(to, of);
@@ -151,7 +152,8 @@ void emit_action_exports(const model &m, const functions &all, const std::filesy
   to.line("#include \"action_rows.h\"").line("#include \"families.h\"").line("#include \"text_families.h\"");
   to.line("#include \"text_tables.h\"").line();
   to.line("namespace tarvex::pd {").line();
-  for (const action &a : m.actions) action_texts(to, a);
+  const row_constants constants(m);
+  for (const action &a : m.actions) action_texts(to, constants, a);
   to.line().line("}  // namespace tarvex::pd").line().line("using namespace tarvex::pd;").line();
   emit_exports(to, functions_of_actions(all));
   to.write(folder / "exports_actions.cpp");

@@ -49,35 +49,49 @@ void key_schema(generated_file &to, const table &t)
   to.line("    \")\",");
 }
 
-void text_row_line(generated_file &to, const std::string &name, const std::string &live16, const std::string &live,
+void text_row_line(generated_file &to, const row_constants &constants, const std::string &name, const std::string &live,
                    const std::string &offset, unsigned size, unsigned bits, bool partial)
 {
-  to.line("    {\"", name, "\", ", live16, ", ", live, ", ", offset, ", ", to_string(size), ", ",
-          to_string((bits + 3) / 4), ", ", partial ? "true" : "false", "},");
+  to.line("    {", live, ", ", to_string(constants.place_of_name(name)), ", ", offset, ", ", to_string(name.size()),
+          ", ", to_string(size), ", ", to_string((bits + 3) / 4), ", ", partial ? "true" : "false", "},");
 }
 
-void key_rows(generated_file &to, const table &t)
+void key_rows(generated_file &to, const row_constants &constants, const table &t)
 {
   const std::string type = match_spec_type(t);
-  for (const field &f : t.fields) {
-    if (f.type != storage::bytes16) continue;
-    std::string bytes;
-    for (const std::uint8_t b : f.live) bytes += (bytes.empty() ? "" : ", ") + hex(b);
-    to.line("constexpr std::uint8_t ", t.name, "_", f.name, "_live[16] = {", bytes, "};");
-  }
   to.line("constexpr text_row ", t.name, "_rows[] = {");
   for (const field &f : t.fields) {
-    const bool wide = f.type == storage::bytes16;
-    const std::string live16 = wide ? t.name + "_" + f.name + "_live" : "nullptr";
-    const std::string live = wide ? "0" : live_word(f);
-    text_row_line(to, f.name, live16, live, offset_of(type, f.name), storage_size(f.type), f.bits, !f.live_all);
-    if (f.match == match_kind::ternary)
-      text_row_line(to, companion_name(f), live16, live, offset_of(type, companion_name(f)), storage_size(f.type),
-                    f.bits, !f.live_all);
+    const std::string live = f.type == storage::bytes16 ? to_string(constants.place_of_live_bits(f)) : live_word(f);
+    const auto row = [&](const std::string &name) {
+      text_row_line(to, constants, name, live, offset_of(type, name), storage_size(f.type), f.bits, !f.live_all);
+    };
+    row(f.name);
+    if (f.match == match_kind::ternary) row(companion_name(f));
     if (f.match == match_kind::lpm)
-      text_row_line(to, companion_name(f), "nullptr", "0xffff", offset_of(type, companion_name(f)), 2, 16, false);
+      text_row_line(to, constants, companion_name(f), "0xffff", offset_of(type, companion_name(f)), 2, 16, false);
   }
   to.line("};");
+}
+
+/// How the text face reads and decodes an entry of the table: by its exported functions.
+void access_functions(generated_file &to, const table &t)
+{
+  const std::string key = t.keyed() ? ", key_in<" + match_spec_type(t) + ">(to)" : "";
+  const std::string priority = t.priority() ? ", &to.priority" : "";
+  const std::string no_key = t.keyed() ? ", &to.no_key" : "";
+  to.line("pd_status_t read_", t.name,
+          "(pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id, pd_entry_hdl_t entry_hdl, pd_flag8_t read_from_hw, "
+          "entry_contents &to)");
+  to.line("{").line("  return ", export_prefix, t.name, "_get_entry(sess_hdl, dev_id, entry_hdl, read_from_hw", key,
+                    priority,
+                    t.indirect() ? ", &to.is_member, &to.is_group, &to.grp_hdl, &to.mbr_hdl"
+                                 : ", nullptr, to.action.parameters, &to.action.action",
+                    no_key, ");");
+  to.line("}").line("pd_status_t decode_", t.name, "(const void *plcmt_data, entry_contents &to)");
+  to.line("{").line("  return ", export_prefix, t.name, "_get_entry_from_plcmt_data(plcmt_data", key, priority,
+                    t.indirect() ? ", &to.mbr_hdl, &to.grp_hdl, &to.is_member, &to.is_group" : ", &to.action",
+                    ", &to.no_key);");
+  to.line("}");
 }
 
 /// Actions in the order of their names.
@@ -93,11 +107,12 @@ void action_list(generated_file &to, const std::string &owner, const std::vector
 
 }  // namespace
 
-void table_texts(generated_file &to, const table &t)
+void table_texts(generated_file &to, const row_constants &constants, const table &t)
 {
   to.line("namespace texts {").line("namespace {");
-  if (t.keyed()) key_rows(to, t);
+  if (t.keyed()) key_rows(to, constants, t);
   if (!t.actions.empty()) action_list(to, t.name, t.actions);
+  access_functions(to, t);
   to.line("}  // namespace");
   const auto flag = [](bool set) { return set ? "true, " : "false, "; };
   to.line("constinit const table_text table_", t.name, " = {");
@@ -111,10 +126,7 @@ void table_texts(generated_file &to, const table &t)
       static_cast<std::ptrdiff_t>(t.fields.size()));
   to.line("    ", t.keyed() ? t.name + "_rows, " + rows : "nullptr, 0", ", ",
           t.actions.empty() ? "nullptr, 0" : t.name + "_actions, " + to_string(t.actions.size()), ",");
-  const std::string kind = t.indirect() ? "indirect_" : "";
-  to.line("    \"", export_prefix, t.name, "_get_entry\", &read_", kind, "contents<", table_descriptor(t), ">,");
-  to.line("    \"", export_prefix, t.name, "_get_entry_from_plcmt_data\", &decode_", kind, "contents<",
-          table_descriptor(t), ">};");
+  to.line("    &read_", t.name, ", &decode_", t.name, "};");
   to.line("}  // namespace texts").line();
 }
 
@@ -124,22 +136,22 @@ void profile_texts(generated_file &to, const profile &p)
   action_list(to, p.name, p.actions);
   to.line("}  // namespace");
   to.line("constinit const profile_text profile_", p.name, " = {\"", p.name, "\", ", hex(p.action_data_table), ", ",
-          p.name, "_actions, ", to_string(p.actions.size()), ", \"", export_prefix, p.name,
-          "_get_member_from_plcmt_data\", &get_member_from_plcmt_data<", profile_descriptor(p.name), ">};");
+          p.name, "_actions, ", to_string(p.actions.size()), ", &", export_prefix, p.name,
+          "_get_member_from_plcmt_data};");
   to.line("}  // namespace texts").line();
 }
 
-void action_texts(generated_file &to, const action &a)
+void action_texts(generated_file &to, const row_constants &constants, const action &a)
 {
   to.line("namespace texts {");
   if (!a.params.empty()) {
     to.line("constexpr text_row ", a.name, "_rows[] = {");
     for (const parameter &p : a.params)
-      text_row_line(to, member_name(p), "nullptr", hex(p.bits == 32 ? 0xffffffffu : (1u << p.bits) - 1),
+      text_row_line(to, constants, member_name(p), hex(p.bits == 32 ? 0xffffffffu : (1u << p.bits) - 1),
                     offset_of(action_spec_type(a), member_name(p)), storage_size(p.type), p.bits, false);
     to.line("};");
   }
-  to.line("constinit const action_text action_", a.name, " = {\"", a.name, "\", \"", export_prefix, a.name, "\",");
+  to.line("constinit const action_text action_", a.name, " = {\"", export_prefix, a.name, "\",");
   to.line("    \"( ('", a.name, "'),(\"");
   for (const parameter &p : a.params)
     to.line("    \"('", p.name, "',", display_text(p.display), ",", to_string(p.bits), ",None),\"");
@@ -177,6 +189,7 @@ void emit_text_tables(const model &m, const std::filesystem::path &folder)
   to.line("};");
   to.line("static_assert(first_table_handle == ", hex(first), " && table_handle_count == ", to_string(next - first),
           ");");
+  row_constants(m).define(to);
   to.line().line("constinit const action_text *const action_texts[action_count] = {");
   for (const action &a : m.actions) to.line("    &texts::action_", a.name, ",");
   to.line("};").line("static_assert(action_count == ", to_string(m.actions.size()), ");");

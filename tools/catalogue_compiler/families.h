@@ -33,6 +33,7 @@ struct exported_function {
   std::string brief;
   std::string details;  // a further paragraph, empty for none
   std::string returns;  // empty for none
+  bool seldom = false;  // not on the way of writes and reads: built for size
   std::string call;     // expression that the exported function returns; empty for a function written by hand
   const table *of_table = nullptr;  // of a profile's function: the profile's indirect table
   const profile *of_profile = nullptr;

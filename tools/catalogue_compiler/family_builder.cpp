@@ -90,6 +90,12 @@ function_builder &function_builder::gives(std::string expression)
   return *this;
 }
 
+function_builder &function_builder::seldom()
+{
+  made_.seldom = true;
+  return *this;
+}
+
 function_builder &function_builder::brief(std::string text)
 {
   made_.brief = std::move(text);

@@ -49,6 +49,8 @@ class function_builder {
   function_builder &calls_with_row(std::string_view callee, std::initializer_list<slot> slots);
   /// Arguments alone: of a function that is written by hand, or ahead of `gives`.
   function_builder &takes(std::initializer_list<slot> slots);
+  /// Tools and start-up call it: built for size.
+  function_builder &seldom();
   /// The expression that the function returns.
   function_builder &gives(std::string expression);
 

@@ -87,10 +87,12 @@ void add_member_reads(std::vector<exported_function> &to, const model &m, const 
           .calls("get_member",
                  {{{}, "__func__"}, {"sess_hdl"}, {"dev_id"}, {"mbr_hdl"}, {"read_from_hw"}, {"member_action_out"}}));
   to.push_back(function_builder("get_member_from_plcmt_data", m, p, "get_member_from_plcmt_data")
+                   .seldom()
                    .brief("Decodes a member from placement data.")
                    .details(stops)
                    .calls("get_member_from_plcmt_data", {{{}, "__func__"}, {"plcmt_data"}, {"member_action_out"}}));
   to.push_back(function_builder("get_full_member_info_from_plcmt_data", m, p, "get_full_member_info_from_plcmt_data")
+                   .seldom()
                    .brief("Decodes a member from placement data, with the resources recorded for it.")
                    .details(std::string(stops) + " Works before p4_pd_tarvex_switch_init too, without resources.")
                    .calls("get_full_member_info_from_plcmt_data",

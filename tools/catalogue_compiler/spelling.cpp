@@ -102,7 +102,8 @@ std::vector<member> key_members(const table &t)
     alignment = std::max(alignment, storage_align(f.type));
     all.push_back({c_type(f.type), f.name + extent(f.type), f.offset, storage_size(f.type), field_comment(f)});
     if (f.match == match_kind::ternary) {
-      all.push_back({c_type(f.type), companion_name(f) + extent(f.type), f.companion_offset, storage_size(f.type), {}});
+      all.push_back({c_type(f.type), companion_name(f) + extent(f.type), f.companion_offset, storage_size(f.type),
+                     "its bits that count; 0 for anything"});
     } else if (f.match == match_kind::lpm) {
       alignment = std::max(alignment, 2u);
       all.push_back({"uint16_t", companion_name(f), f.companion_offset, 2, "from the most significant bit"});

@@ -73,6 +73,7 @@ void add_placement(std::vector<exported_function> &to, const table &t)
   if (t.indirect()) {
     to.push_back(
         function_builder("get_indirect_entry_from_plcmt_data", t, "get_entry_from_plcmt_data")
+            .seldom()
             .brief("Decodes an entry from placement data.")
             .details(decode_failure("Data that points at neither a member nor a group leaves both flags as "
                                     "they are."))
@@ -86,6 +87,7 @@ void add_placement(std::vector<exported_function> &to, const table &t)
                                                          {"no_key_out"}}));
   } else {
     to.push_back(function_builder("get_entry_from_plcmt_data", t, "get_entry_from_plcmt_data")
+                     .seldom()
                      .brief("Decodes an entry from placement data.")
                      .details(decode_failure("An action of the driver's reply that the table does not have stops the "
                                              "process."))

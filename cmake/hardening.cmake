@@ -1,0 +1,40 @@
+# Hardening of everything that is built, each kind to be switched off by itself so that its cost can be measured.
+# The sanitizers look deeper than all of these and do not go along with some.
+# SPDX-License-Identifier: Apache-2.0
+include(CheckCXXCompilerFlag)
+
+option(TARVEX_HARDENING "harden libraries and programs; OFF turns off all of the below" ON)
+option(TARVEX_HARDENING_FORTIFY "checked calls of the C library (_FORTIFY_SOURCE)" ON)
+option(TARVEX_HARDENING_STACK_PROTECTOR "a guard in each frame that holds an array (-fstack-protector-strong)" ON)
+option(TARVEX_HARDENING_STACK_CLASH "large frames touch each page (-fstack-clash-protection)" ON)
+option(TARVEX_HARDENING_CONTROL_FLOW "indirect branches land where they may (-fcf-protection)" ON)
+option(TARVEX_HARDENING_LINK "read-only relocations, bound at start, and no executable stack" ON)
+
+if(TARVEX_HARDENING AND NOT TARVEX_SANITIZE)
+  # Programs are position-independent at their link too, not their objects alone.
+  include(CheckPIESupported)
+  check_pie_supported()
+  if(TARVEX_HARDENING_FORTIFY)
+    # It needs an optimised build. Some compilers come with a level of their own.
+    set(optimised $<NOT:$<CONFIG:Debug,Coverage,Mutants>>)
+    add_compile_options($<${optimised}:-U_FORTIFY_SOURCE> $<${optimised}:-D_FORTIFY_SOURCE=2>)
+  endif()
+  if(TARVEX_HARDENING_STACK_PROTECTOR)
+    add_compile_options(-fstack-protector-strong)
+  endif()
+  if(TARVEX_HARDENING_STACK_CLASH)
+    check_cxx_compiler_flag(-fstack-clash-protection TARVEX_HAS_STACK_CLASH)
+    if(TARVEX_HAS_STACK_CLASH)
+      add_compile_options(-fstack-clash-protection)
+    endif()
+  endif()
+  if(TARVEX_HARDENING_CONTROL_FLOW)
+    check_cxx_compiler_flag(-fcf-protection=full TARVEX_HAS_CONTROL_FLOW)
+    if(TARVEX_HAS_CONTROL_FLOW)
+      add_compile_options(-fcf-protection=full)
+    endif()
+  endif()
+  if(TARVEX_HARDENING_LINK)
+    add_link_options(LINKER:-z,relro LINKER:-z,now LINKER:-z,noexecstack)
+  endif()
+endif()
