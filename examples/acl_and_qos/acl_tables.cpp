@@ -42,6 +42,8 @@ acl_tables::acl_tables()
   });
 }
 
+acl_tables::~acl_tables() = default;
+
 void acl_tables::program()
 {
   program_dmac();

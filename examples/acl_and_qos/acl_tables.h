@@ -12,6 +12,7 @@ namespace tarvex::examples {
 class acl_tables {
  public:
   acl_tables();
+  ~acl_tables();  // in one place, with the tables' functions
 
   /// Writes the rules.
   void program();

@@ -120,6 +120,8 @@ halo_tables::halo_tables()
 {
 }
 
+halo_tables::~halo_tables() = default;
+
 std::vector<rule_table *> halo_tables::all()
 {
   std::vector<rule_table *> tables{&source4, &source6, &destination4, &destination6, &source_port, &destination_port};

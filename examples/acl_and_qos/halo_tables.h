@@ -32,6 +32,7 @@ inline auto halo_stages()
 class halo_tables {
  public:
   halo_tables();
+  ~halo_tables();  // in one place, with the tables' functions
 
   void program();
   void change();

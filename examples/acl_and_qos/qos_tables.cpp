@@ -77,6 +77,8 @@ qos_tables::qos_tables()
 {
 }
 
+qos_tables::~qos_tables() = default;
+
 void qos_tables::program()
 {
   program_ports();

@@ -14,6 +14,7 @@ enum trust_mode : std::uint8_t { trust_nothing = 0, trust_cos = 1, trust_dscp = 
 class qos_tables {
  public:
   qos_tables();
+  ~qos_tables();  // in one place, with the tables' functions
 
   void program();
   void change();
