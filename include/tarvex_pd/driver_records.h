@@ -19,10 +19,10 @@ typedef struct drv_match_spec {
   uint16_t key_bits;        /**< sum of the field widths */
   uint16_t key_bytes;       /**< bytes at key_value and at key_mask */
   uint8_t *key_value;       /**< null on read-back: the entry has no key */
-  uint8_t *key_mask;
-  uint16_t reserved[4]; /**< always 0 */
-  uint32_t priority;    /**< smaller wins */
-  uint32_t reserved_36; /**< always 0 */
+  uint8_t *key_mask;        /**< of the live bits: 1 where the key counts */
+  uint16_t reserved[4];     /**< always 0 */
+  uint32_t priority;        /**< smaller wins */
+  uint32_t reserved_36;     /**< always 0 */
 } drv_match_spec_t;
 
 TARVEX_PD_LAYOUT(sizeof(drv_match_spec_t) == 40);
@@ -37,10 +37,10 @@ TARVEX_PD_LAYOUT(offsetof(drv_match_spec_t, reserved_36) == 36);
 
 /** Action data, 16 bytes. */
 typedef struct drv_act_data {
-  uint16_t data_bits;
+  uint16_t data_bits;  /**< sum of the parameter widths */
   uint16_t data_bytes; /**< bytes at data */
   uint8_t reserved[4]; /**< always 0 */
-  uint8_t *data;
+  uint8_t *data;       /**< parameters, the highest byte of each first */
 } drv_act_data_t;
 
 TARVEX_PD_LAYOUT(sizeof(drv_act_data_t) == 16);
@@ -54,16 +54,16 @@ enum { DRV_METER_UNIT_BYTES = 0, DRV_METER_UNIT_PACKETS = 1 };
 
 /** Meter value, 56 bytes. Rates and bursts are in the unit of unit_kind and the driver's scale. */
 typedef struct drv_meter_spec {
-  uint32_t color_mode; /**< 0 colour aware, 1 colour unaware */
-  uint32_t reserved_4;
-  uint32_t first_unit_kind; /**< DRV_METER_UNIT_BYTES or DRV_METER_UNIT_PACKETS */
-  uint32_t reserved_12;
-  uint64_t first_rate;
-  uint64_t first_burst;
+  uint32_t color_mode;       /**< 0 colour aware, 1 colour unaware */
+  uint32_t reserved_4;       /**< carries nothing */
+  uint32_t first_unit_kind;  /**< DRV_METER_UNIT_BYTES or DRV_METER_UNIT_PACKETS */
+  uint32_t reserved_12;      /**< carries nothing */
+  uint64_t first_rate;       /**< committed rate */
+  uint64_t first_burst;      /**< committed burst */
   uint32_t second_unit_kind; /**< same as the first */
-  uint32_t reserved_36;
-  uint64_t second_rate;
-  uint64_t second_burst;
+  uint32_t reserved_36;      /**< carries nothing */
+  uint64_t second_rate;      /**< peak rate */
+  uint64_t second_burst;     /**< peak burst */
 } drv_meter_spec_t;
 
 TARVEX_PD_LAYOUT(sizeof(drv_meter_spec_t) == 56);
@@ -84,15 +84,15 @@ enum {
 
 /** One resource reference, 72 bytes. */
 typedef struct drv_res_spec {
-  uint32_t res_hdl;
+  uint32_t res_hdl;   /**< the resource */
   uint32_t res_index; /**< index into an indirect resource, 0 for a direct one */
   union {
     uint8_t bytes[56];
     drv_meter_spec_t meter;  /**< direct meter */
     uint64_t register_value; /**< direct register */
   } res_value;               /**< all zero for counters and indirect references */
-  uint32_t res_tag;
-  uint32_t reserved_68; /**< always 0 */
+  uint32_t res_tag;          /**< how it hangs on the entry */
+  uint32_t reserved_68;      /**< always 0 */
 } drv_res_spec_t;
 
 TARVEX_PD_LAYOUT(sizeof(drv_res_spec_t) == 72);
@@ -112,14 +112,14 @@ enum { DRV_ACT_DATA = 1, DRV_ACT_MEMBER = 2, DRV_ACT_GROUP = 4 };
 
 /** Action of an entry, 328 bytes. */
 typedef struct drv_action_spec {
-  uint8_t act_kinds;   /**< DRV_ACT_DATA, DRV_ACT_MEMBER or DRV_ACT_GROUP; 0 on member writes */
-  uint8_t reserved[7]; /**< always 0 */
-  drv_act_data_t act_data;
-  pd_mbr_hdl_t mbr_hdl;
-  pd_grp_hdl_t grp_hdl;
-  drv_res_spec_t res[DRV_ACTION_MAX_RES];
-  uint32_t res_count;    /**< used entries of res */
-  uint32_t reserved_324; /**< always 0 */
+  uint8_t act_kinds;                      /**< DRV_ACT_DATA, DRV_ACT_MEMBER or DRV_ACT_GROUP; 0 on member writes */
+  uint8_t reserved[7];                    /**< always 0 */
+  drv_act_data_t act_data;                /**< with DRV_ACT_DATA */
+  pd_mbr_hdl_t mbr_hdl;                   /**< with DRV_ACT_MEMBER */
+  pd_grp_hdl_t grp_hdl;                   /**< with DRV_ACT_GROUP */
+  drv_res_spec_t res[DRV_ACTION_MAX_RES]; /**< resource references */
+  uint32_t res_count;                     /**< used entries of res */
+  uint32_t reserved_324;                  /**< always 0 */
 } drv_action_spec_t;
 
 TARVEX_PD_LAYOUT(sizeof(drv_action_spec_t) == 328);
@@ -133,8 +133,8 @@ TARVEX_PD_LAYOUT(offsetof(drv_action_spec_t, reserved_324) == 324);
 
 /** A resource of an entry read back: element of the list that the action unbuilders take. */
 typedef struct pd_res_spec {
-  uint32_t res_hdl;
-  uint32_t res_index;
+  uint32_t res_hdl;   /**< the resource */
+  uint32_t res_index; /**< index into an indirect resource */
 } pd_res_spec_t;
 
 TARVEX_PD_LAYOUT(sizeof(pd_res_spec_t) == 8);
@@ -143,14 +143,14 @@ TARVEX_PD_LAYOUT(offsetof(pd_res_spec_t, res_index) == 4);
 
 /** Parameters of an idle time, 40 bytes, by value. The library gives no meaning to the words. */
 typedef struct pd_idle_params {
-  uint32_t word_0;
-  uint32_t reserved_4;
-  uint32_t word_1;
-  uint32_t word_2;
-  uint32_t word_3;
-  uint32_t reserved_20;
-  uintptr_t word_4;
-  uintptr_t word_5;
+  uint32_t word_0;      /**< the driver's */
+  uint32_t reserved_4;  /**< carries nothing */
+  uint32_t word_1;      /**< the driver's */
+  uint32_t word_2;      /**< the driver's */
+  uint32_t word_3;      /**< the driver's */
+  uint32_t reserved_20; /**< carries nothing */
+  uintptr_t word_4;     /**< the driver's */
+  uintptr_t word_5;     /**< the driver's */
 } pd_idle_params_t;
 
 TARVEX_PD_LAYOUT(sizeof(pd_idle_params_t) == 40);
@@ -163,14 +163,14 @@ TARVEX_PD_LAYOUT(offsetof(pd_idle_params_t, word_5) == 32);
 
 /** Slot of one register value, 8 bytes: the value stands in the first. */
 typedef struct drv_stful_spec {
-  uint8_t bytes[8];
+  uint8_t bytes[8]; /**< the value in byte 0 */
 } drv_stful_spec_t;
 
 /** Answer to a register read, 16 bytes: `row_count` rows of `values_per_row` slots, in the caller's memory. */
 typedef struct drv_stful_query {
-  int32_t row_count;
-  int32_t values_per_row;
-  drv_stful_spec_t **rows;
+  int32_t row_count;       /**< rows that `rows` points at */
+  int32_t values_per_row;  /**< slots of each row */
+  drv_stful_spec_t **rows; /**< the rows */
 } drv_stful_query_t;
 
 TARVEX_PD_LAYOUT(sizeof(drv_stful_spec_t) == 8);

@@ -78,6 +78,11 @@ pd_status_t p4_pd_tarvex_switch_dev_restore(uint32_t dev_id, struct cJSON *log);
  * the five action profiles from what the driver reports of its tables on the way. The five arguments are the driver's:
  * they are handed on with all their bits.
  *
+ * @param argument_1  the first of them
+ * @param argument_2  the second
+ * @param argument_3  the third
+ * @param argument_4  the fourth
+ * @param argument_5  the fifth
  * @return the driver's status
  */
 pd_status_t p4_pd_tarvex_switch_restore_virtual_dev_state(uintptr_t argument_1, uintptr_t argument_2,

@@ -18,10 +18,10 @@ extern "C" {
 
 /** Where an entry of the value set applies, by value. The driver gives the fields their meaning. */
 typedef struct pd_parser_tgt {
-  uint32_t device_id;
-  uint32_t tgt_scope;
-  uint16_t tgt_index;
-  uint8_t tgt_sub_index;
+  uint32_t device_id;    /**< the device */
+  uint32_t tgt_scope;    /**< the driver's */
+  uint16_t tgt_index;    /**< the driver's */
+  uint8_t tgt_sub_index; /**< the driver's */
 } pd_parser_tgt_t;
 
 TARVEX_PD_LAYOUT(sizeof(pd_parser_tgt_t) == 12);

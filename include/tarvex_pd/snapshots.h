@@ -51,7 +51,7 @@ typedef uint32_t pd_pipe_t;
  * the field out of the trigger. Clear both records, then fill them by p4_pd_tarvex_switch_snapshot_capture_trigger_add.
  */
 typedef struct snap_trig_spec {
-  uint8_t fields[P4_PD_TARVEX_SWITCH_SNAPSHOT_FIELD_BYTES];
+  uint8_t fields[P4_PD_TARVEX_SWITCH_SNAPSHOT_FIELD_BYTES]; /**< field data */
 } snap_trig_spec_t;
 
 /** The two layouts, as p4_pd_tarvex_switch_snapshot_capture_trigger_list names them. */

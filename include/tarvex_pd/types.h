@@ -9,6 +9,7 @@
 #include <stddef.h>
 #include <stdint.h>
 
+/** States a layout that the interface depends on, for the compiler to check. */
 #ifdef __cplusplus
 extern "C" {
 #define TARVEX_PD_LAYOUT(condition) static_assert(condition, #condition)
@@ -25,9 +26,11 @@ typedef uint32_t pd_sess_hdl_t;
  */
 typedef uint64_t pd_dev_tgt_t;
 
-/** Match entry, action profile member and selector group handles. The driver makes them. */
+/** Handle of a match entry; the driver makes it. */
 typedef uint32_t pd_entry_hdl_t;
+/** Handle of a member of an action profile; the driver makes it. */
 typedef uint32_t pd_mbr_hdl_t;
+/** Handle of a selector group; the driver makes it. */
 typedef uint32_t pd_grp_hdl_t;
 
 /** Result of an operation: 0 (BF_SUCCESS), a status of the driver, or one of the library's own below. */

@@ -5,6 +5,9 @@
  */
 #include <tarvex_pd/tarvex_pd.h>
 
+#include <tarvex_platform/driver.h>
+#include <tarvex_standin/standin.h>
+
 pd_status_t add_and_read(pd_sess_hdl_t session);
 
 pd_status_t add_and_read(pd_sess_hdl_t session)

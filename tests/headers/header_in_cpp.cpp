@@ -3,6 +3,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <tarvex_pd/tarvex_pd.h>
 
+#include <tarvex_platform/driver.h>
+#include <tarvex_standin/standin.h>
+
 pd_status_t add_member_to_new_group(pd_sess_hdl_t session, pd_callback_t callback);
 
 pd_status_t add_member_to_new_group(pd_sess_hdl_t session, pd_callback_t callback)

@@ -1,0 +1,73 @@
+#!/usr/bin/env python3
+"""The runner of documents sees what is wrong in one."""
+# SPDX-License-Identifier: Apache-2.0
+import pathlib
+import subprocess
+import sys
+import tempfile
+
+RUNNER = pathlib.Path(__file__).with_name("run_documents.py")
+
+GOOD = """# A good one
+[itself](good.md#a-good-one)
+
+```c hello.c
+int main(void) { return 3; }
+```
+
+```console
+$ place=$PWD; echo one; echo two >&2
+one
+two
+$ printf 'took %d s' 7
+took [...] s
+$ seq 1 9
+1
+[...]
+9
+$ cat hello.c | \\
+  wc -l
+1
+$ cd / && test "$place" != "$PWD"
+```
+
+```sh
+scripts/demo     # takes its time
+```
+"""
+
+BAD = {
+    "other output": "```console\n$ echo one\ntwo\n```\n",
+    "more output": "```console\n$ seq 1 2\n1\n```\n",
+    "less output": "```console\n$ true\n1\n```\n",
+    "a failing command": "```console\n$ false\n```\n",
+    "no prompt": "```console\necho one\n```\n",
+    "a kind of block that nobody knows": "```python\nprint()\n```\n",
+    "a block without words": "```\necho\n```\n",
+    "an indented block": "Text:\n\n    echo one\n",
+    "a line for a person that is none": "```sh\nmake install\n```\n",
+    "a block without an end": "```console\n$ true\n",
+    "a shell that ends": "```console\n$ exit 0\n```\n",
+    "a link to no file": "[there](nowhere.md)\n",
+    "a link to no heading": "# Here\n[there](#there)\n",
+    "a link out of the repository": "[there](https://example.invalid/)\n",
+}
+
+
+def run(name, text):
+    with tempfile.TemporaryDirectory() as folder:
+        document = pathlib.Path(folder) / name
+        document.write_text(text)
+        return subprocess.run([sys.executable, RUNNER, document], capture_output=True, text=True, check=False)
+
+
+def main():
+    good = run("good.md", GOOD)
+    faults = [] if good.returncode == 0 else [f"the good document: {good.stdout}{good.stderr}"]
+    faults += [f"not seen: {what}" for what, text in BAD.items() if run("bad.md", text).returncode != 1]
+    print("\n".join(faults))
+    return 1 if faults else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
