@@ -194,6 +194,13 @@ bool read_items(const cJSON *list, selector_items &to)
   return true;
 }
 
+/// Whether no handle is there twice; a document may name as many as it likes.
+bool are_distinct(std::vector<std::uint32_t> handles)
+{
+  std::sort(handles.begin(), handles.end());
+  return std::adjacent_find(handles.begin(), handles.end()) == handles.end();
+}
+
 /// Reads who is in which group; members and groups have been read.
 bool read_memberships(const cJSON *groups, selector_device &to)
 {
@@ -201,12 +208,14 @@ bool read_memberships(const cJSON *groups, selector_device &to)
     const std::uint32_t grp_hdl = *read_handle(cJSON_GetObjectItemCaseSensitive(each, "hdl"));
     const cJSON *const list = cJSON_GetObjectItemCaseSensitive(each, "mbrs");
     if (!cJSON_IsArray(list)) return false;
+    std::vector<std::uint32_t> &members = to.groups[grp_hdl].others;
     for (const cJSON *item = list->child; item != nullptr; item = item->next) {
       const auto mbr_hdl = read_handle(item);
-      if (!mbr_hdl || contains(to.members[*mbr_hdl].others, grp_hdl)) return false;
+      if (!mbr_hdl) return false;
+      members.push_back(*mbr_hdl);
       to.members[*mbr_hdl].others.push_back(grp_hdl);
-      to.groups[grp_hdl].others.push_back(*mbr_hdl);
     }
+    if (!are_distinct(members)) return false;
   }
   return true;
 }

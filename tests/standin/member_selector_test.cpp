@@ -1,6 +1,7 @@
 // The member-selector state service and its log document.
 //
 // SPDX-License-Identifier: Apache-2.0
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -135,14 +136,78 @@ TEST_F(MemberSelector, LogRestores)
   ok(p4_pd_ms_restore_state(device, state_, parse(before.c_str()).get()));
   EXPECT_EQ(log(), before);
 
-  for (const char *bad :
-       {"{}", "[]", R"({"members":[]})", R"({"members":[{}],"groups":[]})", R"({"members":[{"hdl":1.5}],"groups":[]})",
-        R"({"members":[{"hdl":-1}],"groups":[]})", R"({"members":[{"hdl":4294967296}],"groups":[]})",
-        R"({"members":[{"hdl":1},{"hdl":1}],"groups":[]})", R"({"members":[{"hdl":1,"act":"x"}],"groups":[]})",
-        R"({"members":[],"groups":[{"hdl":1}]})", R"({"members":[],"groups":[{"hdl":1,"mbrs":[1,1]}]})"})
-    EXPECT_EQ(p4_pd_ms_restore_state(device, state_, parse(bad).get()), STANDIN_BAD_DOCUMENT) << bad;
-  EXPECT_EQ(p4_pd_ms_restore_state(device, state_, nullptr), STANDIN_BAD_DOCUMENT);
+  EXPECT_EQ(groups_of(1), std::vector<std::uint32_t>{3});
+
+  // The order in which handles came is no part of the state.
+  ok(p4_pd_ms_destroy_state_for_dev(state_, device));
+  ok(new_group(3) | new_member(0xfffffffe) | new_member(1) | join(0xfffffffe, 3) | join(1, 3));
+  ok(p4_pd_ms_set_grp_act(state_, device, 3, 0x200001af));
+  for (const pd_mbr_hdl_t each : {0xfffffffeu, 1u}) ok(p4_pd_ms_set_mbr_act(state_, device, each, 0x200001ab));
   EXPECT_EQ(log(), before);
+}
+
+// `count` elements between two texts, each made of its number.
+std::string list(const char *head, std::uint32_t count, const char *tail,
+                 const std::function<std::string(unsigned)> &one)
+{
+  std::string text = head;
+  for (std::uint32_t i = 0; i < count; ++i) text += (i == 0 ? "" : ",") + one(i);
+  return text + tail;
+}
+
+TEST_F(MemberSelector, HostileDocumentsChangeNothing)
+{
+  ok(new_member(1) | new_group(2) | join(1, 2));
+  const std::string before = log();
+  const auto member = [](unsigned i) { return "{\"hdl\":" + std::to_string(i % 99999) + "}"; };
+  const auto number = [](unsigned i) { return std::to_string(i % 99999); };
+  const auto refuse = [&](const std::string &bad) {
+    EXPECT_EQ(p4_pd_ms_restore_state(device, state_, parse(bad.c_str()).get()), STANDIN_BAD_DOCUMENT)
+        << bad.substr(0, 80);
+    EXPECT_EQ(log(), before) << bad.substr(0, 80);
+  };
+  for (std::size_t cut = 0; cut < before.size(); ++cut) refuse(before.substr(0, cut));
+  for (const char *bad : {"{}",
+                          "[]",
+                          "7",
+                          R"("members")",
+                          R"({"members":[]})",
+                          R"({"groups":[]})",
+                          R"({"Members":[],"groups":[]})",
+                          R"({"members":[],"GROUPS":[]})",
+                          R"({"members":{},"groups":[]})",
+                          R"({"members":[],"groups":{"hdl":1}})",
+                          R"({"members":[{}],"groups":[]})",
+                          R"({"members":[1,null,"x",[]],"groups":[]})",
+                          R"({"members":[{"HDL":1}],"groups":[]})",
+                          R"({"members":[{"hdl":"1"}],"groups":[]})",
+                          R"({"members":[{"hdl":1.5}],"groups":[]})",
+                          R"({"members":[{"hdl":-1}],"groups":[]})",
+                          R"({"members":[{"hdl":4294967296}],"groups":[]})",
+                          R"({"members":[{"hdl":1e999}],"groups":[]})",
+                          R"({"members":[{"hdl":1},{"hdl":1}],"groups":[]})",
+                          R"({"members":[{"hdl":1,"act":"x"}],"groups":[]})",
+                          R"({"members":[{"hdl":1,"act":null}],"groups":[]})",
+                          "{\"members\":[{\"hdl\xff\":1}],\"groups\":[]}",
+                          R"({"members":[],"groups":[{"hdl":1}]})",
+                          R"({"members":[],"groups":[{"hdl":1,"Mbrs":[]}]})",
+                          R"({"members":[],"groups":[{"hdl":1,"mbrs":{"0":1}}]})",
+                          R"({"members":[],"groups":[{"hdl":1,"mbrs":[true]}]})",
+                          R"({"members":[],"groups":[{"hdl":1,"mbrs":[]},{"hdl":1,"mbrs":[]}]})",
+                          R"({"members":[],"groups":[{"hdl":1,"mbrs":[1,1]}]})"})
+    refuse(bad);
+  refuse(R"({"members":)" + std::string(990, '[') + std::string(990, ']') + R"(,"groups":[]})");
+  refuse(list(R"({"members":[)", 100000, R"(],"groups":[]})", member));
+  refuse(list(R"({"members":[],"groups":[{"hdl":1,"mbrs":[)", 100000, "]}]}", number));
+}
+
+TEST_F(MemberSelector, LargeDocumentsRestore)
+{
+  const auto group = [](unsigned i) { return "{\"hdl\":" + std::to_string(i) + ",\"mbrs\":[7]}"; };
+  const std::string large = list(R"({"members":[{"hdl":7}],"groups":[)", 100000, "]}", group);
+  ok(p4_pd_ms_restore_state(device, state_, parse(large.c_str()).get()));
+  EXPECT_EQ(log(), large);
+  EXPECT_EQ(groups_of(7).size(), 100000u);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Hash calculations, the parser value set, the learning digest and snapshots.
+// The parser value set, the learning digest and snapshots.
 //
 // SPDX-License-Identifier: Apache-2.0
 #include "switch_fixture.h"
@@ -6,32 +6,6 @@
 namespace {
 
 class Services : public SwitchTest {};
-
-TEST_F(Services, HashCalculations)
-{
-  constexpr std::uint32_t calc = 0x22000007, other = 0x22000008;
-  std::uint32_t handle = 0;
-  ok(pipe_mgr_hash_calc_input_get(session, device, calc, &handle));
-  EXPECT_EQ(handle, 0x2100003cu);
-  for (const std::uint32_t bad : {0u, 0x2100003bu, 0x21000043u})
-    EXPECT_EQ(pipe_mgr_hash_calc_input_set(session, device, calc, bad), STANDIN_BAD_ARGUMENT) << bad;
-  ok(pipe_mgr_hash_calc_input_set(session, device, calc, 0x21000042));
-  ok(pipe_mgr_hash_calc_input_get(session, device, calc, &handle));
-  EXPECT_EQ(handle, 0x21000042u);
-  ok(pipe_mgr_hash_calc_input_get(session, device, other, &handle));
-  EXPECT_EQ(handle, 0x21000044u);
-  EXPECT_EQ(pipe_mgr_hash_calc_algorithm_set(session, device, calc, 0), STANDIN_BAD_ARGUMENT);
-  ok(pipe_mgr_hash_calc_algorithm_set(session, device, calc, 0x23000003));
-  ok(pipe_mgr_hash_calc_algorithm_get(session, device, calc, &handle));
-  EXPECT_EQ(handle, 0x23000003u);
-  std::uint64_t seed = 1;
-  ok(pipe_mgr_hash_calc_seed_set(session, device, calc, 0x123456789abcdef0));
-  ok(pipe_mgr_hash_calc_seed_get(session, device, calc, &seed));
-  EXPECT_EQ(seed, 0x123456789abcdef0u);
-  ok(pipe_mgr_hash_calc_seed_get(session, device, other, &seed));
-  EXPECT_EQ(seed, 0u);
-  EXPECT_EQ(pipe_mgr_hash_calc_seed_get(session, device, 0x22000003, &seed), STANDIN_NO_OBJECT);
-}
 
 TEST_F(Services, ValueSet)
 {
@@ -133,39 +107,6 @@ TEST_F(Services, SnapshotCapturesWhatItsTriggerWants)
   EXPECT_EQ(bf_snapshot_delete(ingress), STANDIN_NO_SNAPSHOT);
   ok(standin_device_remove(device));
   EXPECT_EQ(bf_snapshot_delete(egress), STANDIN_NO_SNAPSHOT);
-}
-
-TEST_F(Services, SnapshotFieldsOfAPacket)
-{
-  bytes packet(STANDIN_SNAPSHOT_FIELD_BYTES, 0xee), wanted = packet;
-  const std::uint32_t word = 0x11223344;
-  std::uint32_t words[16];
-  for (std::uint32_t i = 0; i < 16; ++i) words[i] = 0xffffff00 + i;
-  const auto set = [&](const char *name) {
-    return standin_snapshot_field_set(STANDIN_SNAPSHOT_INGRESS, name, name[0] == 'a' ? words : &word, packet.data());
-  };
-  for (const char *name : {"flags", "port", "station", "label", "address"}) ok(set(name));
-  const bytes laid_out = {0x44, 0x44, 0x33, 0x44, 0x33, 0x22, 0, 0x11, 0x22, 0x33, 0x44, 0,  1, 2,
-                          3,    4,    5,    6,    7,    8,    9, 10,   11,   12,   13,   14, 15};
-  std::copy(laid_out.begin(), laid_out.end(), wanted.begin());
-  EXPECT_EQ(packet, wanted);
-  EXPECT_EQ(set("ports"), STANDIN_NO_OBJECT);
-  EXPECT_EQ(standin_snapshot_field_set(STANDIN_SNAPSHOT_EGRESS, "port", &word, packet.data()), STANDIN_NO_OBJECT);
-  EXPECT_EQ(standin_snapshot_field_set(2, "port", &word, packet.data()), STANDIN_BAD_ARGUMENT);
-  EXPECT_EQ(packet, wanted);
-
-  // A whole mask of 3 bytes, as the driver gets it, takes in all bits of the value and no others.
-  std::uint32_t egress = 0;
-  ok(bf_snapshot_create(device, PD_ALL_PIPES, 0, 11, STANDIN_SNAPSHOT_EGRESS, &egress));
-  bytes value(packet.size()), mask(packet.size());
-  std::copy_n(bytes{0x44, 0x33, 0x22, 0x99}.begin(), 4, value.begin());
-  std::copy_n(bytes{0, 0xff, 0xff, 0xff}.begin(), 4, mask.begin());
-  ok(bf_snapshot_capture_trigger_set(egress, value.data(), mask.data()));
-  for (const std::uint32_t station : {0x223344u, 0x223345u, 0x223244u, 0x233344u}) {
-    ok(standin_snapshot_field_set(STANDIN_SNAPSHOT_EGRESS, "station", &station, packet.data()));
-    const pd_status_t wanted_status = station == 0x223344 ? 0u : pd_status_t{STANDIN_NOT_TRIGGERED};
-    EXPECT_EQ(standin_snapshot_packet(egress, 0, packet.data()), wanted_status) << station;
-  }
 }
 
 }  // namespace

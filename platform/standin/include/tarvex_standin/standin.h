@@ -75,6 +75,7 @@ pd_status_t standin_device_remove(uint32_t dev_id);
 /**
  * Calls dev_log of every client, each with an object of its own that stands in `log` under the client's name.
  *
+ * @param dev_id  the device
  * @param log  a JSON object; it stays the caller's
  * @return the first status of a client that is not 0; the others are called all the same
  */
@@ -93,6 +94,7 @@ void standin_reset(void);
  * Makes something small: a match table (entries), action data table (members), selector table (groups), or an indirect
  * counter, meter, WRED block or register (cells). What is over the limit already stays.
  *
+ * @param dev_id  the device
  * @param hdl    handle of the table or resource
  * @param limit  the count that it takes; at first tables take 16,777,214 and resources any index
  */
@@ -108,7 +110,10 @@ pd_status_t standin_size_limit(uint32_t dev_id, uint32_t hdl, uint32_t limit);
  * An entry is known by these same bits: live value, live mask and live partition, and in a ternary table the priority.
  * Another entry of the same bits is refused with STANDIN_EXISTS.
  *
+ * @param dev_tgt          the device; its pipe is not looked at
+ * @param tbl_hdl          the table
  * @param key              the key bytes, laid out as in an entry's value, as many as the table's key has
+ * @param key_bytes        how many there are
  * @param partition_index  of a partitioned table, else 0
  * @param entry_hdl        the entry; on a miss the default entry, or STANDIN_NO_HANDLE where there is none
  * @return STANDIN_NO_ENTRY on a miss
@@ -126,6 +131,17 @@ pd_status_t standin_count_packets(uint32_t dev_id, uint32_t tbl_hdl, pd_entry_hd
 /** Counts packets in a cell of an indirect counter. A reader sees them after a synchronisation, here and above. */
 pd_status_t standin_count_cell(uint32_t dev_id, uint32_t counter_hdl, uint32_t index, uint64_t packets, uint64_t bytes);
 
+/**
+ * Turns one bit of an entry's action data over, as a fault of the hardware would: nobody is told.
+ *
+ * @param bit  from the lowest bit of the last byte on, 0
+ * @return STANDIN_BAD_ACTION for an entry that refers to a member or group, STANDIN_BAD_INDEX ahead of the first byte
+ */
+pd_status_t standin_corrupt_entry(uint32_t dev_id, uint32_t tbl_hdl, pd_entry_hdl_t entry_hdl, uint32_t bit);
+
+/** Drops an entry, but not a default entry, as a fault of the hardware would: nobody is told. */
+pd_status_t standin_lose_entry(uint32_t dev_id, uint32_t tbl_hdl, pd_entry_hdl_t entry_hdl);
+
 /** What an update callback is told of. */
 enum {
   STANDIN_ADDED = 0,
@@ -141,7 +157,12 @@ enum {
  * Callback of pipe_register_mat_update_cb (`hdl` is an entry) and of pipe_register_adt_update_cb (a member). A null
  * callback takes the earlier one off, here and everywhere.
  *
+ * @param dev_id  the device
+ * @param tbl_hdl  match table or action data table
+ * @param hdl  the entry or member
+ * @param event  STANDIN_ADDED and those below it
  * @param plcmt_data  placement buffer: what the entry or member is now, or was before it was deleted or reset
+ * @param cookie  as it was told with the callback
  */
 typedef void (*standin_update_cb_t)(uint32_t dev_id, uint32_t tbl_hdl, uint32_t hdl, uint32_t event,
                                     const void *plcmt_data, void *cookie);
@@ -214,11 +235,11 @@ pd_status_t standin_register_value(uint32_t dev_id, uint32_t reg_hdl, uint32_t i
 
 /** Message that a digest callback gets: entries back to back. It lives until pipe_mgr_flow_lrn_notify_ack. */
 typedef struct standin_digest_msg {
-  uint32_t dev_id;
-  uint32_t digest_hdl;
-  uint32_t entry_bytes;
-  uint32_t entry_count;
-  const uint8_t *entries;
+  uint32_t dev_id;        /**< the device */
+  uint32_t digest_hdl;    /**< the digest */
+  uint32_t entry_bytes;   /**< bytes of one entry */
+  uint32_t entry_count;   /**< entries that there are */
+  const uint8_t *entries; /**< the first entry */
 } standin_digest_msg_t;
 
 /** Callback of pipe_mgr_lrn_digest_notification_register. */
@@ -227,7 +248,10 @@ typedef void (*standin_digest_cb_t)(pd_sess_hdl_t sess_hdl, standin_digest_msg_t
 /**
  * Reports addresses to the registered callback.
  *
+ * @param dev_id  the device
+ * @param digest_hdl  the digest
  * @param entries  entry_count entries of 14 bytes, copied
+ * @param entry_count  entries that there are
  * @return STANDIN_NOT_ENABLED where no callback is registered
  */
 pd_status_t standin_digest_deliver(uint32_t dev_id, uint32_t digest_hdl, const uint8_t *entries, uint32_t entry_count);
@@ -266,6 +290,8 @@ enum { STANDIN_SNAPSHOT_INGRESS = 0, STANDIN_SNAPSHOT_EGRESS = 1 };
  * A packet passes the pipe of a snapshot: its fields are captured where they agree with the trigger in all bits of the
  * trigger's mask.
  *
+ * @param hdl  the snapshot
+ * @param pipe_id  the pipe
  * @param fields  STANDIN_SNAPSHOT_FIELD_BYTES bytes of field data
  */
 pd_status_t standin_snapshot_packet(uint32_t hdl, uint32_t pipe_id, const uint8_t *fields);
@@ -304,6 +330,7 @@ size_t standin_live_blocks(void);
  * @param function  name of the function, a constant string
  * @param hdl       handle of the table, profile, resource, calculation, digest or value set, the snapshot's or the
  *                  client's, else 0
+ * @param cookie  as it was told to standin_set_listener
  */
 typedef void (*standin_listener_t)(const char *function, uint32_t hdl, void *cookie);
 
