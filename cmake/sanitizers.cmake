@@ -4,7 +4,10 @@
 set(TARVEX_SANITIZE "" CACHE STRING "sanitizers to build with, e.g. 'address,undefined' or 'thread'")
 
 foreach(language IN ITEMS C CXX)
-  set(CMAKE_${language}_FLAGS_SANITIZED "-O1 -g" CACHE STRING "flags of the build type Sanitized")
+  # By now CMake itself has put an empty entry there.
+  if(NOT CMAKE_${language}_FLAGS_SANITIZED)
+    set(CMAKE_${language}_FLAGS_SANITIZED "-O1 -g" CACHE STRING "flags of the build type Sanitized" FORCE)
+  endif()
   mark_as_advanced(CMAKE_${language}_FLAGS_SANITIZED)
 endforeach()
 

@@ -1,7 +1,10 @@
 // What the commands show and write, line by line.
 //
 // SPDX-License-Identifier: Apache-2.0
+#include <unistd.h>
+
 #include <algorithm>
+#include <filesystem>
 #include <nlohmann/json.hpp>
 
 #include "command.h"
@@ -229,20 +232,29 @@ TEST_F(commands_test, every_reading_command_writes_json)
 TEST_F(commands_test, every_example_of_the_help_works)
 {
   const std::string folder = TARVEX_SOURCE_DIR "/data/";
+  const std::string saved = ::testing::TempDir() + "tvsh-state." + std::to_string(getpid());
   for (const command &each : commands()) {
     for (const std::string_view example : each.examples) {
       std::string line(example);
-      standin_reset();
-      standin_device_add(0);
-      for (const std::string_view prepare :
-           {"add ipv4Host vrfId=1 dip=10.0.0.1 setNextHop nextHop=5", "set-default ipv4Host onMiss",
-            "idle ipv4Host enable", "member ecmpMemberActionProfile add setEcmpNextHop nextHop=1"}) {
+      run("sim device remove 0");
+      run("sim device add 0");
+      for (const std::string &prepare :
+           {std::string("add ipv4Host vrfId=1 dip=10.0.0.1 setNextHop nextHop=5"),
+            std::string("set-default ipv4Host onMiss"), std::string("idle ipv4Host enable"),
+            std::string("member ecmpMemberActionProfile add setEcmpNextHop nextHop=1"), std::string("audit on"),
+            "save " + saved}) {
         if (run(prepare).code != exit_code::ok) ADD_FAILURE() << prepare << run(prepare).errors;
       }
+      constexpr std::string_view file = "/tmp/tvsh-state.json";
+      for (auto at = line.find(file); at != std::string::npos; at = line.find(file)) {
+        line.replace(at, file.size(), saved);
+      }
       if (const auto data = line.find("data/"); data != std::string::npos) line.replace(data, 5, folder);
+      if (line == "monitor") continue;  // until Ctrl-C
       lines_of(line);
     }
   }
+  std::filesystem::remove(saved);
 }
 
 TEST_F(commands_test, a_script_stops_at_the_first_error_and_names_its_line)
@@ -271,6 +283,30 @@ TEST_F(commands_test, an_interrupt_ends_the_command_alone)
   EXPECT_EQ(shell.run("dump ipv4Host", out), exit_code::interrupted);
   EXPECT_EQ(std::ranges::count(out.lines, '\n'), 1);
   EXPECT_EQ(lines_of("dump ipv4Host | count"), "3\n");
+}
+
+// As a program does to a switch that a shell is attached to: the place where the walk stands goes away.
+TEST_F(commands_test, a_dump_goes_on_while_others_delete)
+{
+  struct deleter : caught_output {
+    void line(std::string_view text) override
+    {
+      caught_output::line(text);
+      ++rows;
+      if (rows == 1) other.run("delete ipv4Host handle=1", rest);
+      if (rows != 3) return;
+      for (int handle = 1020; handle < 1030; ++handle) {
+        other.run("delete ipv4Host handle=" + std::to_string(handle), rest);
+      }
+    }
+    int rows = 0;
+    session other;
+    caught_output rest;
+  } out;
+  for (int i = 0; i < 1500; ++i) lines_of("add ipv4Host vrfId=1 dip=" + std::to_string(i) + " onMiss");
+  EXPECT_EQ(shell.run("dump ipv4Host", out), exit_code::ok) << out.errors;
+  EXPECT_EQ(out.rows, 1490) << "ten were deleted ahead of the walk, one behind it";
+  EXPECT_EQ(out.rest.errors, "");
 }
 
 }  // namespace

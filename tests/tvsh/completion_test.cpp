@@ -28,7 +28,7 @@ TEST(completion, knows_commands_tables_actions_and_fields)
       {"member ecmpMemberActionProfile add setEcmpNextHop ", {"nextHop="}},
       {"wred ", {"wredBlock"}},
       {"hash hashOuterIpv4", {"hashOuterIpv4Hdr"}},
-      {"sim l", {"learn", "lookup"}},
+      {"sim lo", {"lookup", "lose"}},
       {"tables | ", {"count", "exclude", "include"}},
       {"help sn", {"snapshot"}},
       {"nothing ", {}},

@@ -6,31 +6,19 @@ SPDX-License-Identifier: Apache-2.0
 import json
 import os
 import stat
-import subprocess
 import sys
 import tempfile
 
 import pexpect
 
+import shell_program
+from shell_program import FOLDER, expect, spawn
+
 TVSH = sys.argv[1]
-STATE = tempfile.mkdtemp()
-ENVIRONMENT = {**os.environ, "XDG_STATE_HOME": STATE, "TERM": "xterm"}
-ENVIRONMENT.pop("NO_COLOR", None)
-# The line editor never gives the names of added functions back; nothing of ours copies wide text.
-with open(os.path.join(STATE, "leaks"), "w", encoding="utf-8") as known:
-    known.write("leak:wcsdup\n")
-ENVIRONMENT["LSAN_OPTIONS"] = f"suppressions={known.name}:print_suppressions=0"
 
 
-def run(*arguments, text="", **extra):
-    done = subprocess.run([TVSH, *arguments], input=text, capture_output=True, text=True, timeout=60,
-                          env={**ENVIRONMENT, **extra}, check=False)
-    return done.returncode, done.stdout, done.stderr
-
-
-def expect(what, condition):
-    if not condition:
-        sys.exit(f"FAILED: {what}")
+def run(*arguments, **extra):
+    return shell_program.run(TVSH, *arguments, **extra)
 
 
 def pipes():
@@ -53,9 +41,7 @@ def pipes():
 
 
 def start(term="xterm", **extra):
-    # Wide, so that no line is broken by the terminal.
-    shell = pexpect.spawn(TVSH, env={**ENVIRONMENT, "TERM": term, **extra}, encoding="utf-8", timeout=20,
-                          dimensions=(50, 200))
+    shell = spawn(TVSH, term=term, **extra)
     shell.expect("tvsh> ")
     return shell
 
@@ -81,7 +67,7 @@ def terminal():
     shell.expect(pexpect.EOF)
     shell.close()
     expect("the prompt ends well", shell.exitstatus == 0)
-    history = os.path.join(STATE, "tvsh", "history")
+    history = os.path.join(FOLDER, "tvsh", "history")
     expect("the history is the user's alone", stat.S_IMODE(os.stat(history).st_mode) == 0o600)
     again = start()
     again.send("\033[A")  # up: the latest of the earlier session

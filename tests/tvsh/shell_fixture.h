@@ -48,6 +48,7 @@ class shell_test : public ::testing::Test {
   answer run(std::string_view line)
   {
     caught_output out;
+    shell.clear_interrupt();
     const exit_code code = shell.run(line, out);
     return {code, out.lines, out.headings, out.notes, out.errors};
   }

@@ -5,7 +5,8 @@
 
 #include <algorithm>
 
-#include "entry_words.h"
+#include "entry_reader.h"
+#include "entry_search.h"
 #include "handle_walk.h"
 #include "session.h"
 #include "value_text.h"
@@ -63,20 +64,32 @@ void for_each_cell(const invocation &command, const resource_info &resource, fun
   }
 }
 
-std::string give_cell(function_call &call, const resource_info &resource, std::string_view word)
+std::uint32_t parse_index(const resource_info &resource, std::string_view word)
 {
-  const auto assignment = assignment_of(word);
-  const bool by_entry = takes(call.function(), argument_kind::entry_hdl);
-  if (by_entry != (assignment && assignment->first == "handle")) {
-    throw usage_error(
-        std::string(resource.name) +
-        (by_entry ? std::string(" hangs on the entries of ") + table_of(resource.table).name + ": name one by handle=N"
-                  : std::string(" is addressed by an index, not by '") + std::string(word) + '\''));
+  if (word.find('=') != std::string_view::npos) {
+    throw usage_error(std::string(resource.name) + " is addressed by an index, not by '" + std::string(word) + '\'');
   }
-  const std::string_view number = by_entry ? assignment->second : word;
-  const std::uint64_t value = parse_number(number, by_entry ? "handle" : "index", 32);
-  call.give(by_entry ? argument_kind::entry_hdl : argument_kind::cell_index, value);
-  return std::string(resource.name) + (by_entry ? ", entry " : ", cell ") + std::to_string(value);
+  return static_cast<std::uint32_t>(parse_number(word, "index", 32));
+}
+
+carrying_entry carrying_entry_of(const invocation &call, const resource_info &resource,
+                                 std::span<const std::string_view> allowed)
+{
+  const table_info &table = table_of(resource.table);
+  if (call.word(1, "ENTRY") == "default") {
+    const auto handle = default_entry(table, call.where());
+    if (!handle) throw usage_error(std::string(table.name) + " has no default entry; set-default gives it one");
+    return {*handle, parse_own_words(call.words.subspan(2), allowed)};
+  }
+  if (!assignment_of(call.words[1])) {
+    throw usage_error(std::string(resource.name) + " hangs on the entries of " + table.name +
+                      ": name one by handle=N or by its key, or 'default'");
+  }
+  const auto naming = entry_name_words(table);
+  std::vector<std::string_view> all(naming.begin(), naming.end());
+  all.insert(all.end(), allowed.begin(), allowed.end());
+  entry_words words = parse_entry_words(table, call.words.subspan(1), {}, all);
+  return {handle_of(table, words, call.where()), std::move(words.own)};
 }
 
 }  // namespace tarvex::shell

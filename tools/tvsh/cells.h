@@ -7,17 +7,13 @@
 #include <string_view>
 
 #include "catalogue.h"
+#include "cell_set.h"
+#include "entry_words.h"
 #include "function_call.h"
 #include "invocation.h"
 #include "report.h"
 
 namespace tarvex::shell {
-
-/// Cells from `first` to `last`, both included.
-struct cell_range {
-  std::uint32_t first = 0;
-  std::uint32_t last = 0;
-};
 
 /// "5" or "0-15". Throws usage_error.
 cell_range parse_cells(std::string_view text);
@@ -30,7 +26,17 @@ void list_resources(const invocation &call, std::string_view list, std::span<con
 void for_each_cell(const invocation &command, const resource_info &resource, function_call &call,
                    const std::function<void(std::uint32_t)> &visit);
 
-/// Gives `call` the cell that a word names: an index, or handle=N for an entry of a direct resource.
-std::string give_cell(function_call &call, const resource_info &resource, std::string_view word);
+/// The index that a word names, of what no entry carries. Throws usage_error.
+std::uint32_t parse_index(const resource_info &resource, std::string_view word);
+
+/// An entry that carries a counter or meter, and the words of the command beside it.
+struct carrying_entry {
+  std::uint32_t handle = 0;
+  own_words own;
+};
+
+/// The entry that the words behind the first name: by handle=N, by 'default', or by its key. `allowed`: the others.
+carrying_entry carrying_entry_of(const invocation &call, const resource_info &resource,
+                                 std::span<const std::string_view> allowed);
 
 }  // namespace tarvex::shell

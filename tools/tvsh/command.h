@@ -36,7 +36,7 @@ enum class word_kind : std::uint8_t {
   file
 };
 
-enum class command_group : std::uint8_t { reading, writing, simulating, shell };
+enum class command_group : std::uint8_t { reading, writing, operating, simulating, shell };
 
 struct command {
   std::string_view name;

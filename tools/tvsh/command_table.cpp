@@ -24,7 +24,16 @@ constexpr std::string_view value_set_choices[] = {"show", "add", "modify", "dele
 constexpr std::string_view digest_choices[] = {"show", "on", "off", "timeout"};
 constexpr std::string_view idle_choices[] = {"show", "enable", "disable", "update", "ttl"};
 constexpr std::string_view snapshot_choices[] = {"fields", "arm", "show", "delete"};
-constexpr std::string_view sim_choices[] = {"device", "count", "age", "learn", "capture", "refuse", "lookup"};
+constexpr std::string_view trace_choices[] = {"on", "off", "follow", "replay"};
+constexpr std::string_view sim_choices[] = {"device", "count",  "age",     "learn", "capture",
+                                            "refuse", "lookup", "corrupt", "lose"};
+
+constexpr std::string_view load_choices[] = {"replace"};
+constexpr std::string_view diff_choices[] = {"counts"};
+constexpr std::string_view let_choices[] = {"member", "group"};
+
+constexpr std::string_view audit_choices[] = {"on", "off"};
+constexpr std::string_view restart_choices[] = {"log", "replay"};
 
 constexpr command all_commands[] = {
     {"tables",
@@ -208,7 +217,7 @@ constexpr command all_commands[] = {
      reset_default},
     {"member",
      writing,
-     "PROFILE add ACTION [PARAMETER=VALUE...] | modify MEMBER ACTION ... | delete MEMBER",
+     "PROFILE add ACTION [PARAMETER=VALUE...] [as=NAME] | modify MEMBER ACTION ... | delete MEMBER",
      "writes members of an action profile",
      "",
      {"member ecmpMemberActionProfile add setEcmpNextHop nextHop=7", "member lagPortActionProfile add setPhysicalPort"},
@@ -217,7 +226,7 @@ constexpr command all_commands[] = {
      write_member},
     {"group",
      writing,
-     "PROFILE create SIZE | delete GROUP | add|remove|enable|disable GROUP MEMBER | fallback MEMBER|none",
+     "PROFILE create SIZE [as=NAME] | delete GROUP | add|remove|enable|disable GROUP MEMBER | fallback MEMBER|none",
      "writes groups of an action profile",
      "",
      {"group ecmpMemberActionProfile create 16", "group ecmpMemberActionProfile fallback none"},
@@ -236,7 +245,7 @@ constexpr command all_commands[] = {
      write_indirect_entry},
     {"counter",
      writing,
-     "COUNTER INDEX|handle=N packets=N bytes=N",
+     "COUNTER INDEX|FIELD=VALUE...|handle=N|default packets=N bytes=N",
      "writes a counter",
      "",
      {"counter pdpClassCount 3 packets=0 bytes=0", "counter egressPortQueueCount 1 packets=10 bytes=640"},
@@ -245,7 +254,7 @@ constexpr command all_commands[] = {
      write_counter},
     {"meter",
      writing,
-     "METER INDEX|handle=N cir=N cburst=N pir=N pburst=N [type=unaware|aware]",
+     "METER INDEX|FIELD=VALUE...|handle=N|default cir=N cburst=N pir=N pburst=N [type=unaware|aware]",
      "sets a meter",
      "",
      {"meter pdpMeter 3 cir=1000 cburst=100 pir=2000 pburst=200",
@@ -275,9 +284,9 @@ constexpr command all_commands[] = {
     {"value-set",
      writing,
      "[show | add value=N [mask=N] [scope=N] [index=N] [sub=N] | modify HANDLE value=N [mask=N] |\n"
-     "                 delete HANDLE]",
+     "                 delete HANDLE|value=N [mask=N] [scope=N] [index=N] [sub=N]]",
      "shows and writes the parser value set",
-     "The switch does not tell what is in it: shown is what this session wrote.",
+     "The switch does not tell what is in it: shown is what this shell wrote.",
      {"value-set add value=0x8100 mask=0xffff", "value-set show"},
      {w::choice, w::nothing, w::nothing},
      value_set_choices,
@@ -301,13 +310,113 @@ constexpr command all_commands[] = {
      {},
      load_routes},
 
+    {"save",
+     operating,
+     "FILE [cells=N]",
+     "saves the state of the switch to a file",
+     "Entries, defaults, members, groups, counters, meters, registers and settings, as JSON. What the switch does not\n"
+     "tell (value-set entries, fallback members, sizes of groups, idle-time settings, the learning timeout) is what\n"
+     "this shell wrote. Of counters, meters and registers by index the first N cells are looked at (4096), and\n"
+     "beyond them those that this shell wrote. The file is there whole or not at all.",
+     {"save /tmp/tvsh-state.json", "save /tmp/tvsh-state.json cells=16"},
+     {w::file, w::nothing, w::nothing},
+     {},
+     save_state},
+    {"load",
+     operating,
+     "FILE [replace] [cells=N]",
+     "writes a saved state to the switch",
+     "The whole file is checked first. A switch that holds entries, members or groups is refused, but with 'replace'\n"
+     "all of it is taken off ahead. Members and groups get new handles, and entries follow them.",
+     {"load /tmp/tvsh-state.json replace", "load /tmp/tvsh-state.json replace --dry-run"},
+     {w::file, w::choice, w::nothing},
+     load_choices,
+     load_state},
+    {"diff",
+     operating,
+     "A B [counts] [cells=N]",
+     "shows what turns one state into another: each a saved file, or 'live'",
+     "The fewest commands, as a script that -f runs on a switch that holds A. Without 'counts' counters and what is\n"
+     "left of times to live are not compared, as traffic and time change them. Exit code 3 where there is any.",
+     {"diff live live", "diff /tmp/tvsh-state.json /tmp/tvsh-state.json"},
+     {w::file, w::file, w::choice},
+     diff_choices,
+     compare_states},
+    {"apply",
+     operating,
+     "FILE [counts] [cells=N]",
+     "makes the switch equal to a saved state, by the fewest changes",
+     "What changes is modified in place. --dry-run shows the commands.",
+     {"apply /tmp/tvsh-state.json --dry-run", "apply /tmp/tvsh-state.json"},
+     {w::file, w::choice, w::nothing},
+     diff_choices,
+     apply_state},
+    {"monitor",
+     operating,
+     "[TABLE|PROFILE...] [count=N] [seconds=N]",
+     "shows updates of the switch as they come",
+     "Of all tables and profiles where none is named, until N were shown, N seconds have passed or Ctrl-C. With -j "
+     "each\n"
+     "line is a JSON object. It takes the place of update callbacks that the process itself has left.",
+     {"monitor ipv4Host seconds=0", "monitor seconds=0 -j"},
+     {w::table, w::table, w::table},
+     {},
+     monitor_updates},
+    {"audit",
+     operating,
+     "[on | off]",
+     "holds what updates said was meant against what the hardware holds",
+     "'on' begins to record updates; without a word what was recorded since is compared. Exit code 3 where the\n"
+     "hardware holds something else, has lost something, or has something that nobody told of.",
+     {"audit on", "audit"},
+     {w::choice, w::nothing, w::nothing},
+     audit_choices,
+     audit_hardware},
+    {"restart",
+     operating,
+     "log | replay",
+     "has the library forget members and groups and restore them, while the switch goes on",
+     "By the document that the library logs, or by the replay of the driver. Nobody else should work on members and\n"
+     "groups meanwhile. Exit code 3 where the library does not know afterwards what it knew before.",
+     {"restart log", "restart replay"},
+     {w::choice, w::nothing, w::nothing},
+     restart_choices,
+     restart_library},
+    {"let",
+     operating,
+     "NAME member|group PROFILE POSITION",
+     "names a member or group, so that $NAME stands for its handle",
+     "The first one has position 1. 'member add' and 'group create' name what they make by as=NAME.",
+     {"let first member ecmpMemberActionProfile 1", "let last member ecmpMemberActionProfile 1"},
+     {w::nothing, w::choice, w::profile},
+     let_choices,
+     name_handle},
+
+    {"trace",
+     operating,
+     "[on | off | follow | FILE [-j] | replay FILE]",
+     "shows or writes down each driver call: what went in, what came out, the status and the time",
+     "on shows the calls behind each command of this session, follow shows those of the whole program until Ctrl-C, "
+     "and\n"
+     "FILE gets all of them, as JSON lines with -j. replay makes the writes of such a file again; handles may differ\n"
+     "from those of then. Any program that uses the library is traced without a shell by\n"
+     "LD_PRELOAD=libtarvex_trace.so.0 TARVEX_TRACE=FILE PROGRAM, as JSON lines with TARVEX_TRACE_JSON=1, and with\n"
+     "TARVEX_TRACE_SYNC=1 each line is written at once, for a program that dies in the driver.",
+     {"trace on", "trace off"},
+     {w::choice, w::file, w::nothing},
+     trace_choices,
+     trace_calls},
+
     {"sim",
      simulating,
      "device add|remove DEVICE | count TABLE FIELD=VALUE...|handle=N [packets=N] [bytes=N] |\n"
      "           count COUNTER INDEX [packets=N] [bytes=N] | age MILLISECONDS | learn MAC [domain=N] [interface=N] |\n"
-     "           capture SNAPSHOT FIELD=VALUE... | refuse N STATUS | lookup TABLE FIELD=VALUE...",
+     "           capture SNAPSHOT FIELD=VALUE... | refuse N STATUS | lookup TABLE FIELD=VALUE... |\n"
+     "           corrupt TABLE FIELD=VALUE...|handle=N [bit=N] | lose TABLE FIELD=VALUE...|handle=N",
      "does to the stand-in switch what packets, time and faults do",
-     "refuse 0 0 takes a refusal back.",
+     "refuse 0 0 takes a refusal back. corrupt turns a bit of an entry's action data over and lose drops an entry, "
+     "and\n"
+     "nobody is told; see audit.",
      {"sim lookup ipv4Host vrfId=1 dip=10.0.0.1", "sim age 1000"},
      {w::choice, w::table, w::field},
      sim_choices,

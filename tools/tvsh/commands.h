@@ -43,6 +43,16 @@ exit_code idle_time(const invocation &call);
 exit_code snapshot(const invocation &call);
 exit_code load_routes(const invocation &call);
 exit_code simulate(const invocation &call);
+exit_code trace_calls(const invocation &call);
+// the whole state
+exit_code save_state(const invocation &call);
+exit_code load_state(const invocation &call);
+exit_code compare_states(const invocation &call);
+exit_code apply_state(const invocation &call);
+exit_code name_handle(const invocation &call);
+exit_code monitor_updates(const invocation &call);
+exit_code audit_hardware(const invocation &call);
+exit_code restart_library(const invocation &call);
 // the shell itself
 exit_code help(const invocation &call);
 exit_code leave(const invocation &call);

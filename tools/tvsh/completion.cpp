@@ -12,12 +12,12 @@ namespace tarvex::shell {
 
 namespace {
 
-using names = std::vector<std::string>;
+using word_list = std::vector<std::string>;
 
 template <typename Rows, typename Wanted>
-names named(const Rows &rows, Wanted wanted)
+word_list named(const Rows &rows, Wanted wanted)
 {
-  names result;
+  word_list result;
   for (const auto &row : rows) {
     if (wanted(row)) result.emplace_back(row.name);
   }
@@ -25,12 +25,12 @@ names named(const Rows &rows, Wanted wanted)
 }
 
 template <typename Wanted>
-names tables_that(Wanted wanted)
+word_list tables_that(Wanted wanted)
 {
   return named(calls::tables, wanted);
 }
 
-names resources_of(resource_kind kind)
+word_list resources_of(resource_kind kind)
 {
   return named(calls::resources, [&](const resource_info &resource) { return resource.kind == kind; });
 }
@@ -42,16 +42,16 @@ const auto *row_of(const Rows &rows, std::string_view name)
   return found == rows.end() ? nullptr : &*found;
 }
 
-void add_assignments(names &result, std::span<const shown_field> fields)
+void add_assignments(word_list &result, std::span<const shown_field> fields)
 {
   for (const shown_field &field : fields) result.push_back(field.name + '=');
 }
 
 /// Fields until an action is named, then its parameters.
-names entry_names(std::span<const shown_field> fields, std::span<const use_info> uses,
-                  std::span<const std::string> words)
+word_list entry_names(std::span<const shown_field> fields, std::span<const use_info> uses,
+                      std::span<const std::string> words)
 {
-  names result;
+  word_list result;
   for (const std::string &word : words) {
     for (const use_info &use : uses) {
       if (use.action->name != word) continue;
@@ -64,7 +64,7 @@ names entry_names(std::span<const shown_field> fields, std::span<const use_info>
   return result;
 }
 
-names table_words(word_kind kind, std::span<const std::string> words)
+word_list table_words(word_kind kind, std::span<const std::string> words)
 {
   const table_info *const table = words.empty() ? nullptr : row_of(calls::tables, words[0]);
   if (table == nullptr) return {};
@@ -76,7 +76,7 @@ names table_words(word_kind kind, std::span<const std::string> words)
 }
 
 /// `words`: behind the command's name and ahead of the word that is looked for.
-names candidates(const command &what, std::span<const std::string> words)
+word_list candidates(const command &what, std::span<const std::string> words)
 {
   using enum word_kind;
   const word_kind kind = what.words[std::min(words.size(), what.words.size() - 1)];
@@ -100,7 +100,7 @@ names candidates(const command &what, std::span<const std::string> words)
     case default_entry: return table_words(kind, words);
     case member: {
       const profile_info *const row = words.empty() ? nullptr : row_of(calls::profiles, words[0]);
-      return row == nullptr ? names{} : entry_names({}, row->actions, words.subspan(1));
+      return row == nullptr ? word_list{} : entry_names({}, row->actions, words.subspan(1));
     }
     case file: return {};
   }
@@ -111,7 +111,7 @@ names candidates(const command &what, std::span<const std::string> words)
 
 std::vector<std::string> session::complete(std::string_view line)
 {
-  names words;
+  word_list words;
   std::string begun;
   try {
     for (typed_word &word : split_words(line)) words.push_back(word.bar ? "|" : std::move(word.text));
@@ -122,7 +122,7 @@ std::vector<std::string> session::complete(std::string_view line)
     begun = words.back();
     words.pop_back();
   }
-  names all;
+  word_list all;
   if (words.empty()) {
     all = named(commands(), [](const auto &) { return true; });
   } else if (words.back() == "|") {

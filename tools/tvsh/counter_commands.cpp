@@ -5,7 +5,7 @@
 
 #include "cells.h"
 #include "commands.h"
-#include "entry_words.h"
+#include "remembered_writes.h"
 #include "tarvex_pd/dispatch.h"
 #include "tarvex_pd/resource_values.h"
 
@@ -64,11 +64,20 @@ exit_code write_counter(const invocation &call)
 {
   static constexpr std::array<std::string_view, 2> allowed = {"packets", "bytes"};
   const resource_info &counter = resource_named(call.word(0, "COUNTER"), counters_only);
+  const auto value_of = [](const own_words &own) {
+    return pd_counter_value_t{own.required_number("packets", 64), own.required_number("bytes", 64)};
+  };
+  const std::string what = std::string("writing ") + counter.name;
+  if (!counter.direct) {
+    const std::uint32_t index = parse_index(counter, call.word(1, "INDEX"));
+    const pd_counter_value_t value = value_of(parse_own_words(call.words.subspan(2), allowed));
+    if (!call.only_checked(what)) write_cell(call, counter, {index, value});
+    return exit_code::ok;
+  }
+  const carrying_entry entry = carrying_entry_of(call, counter, allowed);
+  const pd_counter_value_t value = value_of(entry.own);
   function_call write(function_for(family_id::counter_write, counter), call.where());
-  const std::string what = "writing " + give_cell(write, counter, call.word(1, "CELL"));
-  const own_words own = parse_own_words(call.words.subspan(2), allowed);
-  const pd_counter_value_t value{own.required_number("packets", 64), own.required_number("bytes", 64)};
-  call.carry_out(write.give(counter_value, &value), what);
+  call.carry_out(write.give(entry_hdl, entry.handle).give(counter_value, &value), what);
   return exit_code::ok;
 }
 

@@ -33,6 +33,7 @@ digest_log::~digest_log()
 void digest_log::listen(const target &where)
 {
   require_stand_in();  // another driver's messages have a form of their own
+  const std::lock_guard lock(switching_);
   require_success(p4_pd_tarvex_switch_macLearningDigest_register(where.session, where.device,
                                                                  reinterpret_cast<pd_callback_t>(&receive), this),
                   "asking for learning reports");
@@ -42,8 +43,8 @@ void digest_log::listen(const target &where)
 
 void digest_log::stop()
 {
-  if (!listening_) return;
-  listening_ = false;
+  const std::lock_guard lock(switching_);
+  if (!listening_.exchange(false)) return;
   require_success(p4_pd_tarvex_switch_macLearningDigest_deregister(where_.session, where_.device),
                   "ending the learning reports");
 }

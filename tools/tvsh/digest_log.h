@@ -3,6 +3,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <deque>
 #include <mutex>
@@ -19,7 +20,7 @@ struct learned_address {
   std::uint32_t l2_interface = 0;
 };
 
-/// Keeps the latest reports. They come in a thread of the driver's.
+/// Keeps the latest reports. They come in a thread of the driver's; sessions of several threads read and switch it.
 class digest_log {
  public:
   digest_log() = default;
@@ -40,10 +41,11 @@ class digest_log {
   static void receive(std::uint32_t session, void *message, void *self);
   void keep(std::uint32_t session, void *message);
 
-  mutable std::mutex mutex_;
+  std::mutex switching_;      // held while the driver is told; its callback does without
+  mutable std::mutex mutex_;  // of what is kept
   std::deque<learned_address> kept_;
   target where_;
-  bool listening_ = false;
+  std::atomic<bool> listening_ = false;
 };
 
 }  // namespace tarvex::shell

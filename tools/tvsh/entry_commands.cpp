@@ -20,7 +20,8 @@ exit_code dump_entries(const invocation &call)
   entry_rows rows(call.out, call.chosen, table);
   for (; handle; handle = walk.next()) {
     call.shell.check_interrupt();
-    rows.show(reader.read(*handle));
+    const table_entry *const entry = reader.read_if_there(*handle);  // others write to a living switch
+    if (entry != nullptr) rows.show(*entry);
   }
   rows.finish();
   return exit_code::ok;

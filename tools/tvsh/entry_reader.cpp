@@ -3,6 +3,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "entry_reader.h"
 
+#include "driver_statuses.h"
 #include "status_text.h"
 #include "tarvex_standin/standin.h"
 
@@ -37,15 +38,26 @@ entry_reader::entry_reader(const table_info &table, const target &where, bool fr
 
 const table_entry &entry_reader::read(std::uint32_t handle)
 {
-  const auto status = static_cast<pd_status_t>(call_.give(entry_hdl, handle).make());
-  if (status != BF_SUCCESS) {
-    throw refused_error(status, "reading entry " + std::to_string(handle) + " of " + table_.name);
-  }
+  const table_entry *const entry = read_if_there(handle);
+  if (entry == nullptr) refuse(handle);
+  return *entry;
+}
+
+void entry_reader::refuse(std::uint32_t handle) const
+{
+  throw refused_error(status_, "reading entry " + std::to_string(handle) + " of " + table_.name);
+}
+
+const table_entry *entry_reader::read_if_there(std::uint32_t handle)
+{
+  status_ = static_cast<pd_status_t>(call_.give(entry_hdl, handle).make());
+  if (says_gone(status_)) return nullptr;
+  if (status_ != BF_SUCCESS) refuse(handle);
   entry_.handle = handle;
   entry_.has_key = no_key_ == 0 && !table_.fields.empty();
   entry_.action = table_.profile != nullptr ? nullptr : &calls::actions[action_];
   entry_.is_group = is_group_ != 0;
-  return entry_;
+  return &entry_;
 }
 
 std::optional<std::uint32_t> default_entry(const table_info &table, const target &where)
@@ -53,7 +65,7 @@ std::optional<std::uint32_t> default_entry(const table_info &table, const target
   std::uint32_t handle = STANDIN_NO_HANDLE;
   function_call call(function_for(family_id::get_default_entry_handle, table), where);
   const auto status = static_cast<pd_status_t>(call.give(entry_hdl_out, &handle).make());
-  if (status == STANDIN_NO_ENTRY || (status == BF_SUCCESS && handle == STANDIN_NO_HANDLE)) return std::nullopt;
+  if (handle == STANDIN_NO_HANDLE && says_no_entry(status)) return std::nullopt;
   require_success(status, std::string("asking ") + table.name + " for its default entry");
   return handle;
 }

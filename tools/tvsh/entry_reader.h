@@ -8,6 +8,7 @@
 #include "catalogue.h"
 #include "function_call.h"
 #include "records.h"
+#include "tarvex_pd/types.h"
 
 namespace tarvex::shell {
 
@@ -29,11 +30,16 @@ class entry_reader {
 
   /// Valid until the next one is read. Throws refused_error.
   const table_entry &read(std::uint32_t handle);
+  /// Null where it is gone.
+  const table_entry *read_if_there(std::uint32_t handle);
 
  private:
+  [[noreturn]] void refuse(std::uint32_t handle) const;
+
   function_call call_;
   const table_info &table_;
   table_entry entry_;
+  pd_status_t status_ = 0;
   std::uint32_t action_ = 0;
   std::uint8_t no_key_ = 0;
   std::uint8_t is_member_ = 0;

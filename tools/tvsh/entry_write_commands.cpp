@@ -7,6 +7,7 @@
 #include "entry_search.h"
 #include "nearest.h"
 #include "session.h"
+#include "switch_state.h"
 
 namespace tarvex::shell {
 
@@ -15,11 +16,6 @@ using enum argument_kind;
 namespace {
 
 using word_list = std::vector<std::string_view>;
-
-bool has_meter(const use_info &use)
-{
-  return std::ranges::count(use.resources, calls::resource_form::direct_meter, &calls::resource_use_info::form) != 0;
-}
 
 /// The words of the shell's own for entries with an action: those that name an entry, and those that the table's
 /// functions take beside key and action.

@@ -23,12 +23,7 @@ filter make_filter(const std::vector<std::string> &words)
   if (words.size() != 2) {
     throw usage_error("the filter " + name + " takes one regular expression; put quotes around one with blanks");
   }
-  try {
-    return {name == "include" ? filter_kind::include : filter_kind::exclude,
-            std::regex(words[1], std::regex::extended | std::regex::optimize)};
-  } catch (const std::regex_error &error) {
-    throw usage_error("'" + words[1] + "' is no regular expression: " + error.what());
-  }
+  return {name == "include" ? filter_kind::include : filter_kind::exclude, text_pattern(words[1], letter_case::counts)};
 }
 
 void filtered_output::heading(std::string_view text)
@@ -40,7 +35,7 @@ void filtered_output::line(std::string_view text)
 {
   if (filter_.kind == filter_kind::count) {
     ++lines_;
-  } else if (std::regex_search(text.begin(), text.end(), filter_.pattern) == (filter_.kind == filter_kind::include)) {
+  } else if (filter_.pattern.found_in(text) == (filter_.kind == filter_kind::include)) {
     next_.line(text);
   }
 }

@@ -4,11 +4,11 @@
 #pragma once
 
 #include <cstdint>
-#include <regex>
 #include <string>
 #include <vector>
 
 #include "output.h"
+#include "text_pattern.h"
 
 namespace tarvex::shell {
 
@@ -16,7 +16,7 @@ enum class filter_kind : std::uint8_t { include, exclude, count };
 
 struct filter {
   filter_kind kind;
-  std::regex pattern;
+  text_pattern pattern;
 };
 
 /// Throws usage_error where the words are no filter.
@@ -35,6 +35,7 @@ class filtered_output : public output {
   {
     next_.progress(label, done, total);
   }
+  void flush() override { next_.flush(); }
   /// The command is done.
   void finish();
 

@@ -4,7 +4,9 @@
 #include "handle_walk.h"
 
 #include <algorithm>
+#include <vector>
 
+#include "driver_statuses.h"
 #include "status_text.h"
 #include "tarvex_standin/standin.h"
 
@@ -60,24 +62,45 @@ handle_walk handle_walk::group_members(const profile_info &profile, std::uint32_
           where};
 }
 
+pd_status_t handle_walk::fetch_behind(std::uint32_t handle)
+{
+  // A driver that says nothing of a place leaves it as the end of the walk.
+  std::ranges::fill(handles_, STANDIN_NO_HANDLE);
+  next_.give(handle_kind_, handle).give(handle_count, batch).give(next_entry_hdls_out, handles_.data());
+  return static_cast<pd_status_t>(next_.make());
+}
+
+pd_status_t handle_walk::fetch_first()
+{
+  std::ranges::fill(handles_, STANDIN_NO_HANDLE);
+  return static_cast<pd_status_t>(first_.give(out_kind_, handles_.data()).make());
+}
+
+pd_status_t handle_walk::fetch()
+{
+  if (batches_++ == 0) return fetch_first();
+  const std::vector<std::uint32_t> passed(handles_.begin(), handles_.begin() + static_cast<std::ptrdiff_t>(size_));
+  pd_status_t status = fetch_behind(passed.back());
+  // Others may have deleted the one that the walk stood at: it goes on from one ahead of it, or begins anew.
+  if (says_gone(status) && batches_ == 2) return fetch_first();
+  for (std::size_t at = passed.size() - 1; says_gone(status) && at > 0; --at) {
+    status = fetch_behind(passed[at - 1]);
+    const auto rest = std::remove_if(handles_.begin(), handles_.end(), [&](std::uint32_t handle) {
+      return std::ranges::find(passed, handle) != passed.end();
+    });
+    std::fill(rest, handles_.end(), STANDIN_NO_HANDLE);
+  }
+  return status;
+}
+
 std::optional<std::uint32_t> handle_walk::next()
 {
   if (at_ == size_) {
-    // A driver that says nothing of a place leaves it as the end of the walk.
-    std::fill(handles_.begin(), handles_.end(), STANDIN_NO_HANDLE);
-    function_call &call = begun_ ? next_ : first_;
-    if (begun_) {
-      call.give(handle_kind_, last_).give(handle_count, batch).give(next_entry_hdls_out, handles_.data());
-    } else {
-      call.give(out_kind_, handles_.data());
-    }
-    const auto status = static_cast<pd_status_t>(call.make());
-    if (status != STANDIN_END) require_success(status, "walking the handles");
+    const pd_status_t status = fetch();
+    if (!ends_walk(status)) require_success(status, "walking the handles");
     at_ = 0;
     size_ = static_cast<std::size_t>(std::ranges::find(handles_, STANDIN_NO_HANDLE) - handles_.begin());
     if (size_ == 0) return std::nullopt;
-    begun_ = true;
-    last_ = handles_[size_ - 1];
   }
   return handles_[at_++];
 }

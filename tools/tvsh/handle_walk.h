@@ -8,6 +8,7 @@
 
 #include "catalogue.h"
 #include "function_call.h"
+#include "tarvex_pd/types.h"
 
 namespace tarvex::shell {
 
@@ -18,7 +19,8 @@ class handle_walk {
   static handle_walk groups(const profile_info &profile, const target &where);
   static handle_walk group_members(const profile_info &profile, std::uint32_t group, const target &where);
 
-  /// Nothing behind the last one. Throws refused_error.
+  /// Nothing behind the last one. What others add or delete meanwhile may be missed, all the rest is met once. Throws
+  /// refused_error.
   std::optional<std::uint32_t> next();
 
  private:
@@ -28,6 +30,11 @@ class handle_walk {
   handle_walk(const exported_function &first, argument_kind out_kind, const exported_function &next,
               argument_kind handle_kind, std::uint32_t group, const target &where);
 
+  /// Fills the batch with what comes behind a handle, or with the first one.
+  pd_status_t fetch();
+  pd_status_t fetch_first();
+  pd_status_t fetch_behind(std::uint32_t handle);
+
   function_call first_;
   function_call next_;
   argument_kind out_kind_;
@@ -35,8 +42,7 @@ class handle_walk {
   std::array<std::uint32_t, batch> handles_;
   std::size_t at_ = 0;
   std::size_t size_ = 0;
-  std::uint32_t last_ = 0;
-  bool begun_ = false;
+  std::uint64_t batches_ = 0;
 };
 
 }  // namespace tarvex::shell

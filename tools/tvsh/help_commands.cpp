@@ -1,6 +1,8 @@
 // Commands on the shell itself: help, exit.
 //
 // SPDX-License-Identifier: Apache-2.0
+#include <algorithm>
+
 #include "command.h"
 #include "commands.h"
 #include "session.h"
@@ -11,13 +13,15 @@ namespace {
 
 void list_commands(output &out)
 {
-  static constexpr std::array<std::string_view, 4> titles = {"Reading", "Writing", "Simulating (stand-in switch only)",
-                                                             "The shell"};
+  static constexpr std::array<std::string_view, 5> titles = {"Reading", "Writing", "Operating",
+                                                             "Simulating (stand-in switch only)", "The shell"};
   constexpr std::size_t width = 15;
   for (std::size_t group = 0; group < titles.size(); ++group) {
+    const auto in_group = [&](const command &each) { return each.group == static_cast<command_group>(group); };
+    if (std::ranges::none_of(commands(), in_group)) continue;
     out.heading(titles[group]);
     for (const command &each : commands()) {
-      if (each.group != static_cast<command_group>(group)) continue;
+      if (!in_group(each)) continue;
       std::string line = "  " + std::string(each.name);
       line.resize(std::max(line.size() + 1, width + 2), ' ');
       out.line(line += each.summary);

@@ -7,11 +7,10 @@
 #include "entry_search.h"
 #include "handle_walk.h"
 #include "nearest.h"
+#include "remembered_writes.h"
 #include "report.h"
 #include "session.h"
 #include "status_text.h"
-#include "tarvex_pd/driver_records.h"
-#include "tarvex_standin/standin.h"
 #include "verbs.h"
 
 namespace tarvex::shell {
@@ -66,19 +65,17 @@ void enable(const invocation &call, const table_info &table)
   if (mode != "poll" && mode != "notify") {
     throw usage_error("mode=" + std::string(mode) + ": the idle time is polled ('poll') or told ('notify')");
   }
-  pd_idle_params_t parameters{};
-  parameters.word_0 = mode == "notify" ? STANDIN_IDLE_NOTIFY : STANDIN_IDLE_POLL;
-  parameters.word_1 = static_cast<std::uint32_t>(own.number("interval", 32).value_or(0));
-  parameters.word_2 = static_cast<std::uint32_t>(own.number("max-ttl", 32).value_or(0));
-  function_call write(function_for(family_id::idle_tmo_enable, table), call.where());
-  call.carry_out(write.give(idle_params, &parameters), "enabling the idle time" + of(table));
+  idle_setting setting;
+  setting.notify = mode == "notify";
+  setting.interval = static_cast<std::uint32_t>(own.number("interval", 32).value_or(0));
+  setting.largest_ttl = static_cast<std::uint32_t>(own.number("max-ttl", 32).value_or(0));
+  if (!call.only_checked("enabling the idle time" + of(table))) enable_idle_time(call, table, setting);
 }
 
 void disable(const invocation &call, const table_info &table)
 {
   call.expect_at_most(2);
-  function_call write(function_for(family_id::idle_tmo_disable, table), call.where());
-  call.carry_out(write, "disabling the idle time" + of(table));
+  if (!call.only_checked("disabling the idle time" + of(table))) disable_idle_time(call, table);
 }
 
 void update(const invocation &call, const table_info &table)
@@ -91,7 +88,7 @@ void update(const invocation &call, const table_info &table)
 
 void set_ttl(const invocation &call, const table_info &table)
 {
-  static constexpr std::array<std::string_view, 2> allowed = {"handle", "ttl"};
+  static constexpr std::array<std::string_view, 2> allowed = {"handle", "ttl"};  // none of these tables has priorities
   const entry_words words = parse_entry_words(table, call.words.subspan(2), {}, allowed);
   const std::uint64_t value = words.own.required_number("ttl", 32);
   function_call write(function_for(family_id::set_ttl, table), call.where());

@@ -16,6 +16,8 @@ const std::string &invocation::word(std::size_t at, std::string_view name) const
   return words[at];
 }
 
+std::string invocation::path(const std::string &name) const { return shell.folder / name; }
+
 void invocation::expect_at_most(std::size_t count) const
 {
   if (words.size() > count) throw argument_error("'" + words[count] + "' is one word too many");

@@ -26,6 +26,8 @@ struct invocation {
   /// The word at a place; throws argument_error with the name that the usage has for it.
   const std::string &word(std::size_t at, std::string_view name) const;
   bool has(std::size_t at) const { return at < words.size(); }
+  /// The file that a word names.
+  std::string path(const std::string &name) const;
   /// Throws argument_error where there are more words.
   void expect_at_most(std::size_t count) const;
 

@@ -1,17 +1,23 @@
-// tvsh: a shell for the switch, with the library and the stand-in switch in this process.
+// tvsh: a shell for the switch. The library and the stand-in switch are in this process, or in another that serves a
+// socket.
 //
 // SPDX-License-Identifier: Apache-2.0
+#include <signal.h>
 #include <unistd.h>
 
-#include <CLI/CLI.hpp>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <iterator>
-#include <optional>
 #include <string>
 
+#include "driver_library.h"
+#include "interrupt_handling.h"
+#include "program_options.h"
 #include "prompt.h"
+#include "remote_session.h"
+#include "server.h"
 #include "session.h"
 #include "stand_in.h"
 #include "status_text.h"
@@ -22,28 +28,19 @@ namespace {
 
 using namespace tarvex::shell;
 
-struct program_options {
-  std::optional<std::string> command;
-  std::optional<std::string> script;
-  std::string colour = "auto";
-  options defaults;
-  std::uint32_t device = 0;
-};
-
-void declare(CLI::App &app, program_options &wanted)
+int write_page(const std::string &kind, const argument_parser &arguments)
 {
-  auto *const command =
-      app.add_option("-c,--command", wanted.command, "run one command, and end")->type_name("COMMAND");
-  app.add_option("-f,--file", wanted.script, "run the commands of a file ('-': of standard input) to the first error")
-      ->type_name("FILE")
-      ->excludes(command);
-  app.add_flag("-j,--json", wanted.defaults.json, "reading commands write JSON");
-  app.add_flag("--raw", wanted.defaults.raw, "numbers and addresses in hexadecimal");
-  app.add_flag("--hw", wanted.defaults.hardware, "read the hardware, not the driver's copy");
-  app.add_option("--device", wanted.device, "the device to work on")->check(CLI::Range(0, 255))->capture_default_str();
-  app.add_option("--color", wanted.colour, "colours: auto (on a terminal, and not with NO_COLOR), always, never")
-      ->check(CLI::IsMember({"auto", "always", "never"}))
-      ->capture_default_str();
+  const std::vector<program_option> options = arguments.shown_options();
+  std::cout << (kind == "man"    ? manual_page(options)
+                : kind == "bash" ? bash_completion(options)
+                                 : zsh_completion(options));
+  return 0;
+}
+
+int write_completions(const std::string &begun)
+{
+  for (const std::string &word : session::complete(begun)) std::cout << word << '\n';
+  return 0;
 }
 
 bool in_colour(const std::string &choice, int descriptor)
@@ -54,12 +51,14 @@ bool in_colour(const std::string &choice, int descriptor)
   return choice == "always" || (choice == "auto" && !plain && isatty(descriptor) != 0);
 }
 
-/// The library between its start and its end, on a device of the stand-in switch.
+/// The library between its start and its end. The stand-in switch is given its device; another driver has its own.
 class running_library {
  public:
   explicit running_library(std::uint32_t device)
   {
-    require_success(require_stand_in().device_add(device), "adding device " + std::to_string(device));
+    if (const stand_in_control *const control = stand_in()) {
+      require_success(control->device_add(device), "adding device " + std::to_string(device));
+    }
     require_success(p4_pd_tarvex_switch_init(), "starting the library");
   }
   running_library(const running_library &) = delete;
@@ -76,30 +75,83 @@ std::string read_all(const std::string &name)
   return text;
 }
 
+/// The command or the script that the arguments have.
+exit_code run_given(const program_options &wanted, interpreter &shell, output &out)
+{
+  if (wanted.command) return shell.run(*wanted.command, out);
+  return shell.run_script(read_all(wanted.script.value_or("-")), wanted.script.value_or("-"), out);
+}
+
+exit_code run_all(const program_options &wanted, interpreter &shell, stream_output &out)
+{
+  if (wanted.command || wanted.script || isatty(STDIN_FILENO) == 0) return run_given(wanted, shell, out);
+  return run_prompt(shell, out);
+}
+
+/// Until a signal ends it. The signals are blocked ahead of the first thread, so that one waits for them.
+exit_code serve(const program_options &wanted, session &shell, stream_output &out)
+{
+  signal(SIGPIPE, SIG_IGN);
+  sigset_t ends;
+  sigemptyset(&ends);
+  for (const int each : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&ends, each);
+  if (wanted.command || wanted.script) {
+    const exit_code code = run_given(wanted, shell, out);
+    out.flush();
+    if (code != exit_code::ok) return code;
+  }
+  pthread_sigmask(SIG_BLOCK, &ends, nullptr);
+  const server serving(*wanted.served, shell.where, shell.shared_memory());
+  out.note("tvsh: serving " + serving.path() + "; 'tvsh --attach' gets there, SIGTERM or Ctrl-C ends it");
+  int got = 0;
+  sigwait(&ends, &got);
+  out.note("tvsh: ending");
+  return exit_code::ok;
+}
+
+exit_code attach(const program_options &wanted, stream_output &out)
+{
+  client_hello hello{{}, wanted.defaults, std::filesystem::current_path()};
+  if (wanted.device_given) hello.device = wanted.device;
+  remote_session shell(*wanted.attached, hello);
+  const bool asks = !wanted.command && !wanted.script && isatty(STDIN_FILENO) != 0;
+  if (asks) {
+    const server_hello &server = shell.server();
+    out.note("tvsh: attached to process " + std::to_string(server.process) + ", device " +
+             std::to_string(server.device));
+    return run_all(wanted, shell, out);
+  }
+  const interrupt_handling ctrl_c(shell, interrupts::first);
+  return run_all(wanted, shell, out);
+}
+
 exit_code run(const program_options &wanted)
 {
-  const running_library library(wanted.device);
-  session shell({1, wanted.device, 0xffff});
-  shell.defaults = wanted.defaults;
   stream_output out(STDOUT_FILENO, STDERR_FILENO, in_colour(wanted.colour, STDOUT_FILENO),
                     in_colour(wanted.colour, STDERR_FILENO));
-  if (wanted.command) return shell.run(*wanted.command, out);
-  if (wanted.script) return shell.run_script(read_all(*wanted.script), *wanted.script, out);
-  if (isatty(STDIN_FILENO) == 0) return shell.run_script(read_all("-"), "-", out);
-  return run_prompt(shell, out);
+  if (wanted.attached) return attach(wanted, out);
+  const running_library library(wanted.device);
+  session shell({wanted.session, wanted.device, 0xffff});
+  shell.defaults = wanted.defaults;
+  return wanted.served ? serve(wanted, shell, out) : run_all(wanted, shell, out);
 }
 
 }  // namespace
 
 int main(int argc, char **argv)
 try {
-  CLI::App app("A shell for the switch: reads and writes its tables by name. Without -c and -f it asks for commands.");
+  argument_parser arguments;
   program_options wanted;
-  declare(app, wanted);
   try {
-    app.parse(argc, argv);
+    wanted = arguments.parse(argc, argv);
   } catch (const CLI::ParseError &error) {
-    return app.exit(error) == 0 ? 0 : static_cast<int>(exit_code::usage);
+    return arguments.tell(error) == 0 ? 0 : static_cast<int>(exit_code::usage);
+  }
+  if (wanted.page) return write_page(*wanted.page, arguments);
+  if (wanted.begun) return write_completions(*wanted.begun);
+  if (wanted.driver) {
+    drive_by(*wanted.driver, argv);
+    tell_driver_statuses(wanted.statuses);
   }
   return static_cast<int>(run(wanted));
 } catch (const shell_error &error) {

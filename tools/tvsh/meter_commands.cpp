@@ -6,7 +6,8 @@
 
 #include "cells.h"
 #include "commands.h"
-#include "entry_words.h"
+#include "remembered_writes.h"
+#include "value_text.h"
 
 namespace tarvex::shell {
 
@@ -18,12 +19,6 @@ constexpr std::array meters_only = {resource_kind::meter};
 constexpr std::array wred_only = {resource_kind::wred};
 constexpr std::array both = {resource_kind::meter, resource_kind::wred};
 constexpr std::size_t rate_width = 10;
-
-std::string real_text(float value)
-{
-  std::array<char, 32> digits;
-  return {digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr};
-}
 
 float real_of(const own_words &own, std::string_view name)
 {
@@ -95,10 +90,17 @@ exit_code show_meters(const invocation &call)
 exit_code write_meter(const invocation &call)
 {
   const resource_info &meter = resource_named(call.word(0, "METER"), meters_only);
+  const std::string what = std::string("setting ") + meter.name;
+  if (!meter.direct) {
+    const std::uint32_t index = parse_index(meter, call.word(1, "INDEX"));
+    const pd_meter_spec_t value = meter_of(parse_own_words(call.words.subspan(2), meter_words()));
+    if (!call.only_checked(what)) write_cell(call, meter, {index, value});
+    return exit_code::ok;
+  }
+  const carrying_entry entry = carrying_entry_of(call, meter, meter_words());
+  const pd_meter_spec_t value = meter_of(entry.own);
   function_call write(function_for(family_id::meter_set, meter), call.where());
-  const std::string what = "setting " + give_cell(write, meter, call.word(1, "CELL"));
-  const pd_meter_spec_t value = meter_of(parse_own_words(call.words.subspan(2), meter_words()));
-  call.carry_out(write.give(meter_value, &value), what);
+  call.carry_out(write.give(entry_hdl, entry.handle).give(meter_value, &value), what);
   return exit_code::ok;
 }
 
@@ -106,14 +108,13 @@ exit_code write_wred(const invocation &call)
 {
   static constexpr std::array<std::string_view, 4> allowed = {"time", "min", "max", "probability"};
   const resource_info &block = resource_named(call.word(0, "BLOCK"), wred_only);
-  function_call write(function_for(family_id::wred_set, block), call.where());
-  const std::string what = "setting " + give_cell(write, block, call.word(1, "INDEX"));
+  const std::uint32_t index = parse_index(block, call.word(1, "INDEX"));
   const own_words own = parse_own_words(call.words.subspan(2), allowed);
   const pd_wred_spec_t value{real_of(own, "time"), static_cast<std::uint32_t>(own.required_number("min", 32)),
                              static_cast<std::uint32_t>(own.required_number("max", 32)), real_of(own, "probability")};
   if (value.max_threshold < value.min_threshold) throw usage_error("max is below min");
   if (value.max_probability > 1) throw usage_error("probability is above 1");
-  call.carry_out(write.give(wred_value, &value), what);
+  if (!call.only_checked(std::string("setting ") + block.name)) write_cell(call, block, {index, value});
   return exit_code::ok;
 }
 

@@ -25,6 +25,8 @@ class output {
   virtual void error(std::string_view text) = 0;
   /// Told now and then during long work.
   virtual void progress(std::string_view label, std::uint64_t done, std::uint64_t total) = 0;
+  /// Sends what is kept back; for commands that wait between their lines.
+  virtual void flush() {}
 };
 
 }  // namespace tarvex::shell

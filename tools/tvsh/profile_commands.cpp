@@ -6,7 +6,9 @@
 #include "commands.h"
 #include "entry_rows.h"
 #include "entry_search.h"
+#include "group_reader.h"
 #include "handle_walk.h"
+#include "remembered_writes.h"
 #include "session.h"
 #include "tarvex_pd/actions.h"
 #include "value_text.h"
@@ -28,14 +30,35 @@ std::string member_text(const profile_info &profile, std::uint32_t member)
   return "member " + std::to_string(member) + " of " + profile.name;
 }
 
+constexpr std::string_view name_word = "as=";
+
+/// The name that the last words of a command give to what it makes.
+std::optional<std::string> name_for_new(const invocation &call, std::span<const std::string> words)
+{
+  if (words.empty()) return std::nullopt;
+  if (words.size() > 1 || !words[0].starts_with(name_word)) {
+    throw argument_error("'" + words[0] + "' is one word too many");
+  }
+  const std::string name = words[0].substr(name_word.size());
+  call.shell.require_name(name);
+  return name;
+}
+
 void add_member(const invocation &call, const profile_info &profile)
 {
   const use_info &use = use_named(profile.actions, call.word(2, "ACTION"), profile.name);
-  const record_memory record = parse_parameters(*use.action, call.words.subspan(3));
+  std::span<const std::string> words = call.words.subspan(3);
+  std::optional<std::string> name;
+  if (!words.empty() && words.back().starts_with(name_word)) {
+    name = name_for_new(call, words.last(1));
+    words = words.first(words.size() - 1);
+  }
+  const record_memory record = parse_parameters(*use.action, words);
   std::uint32_t member = 0;
   function_call write(*function_for(family_id::add_member, use), call.where());
   write.give(action_spec, record.data()).give(mbr_hdl_out, &member);
   if (call.carry_out(write, std::string("adding a member to ") + profile.name)) {
+    if (name) call.shell.names[*name] = member;
     call.out.line("member " + std::to_string(member));
   }
 }
@@ -58,24 +81,22 @@ void delete_member(const invocation &call, const profile_info &profile)
   call.carry_out(write.give(mbr_hdl, member), "deleting " + member_text(profile, member));
 }
 
-void create_group(const invocation &call, const profile_info &profile)
+void write_new_group(const invocation &call, const profile_info &profile)
 {
-  call.expect_at_most(3);
   const std::uint32_t size = handle_word(call, 2, "SIZE");
-  std::uint32_t group = 0;
-  function_call write(function_for(family_id::create_group, profile, max_grp_size), call.where());
-  write.give(max_grp_size, size).give(grp_hdl_out, &group);
-  if (call.carry_out(write, std::string("creating a group of ") + profile.name)) {
-    call.out.line("group " + std::to_string(group));
-  }
+  const std::optional<std::string> name = name_for_new(call, call.words.subspan(3));
+  if (call.only_checked(std::string("creating a group of ") + profile.name)) return;
+  const std::uint32_t group = create_group(call, profile, size);
+  if (name) call.shell.names[*name] = group;
+  call.out.line("group " + std::to_string(group));
 }
 
-void delete_group(const invocation &call, const profile_info &profile)
+void drop_group(const invocation &call, const profile_info &profile)
 {
   call.expect_at_most(3);
   const std::uint32_t group = handle_word(call, 2, "GROUP");
-  function_call write(function_for(family_id::del_group, profile, grp_hdl), call.where());
-  call.carry_out(write.give(grp_hdl, group), "deleting group " + std::to_string(group) + " of " + profile.name);
+  if (call.only_checked("deleting group " + std::to_string(group) + " of " + profile.name)) return;
+  delete_group(call, profile, group);
 }
 
 template <family_id family>
@@ -90,33 +111,24 @@ void change_membership(const invocation &call, const profile_info &profile)
   call.carry_out(write, call.words[1] + ' ' + member_text(profile, member) + " in group " + std::to_string(group));
 }
 
-void set_fallback(const invocation &call, const profile_info &profile)
+void write_fallback(const invocation &call, const profile_info &profile)
 {
   call.expect_at_most(3);
-  const bool none = call.word(2, "MEMBER") == "none";
-  const std::uint32_t member = none ? 0 : handle_word(call, 2, "MEMBER");
-  function_call write(none ? function_for(family_id::reset_fallback_member, profile, dev_tgt)
-                           : function_for(family_id::set_fallback_member, profile, mbr_hdl),
-                      call.where());
-  if (!call.carry_out(write.give(mbr_hdl, member), std::string("setting the fallback member of ") + profile.name))
-    return;
-  auto &remembered = call.shell.written.fallback_members;
-  if (none) {
-    remembered.erase(profile.selector_table);
-  } else {
-    remembered[profile.selector_table] = member;
-  }
+  std::optional<std::uint32_t> member;
+  if (call.word(2, "MEMBER") != "none") member = handle_word(call, 2, "MEMBER");
+  if (call.only_checked(std::string("setting the fallback member of ") + profile.name)) return;
+  set_fallback(call, profile, member);
 }
 
 constexpr profile_verb member_verbs[] = {{"add", add_member}, {"modify", modify_member}, {"delete", delete_member}};
 constexpr profile_verb group_verbs[] = {
-    {"create", create_group},
-    {"delete", delete_group},
+    {"create", write_new_group},
+    {"delete", drop_group},
     {"add", change_membership<family_id::add_member_to_group>},
     {"remove", change_membership<family_id::del_member_from_group>},
     {"enable", change_membership<family_id::group_member_state_set>},
     {"disable", change_membership<family_id::group_member_state_set>},
-    {"fallback", set_fallback},
+    {"fallback", write_fallback},
 };
 
 /// What an entry refers to: exactly one of member= and group=.
@@ -212,19 +224,15 @@ exit_code show_groups(const invocation &call)
 {
   call.expect_at_most(1);
   const profile_info &profile = profile_named(call.word(0, "PROFILE"));
-  std::uint32_t state = 0;
   handle_walk walk = handle_walk::groups(profile, call.where());
   std::optional<std::uint32_t> group = walk.next();
   report rows(call.out, call.chosen, "groups", {{"group", 10}, {"members"}}, {{"profile", profile.name}});
-  function_call read(function_for(family_id::group_member_state_get, profile, member_state_out), call.where());
+  group_reader members(profile, call.where());
   for (; group; group = walk.next()) {
     rows.number(*group).begin_pairs();
-    handle_walk inside = handle_walk::group_members(profile, *group, call.where());
-    while (const auto member = inside.next()) {
-      call.shell.check_interrupt();
-      read.give(grp_hdl, *group).give(mbr_hdl, *member).give(member_state_out, &state);
-      read.must("reading the state of " + member_text(profile, *member));
-      rows.pair(std::to_string(*member), state == P4_PD_GRP_MBR_STATE_ACTIVE ? "active" : "inactive");
+    call.shell.check_interrupt();
+    for (const group_member &each : members.members(*group)) {
+      rows.pair(std::to_string(each.id), each.active ? "active" : "inactive");
     }
     rows.end_pairs().end_row();
   }

@@ -4,7 +4,6 @@
 #include "prompt.h"
 
 #include <histedit.h>
-#include <signal.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -15,6 +14,7 @@
 #include <optional>
 
 #include "history_file.h"
+#include "interrupt_handling.h"
 
 namespace tarvex::shell {
 
@@ -22,35 +22,6 @@ namespace {
 
 constexpr const char *prompt_text = "tvsh> ";
 constexpr int most_history = 1000;
-
-session *interrupted_session = nullptr;
-
-void on_interrupt(int)
-{
-  if (interrupted_session != nullptr) interrupted_session->interrupt();
-}
-
-/// Ctrl-C goes to the session while this lives; a read that waits for a key ends.
-class interrupt_handling {
- public:
-  explicit interrupt_handling(session &shell)
-  {
-    interrupted_session = &shell;
-    struct sigaction action {};
-    action.sa_handler = &on_interrupt;
-    sigaction(SIGINT, &action, &before_);
-  }
-  interrupt_handling(const interrupt_handling &) = delete;
-  interrupt_handling &operator=(const interrupt_handling &) = delete;
-  ~interrupt_handling()
-  {
-    sigaction(SIGINT, &before_, nullptr);
-    interrupted_session = nullptr;
-  }
-
- private:
-  struct sigaction before_ {};
-};
 
 class line_source {
  public:
@@ -106,7 +77,14 @@ unsigned char complete_line(EditLine *editor, int)
 {
   const LineInfo *const info = el_line(editor);
   const std::string_view line(info->buffer, static_cast<std::size_t>(info->cursor - info->buffer));
-  const std::vector<std::string> candidates = session::complete(line);
+  std::vector<std::string> candidates;
+  try {
+    interpreter *shell = nullptr;
+    el_get(editor, EL_CLIENTDATA, &shell);
+    candidates = shell->completions(line);
+  } catch (const shell_error &) {
+    return CC_ERROR;  // the next command tells what is wrong
+  }
   if (candidates.empty()) return CC_REFRESH_BEEP;
   const std::size_t blank = line.find_last_of(" \t|");
   const std::size_t begun = line.size() - (blank == std::string_view::npos ? 0 : blank + 1);
@@ -121,12 +99,14 @@ unsigned char complete_line(EditLine *editor, int)
 
 class edited_lines : public line_source {
  public:
-  edited_lines() : editor_(el_init("tvsh", stdin, stdout, stderr)), history_(history_init()), file_(history_file())
+  explicit edited_lines(interpreter &shell)
+      : editor_(el_init("tvsh", stdin, stdout, stderr)), history_(history_init()), file_(history_file())
   {
     HistEvent event{};
     history(history_, &event, H_SETSIZE, most_history);
     history(history_, &event, H_SETUNIQUE, 1);
     if (!file_.empty()) history(history_, &event, H_LOAD, file_.c_str());
+    el_set(editor_, EL_CLIENTDATA, &shell);
     el_set(editor_, EL_PROMPT, &prompt_of);
     el_set(editor_, EL_EDITOR, "emacs");
     el_set(editor_, EL_HIST, &history, history_);
@@ -169,25 +149,26 @@ class edited_lines : public line_source {
   std::string file_;
 };
 
-std::unique_ptr<line_source> make_lines()
+std::unique_ptr<line_source> make_lines(interpreter &shell)
 {
   const char *const terminal = std::getenv("TERM");
   const bool can_edit =
       terminal != nullptr && *terminal != 0 && std::string_view(terminal) != "dumb" && isatty(STDOUT_FILENO) != 0;
-  if (can_edit) return std::make_unique<edited_lines>();
+  if (can_edit) return std::make_unique<edited_lines>(shell);
   return std::make_unique<plain_lines>();
 }
 
 }  // namespace
 
-exit_code run_prompt(session &shell, stream_output &out)
+exit_code run_prompt(interpreter &shell, stream_output &out)
 {
-  const interrupt_handling interrupts(shell);
+  const interrupt_handling ctrl_c(shell, interrupts::all);
   out.note("tvsh: 'help' lists the commands, the tab key completes, 'exit' ends");
-  const std::unique_ptr<line_source> lines = make_lines();
+  const std::unique_ptr<line_source> lines = make_lines(shell);
   while (!shell.ended) {
     const std::optional<std::string> line = lines->next();
     if (!line) break;
+    shell.clear_interrupt();
     shell.run(*line, out);
     out.flush();
   }

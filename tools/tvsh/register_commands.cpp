@@ -5,6 +5,7 @@
 
 #include "cells.h"
 #include "commands.h"
+#include "remembered_writes.h"
 #include "value_text.h"
 
 namespace tarvex::shell {
@@ -55,18 +56,16 @@ exit_code write_register(const invocation &call)
   const std::string &cells = call.word(1, "INDEX");
   const std::string &value_word = call.word(2, "VALUE");
   const bool all = cells == "all";
+  const std::string what = "writing " + std::string(reg.name);
   if (value_word == "reset") {
-    function_call write(function_for(all ? family_id::register_reset_all : family_id::register_range_reset, reg),
-                        call.where());
-    const cell_range range = all ? cell_range{} : parse_cells(cells);
-    write.give(first_index, range.first).give(range_count, range.last - range.first + 1);
-    call.carry_out(write, std::string("resetting ") + reg.name);
+    const auto range = all ? std::nullopt : std::optional(parse_cells(cells));
+    if (!call.only_checked(what)) reset_register(call, reg, range);
     return exit_code::ok;
   }
-  const auto value = static_cast<std::uint8_t>(parse_number(value_word, "value (0, 1 or reset)", 1));
-  function_call write(function_for(all ? family_id::register_write_all : family_id::register_write, reg), call.where());
-  const std::string what = "writing " + (all ? std::string(reg.name) : give_cell(write, reg, cells));
-  call.carry_out(write.give(register_value, &value), what);
+  cell_state cell;
+  cell.value = static_cast<std::uint8_t>(parse_number(value_word, "value (0, 1 or reset)", 1));
+  if (!all) cell.index = parse_index(reg, cells);
+  if (!call.only_checked(what)) write_cell(call, reg, cell);
   return exit_code::ok;
 }
 

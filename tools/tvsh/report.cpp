@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "json_text.h"
 #include "value_text.h"
 
 namespace tarvex::shell {
@@ -19,7 +20,7 @@ report::report(output &out, const options &chosen, std::string_view list, std::v
     first_member_ = false;
     for (const auto &[name, value] : head) member(name, value, false);
     line_ += ',';
-    quote(list);
+    append_json_text(line_, list);
     line_ += ":[";
     out_.line(line_);
   } else {
@@ -47,35 +48,16 @@ void report::begin_cell()
   ++at_;
 }
 
-void report::quote(std::string_view text)
-{
-  line_ += '"';
-  for (const char letter : text) {
-    if (letter == '"' || letter == '\\') {
-      line_ += '\\';
-      line_ += letter;
-    } else if (static_cast<unsigned char>(letter) < 0x20) {
-      constexpr std::string_view digits = "0123456789abcdef";
-      line_ += "\\u00";
-      line_ += digits[static_cast<unsigned char>(letter) >> 4];
-      line_ += digits[static_cast<unsigned char>(letter) & 15];
-    } else {
-      line_ += letter;
-    }
-  }
-  line_ += '"';
-}
-
 void report::member(std::string_view name, std::string_view value, bool is_number)
 {
   if (!first_member_) line_ += ',';
   first_member_ = false;
-  quote(name);
+  append_json_text(line_, name);
   line_ += ':';
   if (is_number) {
     line_ += value;
   } else {
-    quote(value);
+    append_json_text(line_, value);
   }
 }
 
@@ -110,7 +92,7 @@ report &report::begin_pairs()
   begin_cell();
   if (json_) {
     if (!first_member_) line_ += ',';
-    quote(columns_[at_ - 1].name);
+    append_json_text(line_, columns_[at_ - 1].name);
     line_ += ":{";
     first_member_ = true;
   }

@@ -48,7 +48,6 @@ class report {
 
  private:
   void begin_cell();
-  void quote(std::string_view text);
   void member(std::string_view name, std::string_view value, bool is_number);
 
   output &out_;

@@ -116,7 +116,7 @@ routes::route_list read_routes(const invocation &call, const std::string &file)
 exit_code load_routes(const invocation &call)
 {
   call.expect_at_most(1);
-  const std::string &file = call.word(0, "FILE");
+  const std::string file = call.path(call.word(0, "FILE"));
   const routes::route_list list = read_routes(call, file);
   for (const routes::bad_line &bad : list.bad_lines.kept()) {
     call.out.note(file + ':' + std::to_string(bad.line) + ": " + bad.reason);

@@ -3,9 +3,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "session.h"
 
+#include <algorithm>
+#include <cctype>
 #include <memory>
 
 #include "command.h"
+#include "trace_control.h"
 
 namespace tarvex::shell {
 
@@ -46,9 +49,26 @@ void ask_for_help(std::vector<std::string> &words)
   }
 }
 
+bool begins_name(char letter) { return std::isalpha(static_cast<unsigned char>(letter)) != 0; }
+
+/// The handle for a word or a value that is $NAME.
+void put_handles_for_names(const session &shell, std::vector<std::string> &words)
+{
+  for (std::string &word : words) {
+    const std::size_t dollar = word.starts_with('$') ? 0 : word.find("=$") + 1;
+    if (dollar + 1 >= word.size() || word[dollar] != '$' || !begins_name(word[dollar + 1])) continue;
+    const auto found = shell.names.find(std::string_view(word).substr(dollar + 1));
+    if (found == shell.names.end()) {
+      throw usage_error("no handle has the name " + word.substr(dollar) + "; 'let' and as= give names");
+    }
+    word.replace(dollar, std::string::npos, std::to_string(found->second));
+  }
+}
+
 exit_code run_words(session &shell, command_line &line, output &out)
 {
   ask_for_help(line.words);
+  put_handles_for_names(shell, line.words);
   const command &what = command_named(line.words.front());
   filter_chain filters(line.filters, out);
   const invocation call{shell, filters.first(), line.chosen, std::span(line.words).subspan(1)};
@@ -69,34 +89,34 @@ exit_code run_words(session &shell, command_line &line, output &out)
 
 }  // namespace
 
+void session::require_name(std::string_view name)
+{
+  const bool good = !name.empty() && begins_name(name[0]) && std::ranges::all_of(name, [](char letter) {
+    return std::isalnum(static_cast<unsigned char>(letter)) != 0 || letter == '_' || letter == '.';
+  });
+  if (!good) throw usage_error("'" + std::string(name) + "' is no name: letters, digits, '_' and '.', a letter first");
+}
+
+void session::show_trace(output &out)
+{
+  if (const trace_control *const trace = find_trace()) trace->flush();  // what the command did stands in the file
+  if (!traced) return;
+  const trace_view::piece piece = traced->take();
+  if (piece.missed != 0) out.note(std::to_string(piece.missed) + " earlier calls are not kept; a file keeps all");
+  for (const std::string &line : piece.lines) out.note(line);
+}
+
 exit_code session::run(std::string_view text, output &out)
 {
-  interrupted_ = false;
   try {
     command_line line = parse_command_line(text, defaults);
-    return line.words.empty() ? exit_code::ok : run_words(*this, line, out);
+    const exit_code code = line.words.empty() ? exit_code::ok : run_words(*this, line, out);
+    show_trace(out);
+    return code;
   } catch (const shell_error &error) {
     out.error(error.what());
     return error.code();
   }
-}
-
-exit_code session::run_script(std::string_view text, std::string_view name, output &out)
-{
-  std::size_t number = 0;
-  while (!text.empty() && !ended) {
-    const std::size_t end = text.find('\n');
-    std::string_view line = text.substr(0, end);
-    text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-    if (line.ends_with('\r')) line.remove_suffix(1);
-    ++number;
-    const exit_code code = run(line, out);
-    if (code != exit_code::ok) {
-      out.error(std::string(name) + ':' + std::to_string(number) + ": stopped at: " + std::string(line));
-      return code;
-    }
-  }
-  return exit_code::ok;
 }
 
 }  // namespace tarvex::shell

@@ -1,52 +1,79 @@
 // The command engine: takes command lines, writes to an output, and keeps what lives between commands. It touches no
-// terminal, file or environment of its own.
+// terminal and no environment, and only the files that a command names.
 //
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
 #include <atomic>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "command_line.h"
-#include "digest_log.h"
+#include "device_memory.h"
 #include "function_call.h"
+#include "interpreter.h"
 #include "output.h"
-#include "own_writes.h"
 #include "shell_error.h"
+#include "trace_view.h"
 
 namespace tarvex::shell {
 
-class session {
+class session : public interpreter {
  public:
-  explicit session(const target &on = {}) : where(on) {}
+  /// Sessions of one process are given one memory.
+  explicit session(const target &on = {}, std::shared_ptr<switch_memory> memory = std::make_shared<switch_memory>())
+      : where(on), memory_(std::move(memory))
+  {
+  }
 
-  /// Runs one command. What goes wrong is told as an error of the output.
-  exit_code run(std::string_view line, output &out);
-
-  /// Runs one command after the other, each of a line, to the first that does not end well; its error names the line.
-  exit_code run_script(std::string_view text, std::string_view name, output &out);
+  exit_code run(std::string_view line, output &out) override;
 
   /// Words that can stand where the line ends; the last word of the line may have been begun.
   static std::vector<std::string> complete(std::string_view line);
+  std::vector<std::string> completions(std::string_view line) override { return complete(line); }
 
-  /// Ends the command that runs, at its next step. May be called from a signal handler or another thread.
-  void interrupt() noexcept { interrupted_ = true; }
+  void interrupt() noexcept override { interrupted_ = true; }
+  void clear_interrupt() noexcept override { interrupted_ = false; }
   /// Throws shell_error after an interrupt; long work asks now and then.
   void check_interrupt() const
   {
     if (interrupted_.load(std::memory_order_relaxed)) throw shell_error(exit_code::interrupted, "interrupted");
   }
-  /// Set by the commands that end a session.
-  bool ended = false;
+
+  const std::shared_ptr<switch_memory> &shared_memory() const { return memory_; }
+  device_memory &memory() const { return memory_->of(where.device); }
+  /// The lock is held while the result lives: one expression, or a copy.
+  locked<own_writes> written() const { return memory().written.lock(); }
+  digest_log &digests() const { return memory().digests; }
+
+  /// The calls that were traced since the last time, as notes.
+  void show_trace(output &out);
+
+  /// What is remembered of a device that is gone.
+  void forget_device(std::uint32_t device)
+  {
+    device_memory &memory = memory_->of(device);
+    *memory.written.lock() = {};
+    memory.updates.forget();
+    memory.meant.end(memory.updates);
+  }
+
+  /// Throws usage_error for what cannot be a name.
+  static void require_name(std::string_view name);
 
   target where;
   options defaults;
-  own_writes written;  // what the library cannot read back
-  digest_log digests;
+  std::map<std::string, std::uint32_t, std::less<>> names;  // of members and groups; $NAME stands for the handle
+  std::unique_ptr<trace_view> traced;                       // while the session shows the trace
+  std::filesystem::path folder;  // that relative names of files begin from; empty for the process's own
 
  private:
+  std::shared_ptr<switch_memory> memory_;
   std::atomic<bool> interrupted_ = false;
 };
 

@@ -30,9 +30,28 @@ void device(const invocation &call)
     require_success(require_stand_in().device_add(id), "adding device " + std::to_string(id));
   } else if (verb == "remove") {
     require_success(require_stand_in().device_remove(id), "removing device " + std::to_string(id));
+    call.shell.forget_device(id);
   } else {
     throw usage_error("'" + verb + "' is neither add nor remove");
   }
+}
+
+struct named_entry {
+  const table_info &table;
+  entry_words words;
+  std::uint32_t handle;
+};
+
+/// The entry that the words behind the verb name; `others` may stand among them.
+named_entry entry_of(const invocation &call, std::initializer_list<std::string_view> others)
+{
+  const table_info &table = table_named(call.word(1, "TABLE"));
+  const auto naming = entry_name_words(table);
+  std::vector<std::string_view> allowed(naming.begin(), naming.end());
+  allowed.insert(allowed.end(), others);
+  entry_words words = parse_entry_words(table, call.words.subspan(2), {}, allowed);
+  const std::uint32_t handle = handle_of(table, words, call.where());
+  return {table, std::move(words), handle};
 }
 
 /// Packets hit an entry, or a cell of an indirect counter.
@@ -54,16 +73,11 @@ void count(const invocation &call)
         "counting packets");
     return;
   }
-  const table_info &table = table_named(name);
-  const auto naming = entry_name_words(table);
-  std::vector<std::string_view> allowed(naming.begin(), naming.end());
-  allowed.insert(allowed.end(), {"packets", "bytes"});
-  const entry_words words = parse_entry_words(table, call.words.subspan(2), {}, allowed);
-  const std::uint32_t handle = handle_of(table, words, call.where());
-  const std::uint64_t packets = words.own.number("packets", 64).value_or(1);
-  require_success(require_stand_in().count_packets(call.where().device, table.handle, handle, packets,
-                                                   words.own.number("bytes", 64).value_or(64 * packets)),
-                  "counting packets of " + entry_name(table, words));
+  const named_entry entry = entry_of(call, {"packets", "bytes"});
+  const std::uint64_t packets = entry.words.own.number("packets", 64).value_or(1);
+  require_success(require_stand_in().count_packets(call.where().device, entry.table.handle, entry.handle, packets,
+                                                   entry.words.own.number("bytes", 64).value_or(64 * packets)),
+                  "counting packets of " + entry_name(entry.table, entry.words));
 }
 
 void age(const invocation &call)
@@ -155,8 +169,24 @@ void lookup(const invocation &call)
   if (status == STANDIN_NO_ENTRY) call.out.note("a miss: this is the default entry");
 }
 
-constexpr plain_verb verbs[] = {{"device", device},   {"count", count},   {"age", age},      {"learn", learn},
-                                {"capture", capture}, {"refuse", refuse}, {"lookup", lookup}};
+void corrupt(const invocation &call)
+{
+  const named_entry entry = entry_of(call, {"bit"});
+  const auto bit = static_cast<std::uint32_t>(entry.words.own.number("bit", 32).value_or(0));
+  require_success(require_stand_in().corrupt_entry(call.where().device, entry.table.handle, entry.handle, bit),
+                  "corrupting " + entry_name(entry.table, entry.words));
+}
+
+void lose(const invocation &call)
+{
+  const named_entry entry = entry_of(call, {});
+  require_success(require_stand_in().lose_entry(call.where().device, entry.table.handle, entry.handle),
+                  "losing " + entry_name(entry.table, entry.words));
+}
+
+constexpr plain_verb verbs[] = {{"device", device}, {"count", count},     {"age", age},
+                                {"learn", learn},   {"capture", capture}, {"refuse", refuse},
+                                {"lookup", lookup}, {"corrupt", corrupt}, {"lose", lose}};
 
 }  // namespace
 

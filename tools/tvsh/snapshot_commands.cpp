@@ -3,7 +3,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <algorithm>
 #include <array>
-#include <regex>
 
 #include "commands.h"
 #include "entry_words.h"
@@ -11,6 +10,7 @@
 #include "session.h"
 #include "snapshot_fields.h"
 #include "status_text.h"
+#include "text_pattern.h"
 #include "value_text.h"
 #include "verbs.h"
 
@@ -22,15 +22,10 @@ void show_fields(const invocation &call)
 {
   call.expect_at_most(3);
   const bool egress = parse_direction(call.word(1, "ingress|egress"));
-  std::regex pattern;
-  try {
-    pattern.assign(call.has(2) ? call.words[2] : "", std::regex::extended | std::regex::icase);
-  } catch (const std::regex_error &error) {
-    throw usage_error("'" + call.words[2] + "' is no regular expression: " + error.what());
-  }
+  const text_pattern pattern(call.has(2) ? call.words[2] : "", letter_case::ignored);
   report rows(call.out, call.chosen, "fields", {{"field", 44}, {"bytes"}}, {{"direction", call.words[1]}});
   for (const snapshot_field &field : snapshot_fields(egress)) {
-    if (call.has(2) && !std::regex_search(field.name, pattern)) continue;
+    if (!pattern.found_in(field.name)) continue;
     rows.cell(field.name).number(field.bytes).end_row();
   }
   rows.finish();
@@ -69,7 +64,7 @@ void arm(const invocation &call)
     p4_pd_tarvex_switch_snapshot_delete(handle);
     throw refused_error(status, "arming the snapshot");
   }
-  call.shell.written.snapshots[handle] = {egress};
+  call.shell.written()->snapshots[handle] = {egress};
   call.out.line("snapshot " + std::to_string(handle));
 }
 
@@ -81,7 +76,8 @@ std::uint32_t handle_word(const invocation &call)
 void list_snapshots(const invocation &call)
 {
   report rows(call.out, call.chosen, "snapshots", {{"snapshot", 10}, {"direction"}});
-  for (const auto &[handle, trigger] : call.shell.written.snapshots) {
+  const own_writes now = *call.shell.written();
+  for (const auto &[handle, trigger] : now.snapshots) {
     rows.number(handle).cell(trigger.egress ? "egress" : "ingress").end_row();
   }
   rows.finish();
@@ -117,7 +113,7 @@ void remove(const invocation &call)
   const std::string what = "deleting snapshot " + std::to_string(handle);
   if (call.only_checked(what)) return;
   require_success(p4_pd_tarvex_switch_snapshot_delete(handle), what);
-  call.shell.written.snapshots.erase(handle);
+  call.shell.written()->snapshots.erase(handle);
 }
 
 constexpr plain_verb verbs[] = {{"fields", show_fields}, {"arm", arm}, {"show", show_captures}, {"delete", remove}};

@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "shell_error.h"
+#include "tarvex_trace/tarvex_trace.h"
 
 namespace tarvex::shell {
 
@@ -20,6 +21,22 @@ bool find(Function &function, const char *name)
   return function != nullptr;
 }
 
+/// Where the library's calls end up: behind the tracing library, where that is there.
+const void *first_driver_function()
+{
+  const char *const name = "pipe_mgr_mat_ent_add";
+  decltype(&tarvex_trace_next) next = nullptr;
+  return find(next, "tarvex_trace_next") ? next(name) : dlsym(RTLD_DEFAULT, name);
+}
+
+bool same_library(const void *one, const void *other)
+{
+  Dl_info of_one{};
+  Dl_info of_other{};
+  return dladdr(one, &of_one) != 0 && dladdr(other, &of_other) != 0 && of_one.dli_fbase == of_other.dli_fbase;
+}
+
+/// Nothing, too, where the stand-in is in the process, but another driver ahead of it.
 std::optional<stand_in_control> look_up()
 {
   stand_in_control all{};
@@ -30,8 +47,11 @@ std::optional<stand_in_control> look_up()
                      find(all.entry_hit, "standin_entry_hit") && find(all.digest_deliver, "standin_digest_deliver") &&
                      find(all.snapshot_packet, "standin_snapshot_packet") &&
                      find(all.snapshot_field_set, "standin_snapshot_field_set") &&
-                     find(all.refuse_call, "standin_refuse_call");
-  return found ? std::optional(all) : std::nullopt;
+                     find(all.refuse_call, "standin_refuse_call") &&
+                     find(all.placement_size, "standin_placement_size") &&
+                     find(all.corrupt_entry, "standin_corrupt_entry") && find(all.lose_entry, "standin_lose_entry");
+  const bool drives = found && same_library(reinterpret_cast<const void *>(all.device_add), first_driver_function());
+  return drives ? std::optional(all) : std::nullopt;
 }
 
 }  // namespace

@@ -22,6 +22,9 @@ struct stand_in_control {
   decltype(&standin_snapshot_packet) snapshot_packet;
   decltype(&standin_snapshot_field_set) snapshot_field_set;
   decltype(&standin_refuse_call) refuse_call;
+  decltype(&standin_placement_size) placement_size;
+  decltype(&standin_corrupt_entry) corrupt_entry;
+  decltype(&standin_lose_entry) lose_entry;
 };
 
 /// Null where another driver, or none, is there.

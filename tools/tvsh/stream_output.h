@@ -21,7 +21,7 @@ class stream_output : public output {
   void note(std::string_view text) override;
   void error(std::string_view text) override;
   void progress(std::string_view label, std::uint64_t done, std::uint64_t total) override;
-  void flush();
+  void flush() override;
 
  private:
   void write(int descriptor, std::string_view text);

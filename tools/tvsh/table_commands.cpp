@@ -2,11 +2,11 @@
 //
 // SPDX-License-Identifier: Apache-2.0
 #include <algorithm>
-#include <regex>
 
 #include "commands.h"
 #include "fields.h"
 #include "report.h"
+#include "text_pattern.h"
 #include "value_text.h"
 
 namespace tarvex::shell {
@@ -39,16 +39,11 @@ std::span<const use_info> actions_of(const table_info &table)
 exit_code show_tables(const invocation &call)
 {
   call.expect_at_most(1);
-  std::regex pattern;
-  try {
-    pattern.assign(call.has(0) ? call.words[0] : "", std::regex::extended | std::regex::icase);
-  } catch (const std::regex_error &error) {
-    throw usage_error("'" + call.words[0] + "' is no regular expression: " + error.what());
-  }
+  const text_pattern pattern(call.has(0) ? call.words[0] : "", letter_case::ignored);
   report rows(call.out, call.chosen, "tables",
               {{"table", 24}, {"handle", 9}, {"kind", 7}, {"fields"}, {"actions"}, {"idle"}, {"profile"}});
   for (const table_info &table : calls::tables) {
-    if (call.has(0) && !std::regex_search(table.name, pattern)) continue;
+    if (!pattern.found_in(table.name)) continue;
     rows.cell(table.name).hexadecimal(table.handle).cell(kind_name(table.kind));
     rows.number(key_fields(table).size()).number(actions_of(table).size()).cell(table.idle_time ? "yes" : "no");
     if (table.profile != nullptr) {

@@ -2,14 +2,14 @@
 // wrote.
 //
 // SPDX-License-Identifier: Apache-2.0
+#include <algorithm>
 #include <array>
 
 #include "commands.h"
 #include "entry_words.h"
+#include "remembered_writes.h"
 #include "report.h"
 #include "session.h"
-#include "status_text.h"
-#include "tarvex_pd/parser_value_set.h"
 #include "value_text.h"
 #include "verbs.h"
 
@@ -26,12 +26,13 @@ void show(const invocation &call)
   report rows(call.out, call.chosen, "entries",
               {{"handle", 10}, {"value", 10}, {"mask", 10}, {"scope", 10}, {"index", 5}, {"sub", 3}},
               {{"value_set", "fabric_port"}});
-  for (const auto &[handle, entry] : call.shell.written.value_set) {
+  const own_writes now = *call.shell.written();
+  for (const auto &[handle, entry] : now.value_set) {
     rows.number(handle).hexadecimal(entry.value).hexadecimal(entry.mask);
     rows.number(entry.scope).number(entry.index).number(entry.sub_index).end_row();
   }
   rows.finish();
-  call.out.note("entries that this session wrote; the switch does not tell those of others");
+  call.out.note("entries that this shell wrote; the switch does not tell those of others");
 }
 
 value_set_entry values_of(const own_words &own)
@@ -42,21 +43,21 @@ value_set_entry values_of(const own_words &own)
   return entry;
 }
 
-void add(const invocation &call)
+value_set_entry whole_entry(std::span<const std::string> words)
 {
-  const own_words own = parse_own_words(call.words.subspan(1), add_words);
+  const own_words own = parse_own_words(words, add_words);
   value_set_entry entry = values_of(own);
   entry.scope = static_cast<std::uint32_t>(own.number("scope", 32).value_or(0));
   entry.index = static_cast<std::uint16_t>(own.number("index", 16).value_or(0));
   entry.sub_index = static_cast<std::uint8_t>(own.number("sub", 8).value_or(0));
+  return entry;
+}
+
+void add(const invocation &call)
+{
+  const value_set_entry entry = whole_entry(call.words.subspan(1));
   if (call.only_checked("adding an entry")) return;
-  std::uint32_t handle = 0;
-  require_success(p4_pd_tarvex_switch_pvs_fabric_port_entry_add(
-                      call.where().session, {call.where().device, entry.scope, entry.index, entry.sub_index},
-                      entry.value, entry.mask, &handle),
-                  "adding an entry to the value set");
-  call.shell.written.value_set[handle] = entry;
-  call.out.line("entry " + std::to_string(handle));
+  call.out.line("entry " + std::to_string(add_to_value_set(call, entry)));
 }
 
 std::uint32_t handle_word(const invocation &call)
@@ -69,22 +70,24 @@ void modify(const invocation &call)
   const std::uint32_t handle = handle_word(call);
   const value_set_entry entry = values_of(parse_own_words(call.words.subspan(2), value_words));
   if (call.only_checked("modifying an entry")) return;
-  require_success(p4_pd_tarvex_switch_pvs_fabric_port_entry_modify(call.where().session, call.where().device, handle,
-                                                                   entry.value, entry.mask),
-                  "modifying entry " + std::to_string(handle) + " of the value set");
-  value_set_entry &kept = call.shell.written.value_set[handle];
-  kept.value = entry.value;
-  kept.mask = entry.mask;
+  modify_in_value_set(call, handle, entry.value, entry.mask);
 }
 
+/// By its handle, or as it was added.
 void remove(const invocation &call)
 {
-  call.expect_at_most(2);
-  const std::uint32_t handle = handle_word(call);
-  if (call.only_checked("deleting an entry")) return;
-  require_success(p4_pd_tarvex_switch_pvs_fabric_port_entry_delete(call.where().session, call.where().device, handle),
-                  "deleting entry " + std::to_string(handle) + " of the value set");
-  call.shell.written.value_set.erase(handle);
+  std::uint32_t handle = 0;
+  if (assignment_of(call.word(1, "HANDLE"))) {
+    const value_set_entry wanted = whole_entry(call.words.subspan(1));
+    const own_writes now = *call.shell.written();
+    const auto found = std::ranges::find_if(now.value_set, [&](const auto &each) { return each.second == wanted; });
+    if (found == now.value_set.end()) throw usage_error("this shell wrote no such entry; 'value-set show' lists them");
+    handle = found->first;
+  } else {
+    call.expect_at_most(2);
+    handle = handle_word(call);
+  }
+  if (!call.only_checked("deleting an entry")) delete_from_value_set(call, handle);
 }
 
 constexpr plain_verb verbs[] = {{"show", show}, {"add", add}, {"modify", modify}, {"delete", remove}};

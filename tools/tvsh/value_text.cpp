@@ -138,6 +138,12 @@ std::string hexadecimal(wide_number number)
   return text;
 }
 
+std::string real_text(float number)
+{
+  std::array<char, 32> digits;
+  return {digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr};
+}
+
 void append_value(std::string &text, const shown_field &field, wide_number value, bool raw)
 {
   if (raw) {

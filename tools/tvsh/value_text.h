@@ -15,6 +15,9 @@ void append_decimal(std::string &text, std::uint64_t number);
 void append_hexadecimal(std::string &text, wide_number number);
 std::string hexadecimal(wide_number number);
 
+/// The shortest decimal that reads as the same number.
+std::string real_text(float number);
+
 /// A value, without mask and prefix length.
 void append_value(std::string &text, const shown_field &field, wide_number value, bool raw);
 

@@ -1,0 +1,39 @@
+// A driver that does nothing but keep what it was called with.
+//
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "tarvex_platform/driver.h"
+
+namespace tarvex::trace::test {
+
+struct echo {
+  std::string function;
+  std::vector<std::string> arguments;  // the bytes of each
+  std::uint64_t result = 0;            // what the next call gives
+
+  bool operator==(const echo &) const = default;
+};
+
+/// Of the calling thread.
+echo &last_call();
+
+template <typename... Arguments>
+std::vector<std::string> bytes_of(const Arguments &...arguments)
+{
+  return {std::string(reinterpret_cast<const char *>(&arguments), sizeof arguments)...};
+}
+
+template <typename Result, typename... Arguments>
+Result echoed(const char *function, const Arguments &...arguments)
+{
+  last_call().function = function;
+  last_call().arguments = bytes_of(arguments...);
+  return (Result)last_call().result;
+}
+
+}  // namespace tarvex::trace::test

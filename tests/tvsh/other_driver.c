@@ -1,0 +1,9 @@
+/*
+ * A driver that is not the stand-in switch, as far as a program sees: it has no control functions, and its device is
+ * there from the start.
+ *
+ * SPDX-License-Identifier: Apache-2.0
+ */
+#include "tarvex_standin/standin.h"
+
+__attribute__((constructor)) static void add_device(void) { standin_device_add(0); }

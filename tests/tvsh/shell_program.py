@@ -1,0 +1,62 @@
+"""Runs the program tvsh for the tests.
+
+SPDX-License-Identifier: Apache-2.0
+"""
+import contextlib
+import os
+import signal
+import subprocess
+import sys
+import tempfile
+import time
+
+import pexpect
+
+FOLDER = tempfile.mkdtemp()
+ENVIRONMENT = {**os.environ, "XDG_STATE_HOME": FOLDER, "TERM": "xterm"}
+ENVIRONMENT.pop("NO_COLOR", None)
+# The line editor never gives the names of added functions back; nothing of ours copies wide text.
+with open(os.path.join(FOLDER, "leaks"), "w", encoding="utf-8") as _known:
+    _known.write("leak:wcsdup\n")
+ENVIRONMENT["LSAN_OPTIONS"] = f"suppressions={_known.name}:print_suppressions=0"
+
+
+def expect(what, condition):
+    if not condition:
+        sys.exit(f"FAILED: {what}")
+
+
+def run(*arguments, text="", merged=False, cwd=None, **extra):
+    """Exit code, output and errors."""
+    done = subprocess.run(arguments, input=text, stdout=subprocess.PIPE, text=True, timeout=120, cwd=cwd, check=False,
+                          stderr=subprocess.STDOUT if merged else subprocess.PIPE, env={**ENVIRONMENT, **extra})
+    return done.returncode, done.stdout, done.stderr
+
+
+def spawn(*arguments, term="xterm", cwd=None, **extra):
+    # Wide, so that no line is broken by the terminal.
+    return pexpect.spawn(arguments[0], list(arguments[1:]), env={**ENVIRONMENT, "TERM": term, **extra}, cwd=cwd,
+                         encoding="utf-8", timeout=60, dimensions=(50, 250))
+
+
+def eventually(what, condition):
+    """Other processes take their time; the limit is for those that hang."""
+    for _ in range(1200):
+        if condition():
+            return
+        time.sleep(0.05)
+    expect(what, False)
+
+
+@contextlib.contextmanager
+def server(tvsh, path, *arguments, well=True, **extra):
+    """tvsh --serve while the block runs; it has to end in order."""
+    with subprocess.Popen([tvsh, "--serve", path, *arguments], stderr=subprocess.PIPE, text=True, env=ENVIRONMENT,
+                          **extra) as process:
+        expect(f"a server begins: {path}", "serving" in (process.stderr.readline() or ""))
+        try:
+            yield process
+        finally:
+            process.send_signal(signal.SIGTERM)
+            errors = process.communicate(timeout=60)[1]
+        expect(f"the server ends in order: {process.returncode} {errors}", not well or process.returncode == 0)

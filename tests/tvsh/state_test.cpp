@@ -1,0 +1,275 @@
+// Saving, loading, comparing and applying whole states.
+//
+// SPDX-License-Identifier: Apache-2.0
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+#include "made_up_words.h"
+#include "state_fixture.h"
+
+namespace tarvex::shell {
+namespace {
+
+TEST_F(state_test, what_is_saved_and_loaded_is_saved_as_the_same_file)
+{
+  build();
+  const answer saved = run("save a.json");
+  EXPECT_NE(saved.notes.find("1 value-set entry, 1 fallback member, 1 group size, 1 idle-time setting, 1 whole "
+                             "register, 1 learning timeout"),
+            std::string::npos)
+      << saved.notes;
+  const std::string text = text_of("a.json");
+  const auto document = nlohmann::json::parse(text, nullptr, false);
+  EXPECT_EQ(document.size(), 14u);  // the version and every section
+  EXPECT_EQ(document["groups"]["ecmpMemberActionProfile"][0].dump(),
+            R"({"id":1,"members":{"1":"active","2":"inactive"},"size":2})");
+  EXPECT_EQ(document["entries"]["ipv4Host"][0].dump(),
+            R"({"action":"setNextHop","key":{"dip":"10.0.0.1","vrfId":1},"parameters":{"nextHop":5},"ttl":500})");
+
+  EXPECT_EQ(run("load a.json").code, exit_code::usage);  // there is something already
+  start_anew();
+  lines_of("add ipv4Host vrfId=9 dip=10.0.0.9 onMiss");
+  lines_of("counter pdpClassCount 4 packets=7 bytes=1");
+  for (const std::string_view load : {"load a.json replace", "load a.json replace"}) {
+    lines_of(load);
+    lines_of("save b.json");
+    EXPECT_EQ(text_of("b.json"), text) << load;
+    EXPECT_EQ(lines_of("diff live a.json counts"), "");
+  }
+}
+
+TEST_F(state_test, entries_of_every_table_and_action_are_saved_and_loaded)
+{
+  for (const profile_info &profile : calls::profiles) {
+    for (const use_info &use : profile.actions) {
+      lines_of(std::string("member ") + profile.name + " add " + use.action->name +
+               words_of(parameter_fields(*use.action), 3));
+    }
+    lines_of(std::string("group ") + profile.name + " create 4");
+    lines_of(std::string("group ") + profile.name + " add 1 1");
+  }
+  unsigned number = 0;
+  for (const table_info &table : calls::tables) {
+    const std::string name(table.name);
+    for (const use_info &use : table.actions) {
+      const std::string body =
+          ' ' + std::string(use.action->name) + words_of(parameter_fields(*use.action), number) + meter_words_of(use);
+      if (table.profile != nullptr) break;
+      if (!table.fields.empty()) lines_of("add " + name + key_words_of(table, ++number) + body);
+      if (use.is_default) lines_of("set-default " + name + body);
+    }
+    if (table.profile != nullptr) lines_of("entry " + name + " add" + key_words_of(table, ++number) + " group=1");
+  }
+  lines_of("save a.json");
+  start_anew();
+  lines_of("load a.json");
+  lines_of("save b.json");
+  EXPECT_EQ(text_of("b.json"), text_of("a.json"));
+  EXPECT_EQ(lines_of("diff live a.json counts"), "");
+  EXPECT_GT(std::ranges::count(text_of("a.json"), '\n'), 350);
+}
+
+struct change {
+  std::vector<std::string_view> commands;  // on the state that was built
+  std::string_view operations;             // from what was built to what they made; "\n" behind each
+};
+
+// Each change alone: no more is to be done than what was, and doing it makes the other state.
+TEST_F(state_test, a_difference_is_the_fewest_commands)
+{
+  const change changes[] = {
+      {{}, ""},
+      {{"modify ipv4Host vrfId=1 dip=10.0.0.1 setNextHop nextHop=6"},
+       "modify ipv4Host vrfId=1 dip=10.0.0.1 setNextHop nextHop=6\n"},
+      {{"delete ipv4Host vrfId=1 dip=10.0.0.1", "add l2SmacCheck smac=02:00:00:00:00:01 priority=1 setIllegalSmac"},
+       "delete ipv4Host vrfId=1 dip=10.0.0.1\nadd l2SmacCheck smac=02:00:00:00:00:01 priority=1 setIllegalSmac\n"},
+      {{"reset-default ipv4Host", "set-default ingVlanCheck ingVlanAction"},
+       "reset-default ipv4Host\nset-default ingVlanCheck ingVlanAction\n"},
+      {{"meter stormControlMeter priority=1 cir=10 cburst=20 pir=30 pburst=41"},
+       "modify l2LookupMiss priority=1 l2LookupBcastHit cir=10 cburst=20 pir=30 pburst=41 type=unaware\n"},
+      {{"member ecmpMemberActionProfile modify 2 setEcmpNextHop nextHop=70"},
+       "member ecmpMemberActionProfile modify 2 setEcmpNextHop nextHop=70\n"},
+      // a full group: one goes before the other comes; entries stay
+      {{"member ecmpMemberActionProfile add setEcmpNextHop nextHop=70 as=new",
+        "group ecmpMemberActionProfile remove 1 2", "group ecmpMemberActionProfile add 1 $new",
+        "group ecmpMemberActionProfile enable 1 3"},
+       "member ecmpMemberActionProfile add setEcmpNextHop nextHop=70 as=newmember1.ecmpMemberActionProfile\n"
+       "group ecmpMemberActionProfile enable 1 3\ngroup ecmpMemberActionProfile remove 1 2\n"
+       "group ecmpMemberActionProfile add 1 $newmember1.ecmpMemberActionProfile\n"},
+      // a group of another size is another group
+      {{"group ecmpMemberActionProfile create 9 as=big", "group ecmpMemberActionProfile add $big 2",
+        "group ecmpMemberActionProfile remove $big 2", "entry ecmpGroup modify ecmpGroup=5 group=$big",
+        "group ecmpMemberActionProfile delete 1"},
+       "group ecmpMemberActionProfile create 9 as=newgroup1.ecmpMemberActionProfile\n"
+       "group ecmpMemberActionProfile add $newgroup1.ecmpMemberActionProfile 2\n"
+       "group ecmpMemberActionProfile remove $newgroup1.ecmpMemberActionProfile 2\n"
+       "entry ecmpGroup modify ecmpGroup=5 group=$newgroup1.ecmpMemberActionProfile\n"
+       "group ecmpMemberActionProfile delete 16777217\n"},  // whose place was taken before
+      {{"idle ipv4Host disable", "group ecmpMemberActionProfile fallback none", "hash hashOuterIpv4Hdr fields all",
+        "digests timeout 5"},
+       "group ecmpMemberActionProfile fallback none\nidle ipv4Host disable\nhash hashOuterIpv4Hdr fields 0 1 2\n"
+       "digests timeout 5\n"},
+      {{"counter pdpClassCount 3 packets=8 bytes=1", "meter pdpMeter 1 cir=0 cburst=0 pir=0 pburst=0",
+        "wred wredBlock 3 time=2 min=1 max=2 probability=1", "register ingVlanCheckData all reset"},
+       "counter pdpClassCount 3 packets=8 bytes=1\n"
+       "wred wredBlock 3 time=2 min=1 max=2 probability=1\n"
+       "meter pdpMeter 1 cir=0 cburst=0 pir=0 pburst=0 type=unaware\nregister ingVlanCheckData all 0\n"},
+      {{"value-set delete value=0x8100 mask=0xff00 scope=1", "value-set add value=1"},
+       "value-set delete value=0x8100 mask=0xff00 scope=1 index=0 sub=0\n"
+       "value-set add value=0x1 mask=0xffffffff scope=0 index=0 sub=0\n"},
+  };
+  for (const change &each : changes) {
+    SCOPED_TRACE(each.commands.empty() ? "nothing" : each.commands.front());
+    start_anew();
+    build();
+    lines_of("save a.json");
+    for (const std::string_view command : each.commands) lines_of(command);
+    lines_of("save b.json");
+    // back to what was built, by handles of the live switch
+    EXPECT_EQ(run("diff live a.json counts").code, each.operations.empty() ? exit_code::ok : exit_code::differences);
+    lines_of("apply a.json counts");
+    EXPECT_EQ(lines_of("diff live a.json counts"), "");
+    EXPECT_EQ(run("diff live b.json counts").lines, each.operations);
+    EXPECT_EQ(lines_of("apply b.json counts --dry-run"), each.operations);
+    // and by a script between two files, on a new switch with other handles
+    const std::string script = run("diff a.json b.json counts").lines;
+    start_anew();
+    lines_of("load a.json");
+    caught_output out;
+    EXPECT_EQ(shell.run_script(script, "diff", out), exit_code::ok) << out.errors << script;
+    EXPECT_EQ(lines_of("diff live b.json counts"), "");
+  }
+}
+
+TEST_F(state_test, traffic_and_time_are_compared_when_asked)
+{
+  build();
+  lines_of("save a.json");
+  lines_of("sim count ingL2DomainCount decapType=1 ingL3Aintf=9");
+  lines_of("sim age 100");
+  EXPECT_EQ(lines_of("diff live a.json"), "");
+  EXPECT_EQ(run("diff live a.json counts").lines,
+            "idle ipv4Host ttl vrfId=1 dip=10.0.0.1 ttl=500\n"
+            "counter ingL2DomainCounters decapType=1 ingL3Aintf=9 packets=2 bytes=128\n");
+  lines_of("apply a.json counts");
+  EXPECT_EQ(lines_of("diff live a.json counts -j"), "{\"schema_version\":1,\"operations\":[\n]}\n");
+}
+
+TEST_F(state_test, a_bad_file_is_refused_before_anything_is_written)
+{
+  constexpr std::string_view good_entry =
+      R"({"key":{"vrfId":1,"dip":"10.0.0.1"},"action":"setNextHop","parameters":{"nextHop":5}})";
+  const auto entries = [&](std::string_view table, std::string_view list) {
+    return std::string("{\"schema_version\":1,\n\"entries\":{\"") + std::string(table) + "\":[\n" + std::string(list) +
+           "]}}";
+  };
+  const std::pair<std::string, std::string_view> files[] = {
+      {"", "1: no JSON"},
+      {"[]", "a list was not expected"},
+      {"7", "no saved state"},
+      {"{}", "\"schema_version\" must stand"},
+      {R"({"entries":{}})", "\"schema_version\" must stand"},
+      {R"({"schema_version":2})", "a file of version 2; this tvsh reads files up to version 1: a newer one is needed"},
+      {R"({"schema_version":"1"})", "the version is a number"},
+      {R"({"schema_version":0})", "the version is a number"},
+      {R"({"schema_version":1,"entires":{}})", "did you mean entries?"},
+      {R"({"schema_version":1,"entries":[]})", "a list was not expected here"},
+      {R"({"schema_version":1,"entries":{"ipv4Host":{}}})", "a list of elements is wanted"},
+      {R"({"schema_version":1,"entries":{"ipv4Host":[5]}})", "an element in braces is wanted"},
+      {R"({"schema_version":1,"entries":{},"members":{}})", "members: the section stands behind 'entries'"},
+      {R"({"schema_version":1,"entries":{},"entries":{}})", "the section stands behind"},
+      {entries("ipv4Hots", ""),
+       "bad.json:2: entries of ipv4Hots: there is no table 'ipv4Hots'; did you mean ipv4Host?"},
+      {entries("ipv4Host", std::string(good_entry) + ",\n{\"key\":{\"vrfId\":1}}"), "bad.json:4: entries of ipv4Host"},
+      {entries("ipv4Host", R"({"key":{"vrfId":1},"action":"onMiss"})"), "missing dip (32 bits, IPv4 address)"},
+      {entries("ipv4Host", R"({"key":{"vrfId":99999,"dip":1},"action":"onMiss"})"), "is too wide"},
+      {entries("ipv4Host", R"({"key":{"vrfId":-1,"dip":1},"action":"onMiss"})"), "must be a number or a text"},
+      {entries("ipv4Host", R"({"key":{"vrfId":1,"vrfId":1,"dip":1},"action":"onMiss"})"), "stands there twice"},
+      {entries("ipv4Host", R"({"key":{"vrfId":1,"dip":"10.0.0"},"action":"onMiss"})"), "is no value of it"},
+      {entries("ipv4Host", R"({"key":{"vrfId":1,"dip":1},"action":"onMis"})"), "did you mean onMiss?"},
+      {entries("ipv4Host", R"({"key":{"vrfId":1,"dip":1},"action":"setEcmp","parameters":{"ecmpGroup":65536}})"),
+       "is too wide"},
+      {entries("ipv4Host", R"({"key":{"vrfId":1,"dip":1},"action":"onMiss","priority":1})"), "have no priority"},
+      {entries("ipv4Host", R"({"key":{"vrfId":1,"dip":1},"action":"onMiss","member":1})"), "is not indirect"},
+      {entries("ipv4Host", R"({"key":{"vrfId":1,"dip":1},"action":"onMiss","counter":{"packets":1,"bytes":1}})"),
+       "no counter hangs"},
+      {entries("ipv4Host", R"({"key":[],"action":"onMiss"})"), "'key' must be in braces"},
+      {entries("ipv4Host", R"({"key":{"vrfId":1,"dip":1},"action":"onMiss","colour":1})"), "no name 'colour'"},
+      {entries("l2SmacCheck", R"({"key":{},"action":"setIllegalSmac"})"), "'priority' is missing"},
+      {entries("ipv4FinalResolve", R"({"key":{"fibPartitionIndex":7,"dip":"10.0.0.0/33"},"action":"setNextHop"})"),
+       "no prefix length"},
+      {entries("l2LookupMiss", R"({"key":{},"priority":1,"action":"l2LookupBcastHit"})"), "'meter' is missing"},
+      {entries("ecmpGroup", R"({"key":{"ecmpGroup":5},"group":1})"), "has no group 1 in this file"},
+      {R"({"schema_version":1,"members":{"ecmpMemberActionProfile":[{"id":1,"action":"setEcmpNextHop",
+          "parameters":{"nextHop":1}},{"id":1,"action":"setEcmpNextHop","parameters":{"nextHop":1}}]}})",
+       "member 1 stands there twice"},
+      {R"({"schema_version":1,"groups":{"tunnelMember":[{"id":1,"members":{"1":"active"}}]}})", "no member 1 in this"},
+      {R"({"schema_version":1,"groups":{"tunnelMember":[{"id":1,"members":{"x":"active"}}]}})", "is no member"},
+      {R"({"schema_version":1,"fallbacks":{"tunnelMember":[{"member":1}]}})", "has no member 1 in this file"},
+      {R"({"schema_version":1,"idle":{"nextHop":[{"mode":"poll","interval":0,"max-ttl":0}]}})", "no idle time"},
+      {R"({"schema_version":1,"defaults":{"ipv4Host":[{"action":"setEcmp","parameters":{"ecmpGroup":1}}]}})",
+       "cannot be the default"},
+      {R"({"schema_version":1,"counters":{"l2DmacClassifyCount":[]}})", "hangs on the entries of l2DmacClassify"},
+      {R"({"schema_version":1,"wred":{"wredBlock":[{"index":1,"time":1,"min":2,"max":1,"probability":1}]}})",
+       "'max' is below 'min'"},
+      {R"({"schema_version":1,"registers":{"ingVlanCheckData":[{"index":1,"value":2}]}})", "too wide for 1 bits"},
+      {R"({"schema_version":1,"hashes":{"hashOuterIpv4Hdr":[{"seed":1,"fields":[9]}]}})",
+       "there are the fields 0 to 2"},
+      {R"({"schema_version":1,"value_sets":{"other":[]}})", "called 'fabric_port'"},
+      {entries("ipv4Host", good_entry).substr(0, 120), "no JSON"},
+      {entries("ipv4Host", "{\"key\":" + std::string(100000, '{')), "no JSON"},
+      {entries("ipv4Host", "{\"key\":" + std::string(100000, '[')), "too many values"},
+      {entries("ipv4Host", "{\"key\":\"" + std::string(2000000, 'x') + "\"}"), "too much text"},
+      {std::string("{\"schema_version\":1,\"learning\":{\"macLearningDigest\":[{\"timeout\":\"\xff\"}]}}"), "no JSON"},
+  };
+  for (const auto &[text, error] : files) {
+    // What is good ahead of the mistake is not written either.
+    write("bad.json", text);
+    const answer got = run("load bad.json");
+    EXPECT_EQ(got.code, exit_code::file) << text.substr(0, 200);
+    EXPECT_NE(got.errors.find(error), std::string::npos) << text.substr(0, 200) << "\n" << got.errors;
+    EXPECT_NE(run("diff live bad.json").code, exit_code::ok);
+  }
+  EXPECT_EQ(lines_of("count"), "");
+  EXPECT_EQ(run("load nothing.json").code, exit_code::file);
+  EXPECT_EQ(run("save nowhere/a.json").code, exit_code::file);
+}
+
+TEST_F(state_test, a_refusal_half_way_tells_how_much_was_written)
+{
+  build();
+  lines_of("save a.json");
+  start_anew();
+  write("twice.json", R"({"schema_version":1,
+"entries":{"ipv4Host":[
+{"key":{"vrfId":1,"dip":"10.0.0.1"},"action":"onMiss"},
+{"key":{"vrfId":1,"dip":"10.0.0.1"},"action":"onMiss"}]}})");
+  const answer got = run("load twice.json");
+  EXPECT_EQ(got.code, exit_code::refused);
+  EXPECT_NE(got.errors.find("twice.json:4: entries of ipv4Host: adding an entry"), std::string::npos) << got.errors;
+  EXPECT_NE(got.errors.find("0 members, 0 groups, 1 entry, 0 default entries, 0 settings of"), std::string::npos);
+
+  const answer applied = run("apply twice.json");
+  EXPECT_EQ(applied.code, exit_code::refused);
+  EXPECT_NE(applied.errors.find("0 of 1 operations were made; stopped at: add ipv4Host vrfId=1"), std::string::npos)
+      << applied.errors;
+}
+
+// A save that fails leaves what was there.
+TEST_F(state_test, a_file_is_there_whole_or_as_it_was)
+{
+  lines_of("add ipv4Host vrfId=1 dip=10.0.0.1 onMiss");
+  write("a.json", "something else");
+  for (const unsigned call : {1u, 40u, 200u}) {
+    lines_of("sim refuse " + std::to_string(call) + " 5");
+    EXPECT_EQ(run("save a.json").code, exit_code::refused) << call;
+    EXPECT_EQ(text_of("a.json"), "something else");
+  }
+  lines_of("sim refuse 0 0");
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(shell.folder), {}), 1);
+  lines_of("save a.json --dry-run");
+  EXPECT_EQ(text_of("a.json"), "something else");
+}
+
+}  // namespace
+}  // namespace tarvex::shell

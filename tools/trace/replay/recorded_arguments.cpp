@@ -1,0 +1,208 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "recorded_arguments.h"
+
+#include <dlfcn.h>
+
+#include <algorithm>
+
+#include "call_table.h"
+#include "record_members.h"
+#include "tarvex_pd/snapshots.h"
+#include "tarvex_trace/tarvex_trace.h"
+
+namespace tarvex::trace {
+
+namespace {
+
+using nlohmann::json;
+
+bool is_null(const json &value) { return value.is_string() && value.get_ref<const std::string &>() == "null"; }
+
+std::uint8_t digit_of(char letter)
+{
+  if (letter >= '0' && letter <= '9') return static_cast<std::uint8_t>(letter - '0');
+  if (letter >= 'a' && letter <= 'f') return static_cast<std::uint8_t>(letter - 'a' + 10);
+  throw trace_error("'" + std::string(1, letter) + "' is no hexadecimal digit of bytes");
+}
+
+word address(const void *memory) { return reinterpret_cast<std::uintptr_t>(memory); }
+
+/// The state of a profile, which the tracing library of this process knows.
+word state_named(const json &value)
+{
+  const auto name = value.get<std::string>();
+  const auto state = reinterpret_cast<decltype(&tarvex_trace_state)>(dlsym(RTLD_DEFAULT, "tarvex_trace_state"));
+  for (std::uint32_t i = 0; state != nullptr && i < calls::profiles.size(); ++i) {
+    if (calls::profiles[i].name != name) continue;
+    if (ms_state *const found = state(i)) return address(found);
+  }
+  throw trace_error("the state of '" + name +
+                    "' is not known in this process: the tracing library must stand ahead of the driver");
+}
+
+/// The one function that a call of the library hands on and that any process has.
+word function_named(const json &value)
+{
+  if (value != "p4_pd_ms_grp_update_res") throw trace_error("the callback " + value.dump() + " is the program's own");
+  return address(dlsym(RTLD_DEFAULT, "p4_pd_ms_grp_update_res"));
+}
+
+/// A number that fits.
+template <typename Number>
+Number number(const json &value)
+{
+  const auto wide = value.get<std::uint64_t>();
+  if (wide > static_cast<Number>(~Number{0})) throw trace_error(std::to_string(wide) + " is too wide for its place");
+  return static_cast<Number>(wide);
+}
+
+}  // namespace
+
+recorded_arguments::recorded_arguments(const call_row &row, const json &recorded, const handle_map &handles)
+    : handles_(handles)
+{
+  find_scope(row, recorded);
+  for (const argument_row &argument : row.arguments()) {
+    if (comes_out(argument.kind)) {
+      words_.push_back(address(memory(sizeof(std::uint64_t))));
+    } else {
+      words_.push_back(read(argument, recorded.at(std::string(argument.name)), recorded));
+    }
+  }
+}
+
+void recorded_arguments::find_scope(const call_row &row, const json &recorded)
+{
+  for (const argument_row &argument : row.arguments()) {
+    if (argument.kind == value_kind::handle) {
+      const auto handle = number<std::uint32_t>(recorded.at(std::string(argument.name)));
+      if (argument.name == "tbl_hdl") scope_.table = handle;
+      for (const calls::profile_info &profile : calls::profiles) {
+        if (handle == profile.action_data_table || handle == profile.selector_table || handle == profile.table) {
+          scope_.profile = profile.table;
+        }
+      }
+    } else if (argument.kind == value_kind::state) {
+      const json &state = recorded.at(std::string(argument.name));
+      for (const calls::profile_info &profile : calls::profiles) {
+        if (state == profile.name) scope_.profile = profile.table;
+      }
+    }
+  }
+}
+
+word recorded_arguments::read(const argument_row &argument, const json &value, const json &recorded)
+{
+  using enum value_kind;
+  if (argument.kind == state) return state_named(value);
+  if (argument.kind == callback) return function_named(value);
+  if (is_null(value)) return 0;
+  switch (argument.kind) {
+    case number: {
+      const auto wide = value.get<std::uint64_t>();
+      const std::optional<handle_sort> sort = sort_of(argument.name);
+      return sort ? handles_.now(*sort, scope_, trace::number<std::uint32_t>(value)) : wide;
+    }
+    case handle:
+    case device_target: return value.get<std::uint64_t>();
+    case match_spec: return key(value);
+    case action_spec: return action(value);
+    case resources:
+      if (value.size() != recorded.at("count")) throw trace_error("the count of resources is not that of the list");
+      return resource_list(value);
+    case register_value: return address(bytes(value, sizeof(drv_stful_spec_t)));
+    case trigger: return address(bytes(value, sizeof(snap_trig_spec_t)));
+    case idle_params: {
+      auto *const params = reinterpret_cast<pd_idle_params_t *>(members(argument.kind, value));
+      params->word_4 = params->word_5 = 0;  // code and memory of the traced program
+      return address(params);
+    }
+    default: return members(argument.kind, value);
+  }
+}
+
+word recorded_arguments::key(const json &value)
+{
+  auto *const key = record<drv_match_spec_t>();
+  key->partition_index = number<std::uint32_t>(value.at("partition_index"));
+  key->key_bits = number<std::uint16_t>(value.at("key_bits"));
+  key->key_bytes = number<std::uint16_t>(value.at("key_bytes"));
+  key->priority = number<std::uint32_t>(value.at("priority"));
+  if (value.contains("value")) key->key_value = bytes(value["value"], key->key_bytes);
+  if (value.contains("mask")) key->key_mask = bytes(value["mask"], key->key_bytes);
+  return address(key);
+}
+
+word recorded_arguments::action(const json &value)
+{
+  auto *const action = record<drv_action_spec_t>();
+  action->act_kinds = number<std::uint8_t>(value.at("act_kinds"));
+  action->act_data.data_bits = number<std::uint16_t>(value.at("data_bits"));
+  if (value.contains("data")) {
+    action->act_data.data_bytes = static_cast<std::uint16_t>(value["data"].get_ref<const std::string &>().size() / 2);
+    action->act_data.data = bytes(value["data"], 1);
+  }
+  const auto handle = [&](handle_sort sort, const char *name) {
+    return handles_.now(sort, scope_, number<std::uint32_t>(value.at(name)));
+  };
+  action->mbr_hdl = handle(handle_sort::member, "mbr_hdl");
+  action->grp_hdl = handle(handle_sort::group, "grp_hdl");
+  const json &list = value.at("resources");
+  if (list.size() > DRV_ACTION_MAX_RES) throw trace_error("an action has more resources than there is room for");
+  action->res_count = static_cast<std::uint32_t>(list.size());
+  for (std::size_t i = 0; i < list.size(); ++i) fill_resource(list[i], action->res[i]);
+  return address(action);
+}
+
+word recorded_arguments::resource_list(const json &list)
+{
+  auto *const all = record<drv_res_spec_t>(list.size() + 1);
+  for (std::size_t i = 0; i < list.size(); ++i) fill_resource(list[i], all[i]);
+  return address(all);
+}
+
+void recorded_arguments::fill_resource(const json &value, drv_res_spec_t &resource)
+{
+  resource.res_hdl = number<std::uint32_t>(value.at("res_hdl"));
+  resource.res_index = number<std::uint32_t>(value.at("index"));
+  resource.res_tag = number<std::uint32_t>(value.at("tag"));
+  std::memcpy(resource.res_value.bytes, bytes(value.at("value"), sizeof resource.res_value), sizeof resource.res_value);
+}
+
+word recorded_arguments::members(value_kind kind, const json &value)
+{
+  std::uint8_t *const record = memory(sizeof(drv_meter_spec_t));
+  for (const record_member &member : members_of(kind)) {
+    const json &from = value.at(std::string(member.name));
+    if (member.real) {
+      const auto real = from.get<float>();
+      std::memcpy(record + member.at, &real, sizeof real);
+    } else if (member.size == 8) {
+      const auto wide = from.get<std::uint64_t>();
+      std::memcpy(record + member.at, &wide, sizeof wide);
+    } else {
+      const auto narrow = number<std::uint32_t>(from);
+      std::memcpy(record + member.at, &narrow, sizeof narrow);
+    }
+  }
+  return address(record);
+}
+
+std::uint8_t *recorded_arguments::bytes(const json &value, std::size_t at_least)
+{
+  const auto &text = value.get_ref<const std::string &>();
+  std::uint8_t *const made = memory(std::max(at_least, text.size() / 2));
+  for (std::size_t i = 0; i + 1 < text.size(); i += 2) {
+    made[i / 2] = static_cast<std::uint8_t>(digit_of(text[i]) << 4 | digit_of(text[i + 1]));
+  }
+  return made;
+}
+
+std::uint8_t *recorded_arguments::memory(std::size_t size)
+{
+  constexpr std::size_t unit = sizeof(std::max_align_t);
+  memory_.push_back(std::make_unique<std::max_align_t[]>((size + unit - 1) / unit));
+  return reinterpret_cast<std::uint8_t *>(memory_.back().get());
+}
+
+}  // namespace tarvex::trace

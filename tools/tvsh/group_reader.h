@@ -1,0 +1,27 @@
+// The members of a group, as the switch has them.
+//
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <vector>
+
+#include "function_call.h"
+#include "switch_state.h"
+
+namespace tarvex::shell {
+
+class group_reader {
+ public:
+  group_reader(const profile_info &profile, const target &where);
+
+  /// In the order of the driver's walk. Throws refused_error.
+  std::vector<group_member> members(std::uint32_t group);
+
+ private:
+  const profile_info &profile_;
+  const target where_;
+  function_call state_;
+  std::uint32_t found_ = 0;
+};
+
+}  // namespace tarvex::shell

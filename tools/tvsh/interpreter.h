@@ -1,0 +1,40 @@
+// What runs command lines: a session of this process, or one at the other end of a socket.
+//
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "output.h"
+#include "shell_error.h"
+
+namespace tarvex::shell {
+
+class interpreter {
+ public:
+  interpreter() = default;
+  interpreter(const interpreter &) = delete;
+  interpreter &operator=(const interpreter &) = delete;
+  virtual ~interpreter() = default;
+
+  /// Runs one command. What goes wrong is told as an error of the output.
+  virtual exit_code run(std::string_view line, output &out) = 0;
+
+  /// Runs one command after the other, each of a line, to the first that does not end well; its error names the line.
+  exit_code run_script(std::string_view text, std::string_view name, output &out);
+
+  /// Words that can stand where the line ends; the last word of the line may have been begun.
+  virtual std::vector<std::string> completions(std::string_view line) = 0;
+
+  /// Ends the command that runs, at its next step. May be called from a signal handler or another thread.
+  virtual void interrupt() noexcept = 0;
+  /// Forgets an interrupt that came while no command ran. Who runs a command calls it ahead.
+  virtual void clear_interrupt() noexcept = 0;
+
+  /// Set by the command that ends a session.
+  bool ended = false;
+};
+
+}  // namespace tarvex::shell

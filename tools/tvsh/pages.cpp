@@ -1,0 +1,227 @@
+// The manual page and the completions, out of the program's options and the table of commands.
+//
+// SPDX-License-Identifier: Apache-2.0
+#include "pages.h"
+
+#include <array>
+
+#include "command.h"
+
+namespace tarvex::shell {
+
+namespace {
+
+std::string joined(const std::vector<std::string> &words, std::string_view between)
+{
+  std::string text;
+  for (const std::string &word : words) text.append(text.empty() ? "" : between).append(word);
+  return text;
+}
+
+std::string replaced(std::string_view text, std::string_view characters, std::string_view ahead)
+{
+  std::string result;
+  for (const char each : text) {
+    if (characters.find(each) != std::string_view::npos) result += ahead;
+    result += each;
+  }
+  return result;
+}
+
+/// Text of a manual page: hyphens that stay hyphens, and no line that looks like a request.
+std::string roff(std::string_view text)
+{
+  std::string result;
+  for (const char each : text) {
+    const bool at_start = result.empty() || result.back() == '\n';
+    if (at_start && (each == '.' || each == '\'')) result += "\\&";
+    switch (each) {
+      case '\\': result += "\\e"; break;
+      case '-': result += "\\-"; break;
+      case '\'': result += "\\(aq"; break;
+      case '^': result += "\\(ha"; break;
+      case '~': result += "\\(ti"; break;
+      default: result += each;
+    }
+  }
+  return result;
+}
+
+std::string without_indents(std::string_view text)
+{
+  std::string result;
+  for (const char each : text) {
+    if (each == '\n') {
+      result += ' ';
+    } else if (each != ' ' || result.empty() || result.back() != ' ') {
+      result += each;
+    }
+  }
+  return result;
+}
+
+void describe(std::string &page, const command &what)
+{
+  page += ".TP\n.B " + roff(what.name) + "\n";
+  if (!what.arguments.empty()) page += roff(without_indents(what.arguments)) + "\n.br\n";
+  page += roff(what.summary) + ".\n";
+  if (!what.details.empty()) page += roff(what.details) + "\n";
+  for (const std::string_view example : what.examples) page += ".br\n.RI \"\\ \\ \" \"" + roff(example) + "\"\n";
+}
+
+constexpr std::string_view page_head = R"(.TH TVSH 1 "@release_date@" "tarvex @PROJECT_VERSION@" "Switch control"
+.SH NAME
+tvsh \- a shell for the switch
+.SH SYNOPSIS
+.B tvsh
+.RI [ OPTION ]...
+.SH DESCRIPTION
+.B tvsh
+reads and writes the tables, action profiles, counters, meters and registers of the switch by name.
+On a terminal it asks for commands and completes what is begun;
+else it runs the commands that come on its input, to the first that does not end well.
+.SH OPTIONS
+)";
+
+constexpr std::string_view page_tail = R"(.SH EXIT STATUS
+.TP
+0
+done
+.TP
+1
+wrong use, or a value that cannot be
+.TP
+2
+the driver refused
+.TP
+3
+what was compared is not the same
+.TP
+4
+a file or a connection failed
+.TP
+130
+interrupted
+.SH ENVIRONMENT
+.TP
+.B NO_COLOR
+where it is set to anything, no colours are written
+.SH SEE ALSO
+.BR tarvex_pd (7)
+)";
+
+std::string names_of_options(const std::vector<program_option> &options)
+{
+  std::string all;
+  for (const program_option &option : options) all.append(all.empty() ? "" : " ").append(joined(option.names, " "));
+  return all;
+}
+
+constexpr std::string_view bash_words = R"(
+# Words of a command line within quotes: the first is a command, the shell for the switch knows what can follow.
+_tvsh_words() {
+  local line=$1 ahead=
+  case $line in
+    *' '*)
+      ahead="${line% *} "
+      mapfile -t COMPREPLY < <("${COMP_WORDS[0]}" --complete "$line" 2>/dev/null)
+      ;;
+    *) mapfile -t COMPREPLY < <(compgen -W "$_tvsh_commands" -- "$line") ;;
+  esac
+  COMPREPLY=("${COMPREPLY[@]/#/$ahead}")
+}
+
+_tvsh() {
+  local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
+  COMPREPLY=()
+  compopt -o nospace 2>/dev/null
+  case $previous in
+)";
+
+constexpr std::string_view bash_tail = R"(  esac
+  compopt +o nospace 2>/dev/null
+  mapfile -t COMPREPLY < <(compgen -W "$_tvsh_options" -- "$word")
+}
+
+complete -F _tvsh tvsh
+)";
+
+}  // namespace
+
+std::string manual_page(const std::vector<program_option> &options)
+{
+  static constexpr std::array<std::string_view, 5> titles = {"reading", "writing", "operating", "simulating",
+                                                             "the shell itself"};
+  std::string page(page_head);
+  for (const program_option &option : options) {
+    page += ".TP\n.BR \"" + roff(joined(option.names, ", ")) + "\"";
+    if (!option.argument.empty()) page += " \" \\fI" + roff(option.argument) + "\\fR\"";
+    page += "\n" + roff(option.description) + "\n";
+    if (!option.choices.empty()) page += "(" + roff(joined(option.choices, ", ")) + ")\n";
+  }
+  page += ".SH COMMANDS\n";
+  page += "Every command takes\n.B \\-j\n(JSON, where it reads),\n.B \\-\\-raw\n(hexadecimal),\n.B \\-\\-hw\n";
+  page += "(read the hardware) and\n.B \\-\\-dry\\-run\n(check only), and ends in\n.BR \"| include\" ,\n";
+  page += ".B | exclude\nor\n.BR \"| count\" .\n";
+  for (std::size_t group = 0; group < titles.size(); ++group) {
+    page += ".SS Commands: " + std::string(titles[group]) + "\n";
+    for (const command &each : commands()) {
+      if (each.group == static_cast<command_group>(group)) describe(page, each);
+    }
+  }
+  return page.append(page_tail);
+}
+
+std::string bash_completion(const std::vector<program_option> &options)
+{
+  std::string script = "# bash completion for tvsh, out of its options and its table of commands\n\n_tvsh_commands='";
+  for (const command &each : commands()) script.append(each.name).append(" ");
+  script.back() = '\'';
+  script += "\n_tvsh_options='" + names_of_options(options) + "'\n";
+  script += bash_words;
+  for (const program_option &option : options) {
+    if (option.argument.empty()) continue;
+    script += "    " + joined(option.names, " | ") + ")";
+    if (!option.choices.empty()) {
+      script += " mapfile -t COMPREPLY < <(compgen -W '" + joined(option.choices, " ") + "' -- \"$word\"); return ;;\n";
+    } else if (option.argument == "COMMAND") {
+      script += " _tvsh_words \"${word#[\\'\\\"]}\"; return ;;\n";
+    } else {
+      script += " compopt -o default 2>/dev/null; return ;;\n";
+    }
+  }
+  return script.append(bash_tail);
+}
+
+std::string zsh_completion(const std::vector<program_option> &options)
+{
+  std::string script = "#compdef tvsh\n# zsh completion for tvsh, out of its options and its table of commands\n\n";
+  script += "_tvsh_commands() {\n  local line=${(Q)PREFIX} ahead=\n  local -a words\n";
+  script += "  if [[ $line == *' '* ]]; then\n    ahead=\"${line% *} \"\n";
+  script += "    words=(${(f)\"$(${service:-tvsh} --complete $line 2>/dev/null)\"})\n";
+  script += "    compadd -S '' -- ${ahead}${^words}\n    return\n  fi\n  words=(\n";
+  for (const command &each : commands()) {
+    script += "    '" + std::string(each.name) + ":" + replaced(each.summary, "'", "'\\'") + "'\n";
+  }
+  script += "  )\n  _describe command words\n}\n\n_arguments -s \\\n";
+  for (const program_option &option : options) {
+    const bool twice = option.names.size() > 1;
+    const std::string names = joined(option.names, twice ? "," : "");
+    script += twice ? "  '(" + joined(option.names, " ") + ")'{" + names + "}'" : "  '" + names;
+    script += "[" + replaced(replaced(option.description, "[]:", "\\"), "'", "'\\'") + "]";
+    if (!option.argument.empty()) {
+      script += ":" + option.argument + ":";
+      if (!option.choices.empty()) {
+        script += "(" + joined(option.choices, " ") + ")";
+      } else if (option.argument == "COMMAND") {
+        script += "_tvsh_commands";
+      } else if (option.argument == "FILE") {
+        script += "_files";
+      }
+    }
+    script += "' \\\n";
+  }
+  return script.erase(script.size() - 3).append("\n");
+}
+
+}  // namespace tarvex::shell

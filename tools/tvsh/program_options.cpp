@@ -1,0 +1,96 @@
+// Declared once: for parsing, the manual page and the completions of other shells.
+//
+// SPDX-License-Identifier: Apache-2.0
+#include "program_options.h"
+
+namespace tarvex::shell {
+
+namespace {
+
+std::string joined(const std::vector<std::string> &words)
+{
+  std::string line;
+  for (const std::string &word : words) line += (line.empty() ? "" : " ") + word;
+  return line;
+}
+
+}  // namespace
+
+argument_parser::argument_parser()
+    : app_("A shell for the switch: reads and writes its tables by name. Without -c and -f it asks for commands.")
+{
+  app_.prefix_command();  // behind --attach SOCKET stands a command with options of its own
+  auto *const command =
+      app_.add_option("-c,--command", wanted_.command, "run one command, and end")->type_name("COMMAND");
+  app_.add_option("-f,--file", wanted_.script, "run the commands of a file ('-': of standard input) to the first error")
+      ->type_name("FILE")
+      ->excludes(command);
+  auto *const serve = app_.add_option("--serve", wanted_.served,
+                                      "serve a Unix socket for --attach until SIGTERM or Ctrl-C; -c or -f run ahead")
+                          ->type_name("SOCKET");
+  auto *const attach =
+      app_.add_option("--attach", wanted_.attached,
+                      "work on the switch of a program that serves the socket; words behind it are one command")
+          ->type_name("SOCKET")
+          ->excludes(serve);
+  app_.add_flag("-j,--json", wanted_.defaults.json, "reading commands write JSON");
+  app_.add_flag("--raw", wanted_.defaults.raw, "numbers and addresses in hexadecimal");
+  app_.add_flag("--hw", wanted_.defaults.hardware, "read the hardware, not the driver's copy");
+  app_.add_option("--device", wanted_.device, "the device to work on (attached: the server's)")
+      ->check(CLI::Range(0, 255))
+      ->capture_default_str();
+  app_.add_option("--session", wanted_.session, "the session with the driver")->capture_default_str()->excludes(attach);
+  auto *const driver =
+      app_.add_option("--driver", wanted_.driver, "a driver library to use instead of the stand-in switch")
+          ->type_name("FILE")
+          ->excludes(attach);
+  app_.add_option("--end-status", wanted_.statuses.walk_end,
+                  "the driver's status behind the last entry of a walk; else every status that comes with no handle")
+      ->type_name("STATUS")
+      ->needs(driver);
+  app_.add_option("--none-status", wanted_.statuses.no_entry,
+                  "the driver's status where a table has no default entry; else every status without a handle")
+      ->type_name("STATUS")
+      ->needs(driver);
+  app_.add_option("--color", wanted_.colour, "colours: auto (on a terminal, and not with NO_COLOR), always, never")
+      ->check(CLI::IsMember({"auto", "always", "never"}))
+      ->capture_default_str();
+  // Only what is installed with the program uses these: its pages are made by one, its completions ask the other.
+  app_.add_option("--page", wanted_.page)->check(CLI::IsMember({"man", "bash", "zsh"}))->group("");
+  app_.add_option("--complete", wanted_.begun)->group("");
+}
+
+program_options argument_parser::parse(int argc, char **argv)
+{
+  app_.parse(argc, argv);
+  wanted_.device_given = app_.count("--device") != 0;
+  const std::vector<std::string> words = app_.remaining();
+  if (words.empty()) return wanted_;
+  const bool allowed = wanted_.attached && !wanted_.command && !wanted_.script && !words[0].starts_with('-');
+  if (!allowed) throw CLI::ExtrasError(words);
+  wanted_.command = joined(words);
+  return wanted_;
+}
+
+std::vector<program_option> argument_parser::shown_options() const
+{
+  std::vector<program_option> shown;
+  for (const CLI::Option *const option : app_.get_options()) {
+    if (option->get_group().empty()) continue;
+    program_option each;
+    for (const std::string &name : option->get_snames()) each.names.push_back('-' + name);
+    for (const std::string &name : option->get_lnames()) each.names.push_back("--" + name);
+    each.description = option->get_description();
+    if (option->get_type_size() != 0) {
+      const std::string type = option->get_type_name();  // "TEXT:{auto,always,never}", where words are checked
+      each.argument = type.substr(0, type.find(':'));
+      if (const std::size_t open = type.find('{'); open != std::string::npos) {
+        each.choices = CLI::detail::split(type.substr(open + 1, type.find('}') - open - 1), ',');
+      }
+    }
+    shown.push_back(std::move(each));
+  }
+  return shown;
+}
+
+}  // namespace tarvex::shell

@@ -1,0 +1,183 @@
+// Frames of the server, handed to an output.
+//
+// SPDX-License-Identifier: Apache-2.0
+#include "remote_session.h"
+
+#include <signal.h>
+#include <sys/socket.h>
+
+#include <array>
+#include <cerrno>
+#include <charconv>
+
+#include "connection.h"
+
+namespace tarvex::shell {
+
+namespace {
+
+/// A number at the start of the text, which is taken off with the blank behind it.
+std::uint64_t take_number(std::string_view &text)
+{
+  std::uint64_t value = 0;
+  const char *const end = std::from_chars(text.data(), text.data() + text.size(), value).ptr;
+  if (end == text.data()) throw protocol_error("a number is missing");
+  text.remove_prefix(static_cast<std::size_t>(end - text.data()));
+  if (text.starts_with(' ')) text.remove_prefix(1);
+  return value;
+}
+
+/// Gives an output whole lines of data that comes in parts.
+class line_joiner {
+ public:
+  explicit line_joiner(output &out) : out_(out) {}
+
+  void add(std::string_view data)
+  {
+    for (;;) {
+      const std::size_t end = data.find('\n');
+      if (end == std::string_view::npos) break;
+      out_.line(begun_.empty() ? data.substr(0, end) : std::string_view(begun_.append(data.substr(0, end))));
+      begun_.clear();
+      data.remove_prefix(end + 1);
+    }
+    begun_ += data;
+  }
+
+ private:
+  output &out_;
+  std::string begun_;
+};
+
+void show_progress(std::string_view text, output &out)
+{
+  const std::uint64_t done = take_number(text);
+  const std::uint64_t total = take_number(text);
+  out.progress(text, done, total);
+}
+
+}  // namespace
+
+remote_session::remote_session(const std::string &path, const client_hello &hello)
+    : path_(path), socket_(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0))
+{
+  const sockaddr_un address = socket_address(path);
+  if (!socket_ || connect(socket_.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0) {
+    const std::string hint = errno == ENOENT || errno == ECONNREFUSED ? "; 'tvsh --serve' begins to serve one" : "";
+    throw file_error(system_error_text(path, "cannot be attached to") + hint);
+  }
+  try {
+    send(frame_kind::hello, written(hello));
+  } catch (const shell_error &) {
+    // A server that takes no more clients closes at once; why, can still be read.
+  }
+  const frame answer = next();
+  if (answer.kind != frame_kind::hello) fail("it does not greet");
+  try {
+    server_ = parse_server_hello(answer.payload);
+    greeted_ = true;
+  } catch (const protocol_error &error) {
+    fail(error.what());
+  }
+}
+
+void remote_session::fail(const std::string &why) const { throw file_error(path_ + ": " + why); }
+
+void remote_session::send(frame_kind kind, std::string_view payload)
+{
+  // No interrupt may get into the middle of a frame.
+  sigset_t interrupt;
+  sigset_t before;
+  sigemptyset(&interrupt);
+  sigaddset(&interrupt, SIGINT);
+  pthread_sigmask(SIG_BLOCK, &interrupt, &before);
+  bool lost = false;
+  try {
+    send_all(socket_.get(), encoded(kind, payload));
+  } catch (const connection_lost &) {
+    lost = true;
+  }
+  pthread_sigmask(SIG_SETMASK, &before, nullptr);
+  if (lost) fail("the server has gone away");
+}
+
+frame remote_session::next()
+{
+  std::array<char, 65536> bytes;
+  for (;;) {
+    try {
+      if (const auto whole = decoder_.next()) {
+        if (whole->kind == frame_kind::error && !greeted_) fail(std::string(whole->payload));
+        return *whole;
+      }
+    } catch (const protocol_error &error) {
+      fail(std::string("is no shell's socket: ") + error.what());
+    }
+    const ssize_t got = recv(socket_.get(), bytes.data(), bytes.size(), 0);
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0) fail("the server has gone away");
+    decoder_.add({bytes.data(), static_cast<std::size_t>(got)});
+  }
+}
+
+void remote_session::interrupt() noexcept
+{
+  // From a signal handler: nothing but a system call. The frame is five bytes, which go whole or not at all.
+  static constexpr std::array<char, 5> frame = {0, 0, 0, 0, static_cast<char>(frame_kind::interrupt)};
+  ::send(socket_.get(), frame.data(), frame.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+}
+
+exit_code remote_session::read_end(std::string_view text)
+{
+  const std::uint64_t code = take_number(text);
+  if (code > 255) throw protocol_error("an exit code is too large");
+  ended = text == "ended";
+  return static_cast<exit_code>(code);
+}
+
+exit_code remote_session::run(std::string_view line, output &out)
+{
+  if (line.size() > most_request || line.find('\0') != std::string_view::npos ||
+      line.find('\n') != std::string_view::npos) {
+    out.error("a command is one line of at most " + std::to_string(most_request) + " bytes");
+    return exit_code::usage;
+  }
+  send(frame_kind::run, line);
+  line_joiner lines(out);
+  try {
+    for (;;) {
+      const frame each = next();
+      switch (each.kind) {
+        case frame_kind::heading: out.heading(each.payload); break;
+        case frame_kind::lines:
+          lines.add(each.payload);
+          out.flush();
+          break;
+        case frame_kind::note: out.note(each.payload); break;
+        case frame_kind::error: out.error(each.payload); break;
+        case frame_kind::progress: show_progress(each.payload, out); break;
+        case frame_kind::end: return read_end(each.payload);
+        default: throw protocol_error("a frame is none that answers a command");
+      }
+    }
+  } catch (const protocol_error &error) {
+    fail(error.what());
+  }
+}
+
+std::vector<std::string> remote_session::completions(std::string_view line)
+{
+  if (line.size() > most_request || line.find('\n') != std::string_view::npos) return {};
+  send(frame_kind::complete, line);
+  const frame answer = next();
+  if (answer.kind != frame_kind::words) fail("a frame is none that answers a request for words");
+  std::vector<std::string> words;
+  for (std::string_view rest = answer.payload; !rest.empty();) {
+    const std::size_t end = rest.find('\n');
+    words.emplace_back(rest.substr(0, end));
+    rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
+  }
+  return words;
+}
+
+}  // namespace tarvex::shell

@@ -1,0 +1,201 @@
+// Commands on the whole state: save, load, diff, apply, and let, which names what a script of theirs refers to.
+//
+// SPDX-License-Identifier: Apache-2.0
+#include <array>
+
+#include "commands.h"
+#include "entry_words.h"
+#include "handle_walk.h"
+#include "live_state.h"
+#include "report.h"
+#include "session.h"
+#include "state_difference.h"
+#include "state_file.h"
+#include "state_loader.h"
+#include "value_text.h"
+
+namespace tarvex::shell {
+
+namespace {
+
+constexpr std::string_view live_name = "live";
+
+/// Words behind the files: flags, and cells=N.
+struct state_words {
+  live_reading reading;
+  bool flag = false;
+};
+
+state_words parse_state_words(const invocation &call, std::size_t from, std::string_view flag)
+{
+  static constexpr std::array<std::string_view, 1> allowed = {"cells"};
+  state_words words;
+  std::vector<std::string> rest;
+  for (std::size_t at = from; at < call.words.size(); ++at) {
+    if (call.words[at] == flag && !flag.empty()) {
+      words.flag = true;
+    } else if (assignment_of(call.words[at])) {
+      rest.push_back(call.words[at]);
+    } else {
+      throw argument_error("'" + call.words[at] + "' is one word too many");
+    }
+  }
+  const own_words own = parse_own_words(rest, allowed);
+  if (const auto cells = own.number("cells", 32)) words.reading.cells = static_cast<std::uint32_t>(*cells);
+  return words;
+}
+
+reading_progress progress_of(const invocation &call, std::string_view label)
+{
+  return [&call, label](std::uint64_t done, std::uint64_t total) {
+    call.shell.check_interrupt();
+    call.out.progress(label, done, total);
+  };
+}
+
+/// The state of a file, or of the live switch.
+void read_state(const invocation &call, const std::string &name, const live_reading &reading, state_visitor &to)
+{
+  if (name == live_name) {
+    read_live_state(call, reading, to);
+  } else {
+    file_place at;
+    read_state_file(call.path(name), to, at, progress_of(call, "reading"));
+  }
+}
+
+/// Takes what commands of a script show; errors pass.
+class quiet_output : public output {
+ public:
+  explicit quiet_output(output &to) : to_(to) {}
+
+  void heading(std::string_view) override {}
+  void line(std::string_view) override {}
+  void note(std::string_view) override {}
+  void error(std::string_view text) override { to_.error(text); }
+  void progress(std::string_view, std::uint64_t, std::uint64_t) override {}
+
+ private:
+  output &to_;
+};
+
+void show_operations(const invocation &call, const std::vector<std::string> &operations)
+{
+  if (!call.chosen.json) {  // a script as it stands
+    for (const std::string &each : operations) call.out.line(each);
+    return;
+  }
+  report rows(call.out, call.chosen, "operations", {{"command"}});
+  for (const std::string &each : operations) rows.cell(each).end_row();
+  rows.finish();
+}
+
+std::vector<std::string> operations_between(const invocation &call, const std::string &from, const std::string &to,
+                                            const state_words &words)
+{
+  state_model there(words.flag);
+  state_model wanted(words.flag);
+  read_state(call, from, words.reading, there);
+  read_state(call, to, words.reading, wanted);
+  return difference(there, wanted, from == live_name);
+}
+
+}  // namespace
+
+exit_code save_state(const invocation &call)
+{
+  const std::string file = call.path(call.word(0, "FILE"));
+  const state_words words = parse_state_words(call, 1, "");
+  if (call.only_checked("saving to " + file)) return exit_code::ok;
+  replaced_file to(file);
+  state_file_writer writer(to);
+  read_live_state(call, words.reading, writer);
+  writer.finish();
+  to.keep();
+  call.out.line(std::to_string(writer.entries()) + " entries saved to " + file);
+  tell_what_was_remembered(call);
+  return exit_code::ok;
+}
+
+exit_code load_state(const invocation &call)
+{
+  const std::string file = call.path(call.word(0, "FILE"));
+  const state_words words = parse_state_words(call, 1, "replace");
+  file_place at;
+  state_counter counter;
+  read_state_file(file, counter, at, progress_of(call, "checking"));
+  if (!words.flag && holds_state(call)) {
+    throw usage_error(
+        "the switch holds entries, members or groups already: 'load FILE replace' takes them off first, "
+        "and 'apply FILE' changes only what differs");
+  }
+  if (call.only_checked("loading " + counter.counts.text())) return exit_code::ok;
+  clear_state(call, words.reading.cells);
+  state_loader loader(call);
+  try {
+    read_state_file(file, loader, at, progress_of(call, "loading"));
+  } catch (const shell_error &error) {
+    throw shell_error(error.code(), at.text() + error.what() + "; the switch holds what stands ahead of it: " +
+                                        loader.written.text() + " of " + counter.counts.text());
+  }
+  call.out.line("loaded " + loader.written.text());
+  return exit_code::ok;
+}
+
+exit_code compare_states(const invocation &call)
+{
+  const std::string &from = call.word(0, "A");
+  const std::string &to = call.word(1, "B");
+  const auto operations = operations_between(call, from, to, parse_state_words(call, 2, "counts"));
+  show_operations(call, operations);
+  return operations.empty() ? exit_code::ok : exit_code::differences;
+}
+
+exit_code apply_state(const invocation &call)
+{
+  const std::string &file = call.word(0, "FILE");
+  const auto operations = operations_between(call, std::string(live_name), file, parse_state_words(call, 1, "counts"));
+  if (call.chosen.dry_run) {
+    show_operations(call, operations);
+    return exit_code::ok;
+  }
+  quiet_output quiet(call.out);
+  std::size_t done = 0;
+  for (const std::string &each : operations) {
+    call.shell.check_interrupt();
+    if (const exit_code code = call.shell.run(each, quiet); code != exit_code::ok) {
+      throw shell_error(code, std::to_string(done) + " of " + std::to_string(operations.size()) +
+                                  " operations were made; stopped at: " + each);
+    }
+    if (++done % 256 == 0) call.out.progress("applying", done, operations.size());
+  }
+  call.out.line(std::to_string(done) + (done == 1 ? " operation" : " operations"));
+  return exit_code::ok;
+}
+
+exit_code name_handle(const invocation &call)
+{
+  call.expect_at_most(4);
+  const std::string &name = call.word(0, "NAME");
+  session::require_name(name);
+  const std::string &kind = call.word(1, "member|group");
+  if (kind != "member" && kind != "group") throw usage_error("'" + kind + "' is neither member nor group");
+  const profile_info &profile = profile_named(call.word(2, "PROFILE"));
+  const std::uint64_t position = parse_number(call.word(3, "POSITION"), "position, from 1 on", 32);
+  handle_walk walk =
+      kind == "member" ? handle_walk::members(profile, call.where()) : handle_walk::groups(profile, call.where());
+  std::optional<std::uint32_t> handle;
+  for (std::uint64_t at = 0; at < position; ++at) {
+    call.shell.check_interrupt();
+    handle = walk.next();
+    if (!handle) break;
+  }
+  if (!handle) {
+    throw usage_error(std::string(profile.name) + " has no " + kind + " at position " + std::to_string(position));
+  }
+  call.shell.names[name] = *handle;
+  call.out.line(kind + ' ' + std::to_string(*handle));
+  return exit_code::ok;
+}
+
+}  // namespace tarvex::shell

@@ -1,0 +1,87 @@
+// Writes a state to the live switch.
+//
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+
+#include "invocation.h"
+#include "switch_state.h"
+
+namespace tarvex::shell {
+
+/// What a state holds or what of it was written.
+struct state_counts {
+  std::uint64_t members = 0;
+  std::uint64_t groups = 0;
+  std::uint64_t entries = 0;
+  std::uint64_t defaults = 0;
+  std::uint64_t settings = 0;  // everything else
+
+  /// "5 members, 2 groups, 100 entries, 1 default entry, 8 settings"
+  std::string text() const;
+};
+
+/// Counts, and writes nothing.
+class state_counter : public state_visitor {
+ public:
+  void member(const profile_info &, const profile_member &) override { ++counts.members; }
+  void group(const profile_info &, const profile_group &) override { ++counts.groups; }
+  void fallback(const profile_info &, std::uint32_t) override { ++counts.settings; }
+  void idle(const table_info &, const idle_setting &) override { ++counts.settings; }
+  void default_entry(const table_info &, const entry_state &) override { ++counts.defaults; }
+  void entry(const table_info &, const entry_state &) override { ++counts.entries; }
+  void cell(const resource_info &, const cell_state &) override { ++counts.settings; }
+  void hash(const hash_info &, const hash_state &) override { ++counts.settings; }
+  void value_set(const value_set_entry &) override { ++counts.settings; }
+  void learning_timeout(std::uint32_t) override { ++counts.settings; }
+
+  state_counts counts;
+};
+
+/// Members and groups get the handles that the switch gives them; what refers to them follows. All throw refused_error.
+class state_loader : public state_visitor {
+ public:
+  explicit state_loader(const invocation &call) : call_(call) {}
+
+  void member(const profile_info &profile, const profile_member &state) override;
+  void group(const profile_info &profile, const profile_group &state) override;
+  void fallback(const profile_info &profile, std::uint32_t member) override;
+  void idle(const table_info &table, const idle_setting &setting) override;
+  void default_entry(const table_info &table, const entry_state &state) override;
+  void entry(const table_info &table, const entry_state &state) override;
+  void cell(const resource_info &resource, const cell_state &state) override;
+  void hash(const hash_info &hash, const hash_state &state) override;
+  void value_set(const value_set_entry &entry) override;
+  void learning_timeout(std::uint32_t timeout) override;
+
+  state_counts written;
+
+ private:
+  struct handles {
+    std::map<std::uint32_t, std::uint32_t> members;
+    std::map<std::uint32_t, std::uint32_t> groups;
+  };
+
+  /// The call that writes, prepared once for each function.
+  function_call &call_of(const exported_function &function);
+  std::uint32_t write_entry(const table_info &table, const entry_state &state, family_id direct, family_id indirect,
+                            const char *what);
+
+  const invocation &call_;
+  std::map<const profile_info *, handles> handles_;
+  std::map<const exported_function *, std::unique_ptr<function_call>> calls_;
+  const table_info *table_ = nullptr;  // of the latest calls
+  std::map<const action_info *, function_call *> of_actions_;
+};
+
+/// Whether the switch holds an entry, a default entry, a member or a group.
+bool holds_state(const invocation &call);
+
+/// Takes everything off the switch that a state can hold: entries, groups and members in the reverse order of how they
+/// are written. `cells`: as in a reading of the live state. Throws refused_error.
+void clear_state(const invocation &call, std::uint32_t cells);
+
+}  // namespace tarvex::shell
