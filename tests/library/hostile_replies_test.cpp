@@ -104,7 +104,7 @@ std::uint64_t spoilt_answer(nonsense &any, const plausible_call &call, const rec
     if (asked.at<pd_res_spec_t *>(4) != nullptr) asked.at<std::uint32_t>(3) = 1;
   } else if (name == "pipe_stful_query_get_sizes") {
     // Rooms small enough to be had; larger ones are refused by the allocator.
-    for (const std::size_t at : {3, 4}) asked.at<std::int32_t>(at) = static_cast<std::int32_t>(any.number() % 9) - 2;
+    for (const std::size_t at : {3U, 4U}) asked.at<std::int32_t>(at) = static_cast<std::int32_t>(any.number() % 9) - 2;
   } else if (name == "pipe_stful_ent_query" && call.function().family == register_read) {
     spoil(any, asked.at<drv_stful_query_t>(4), 1);
   } else if (name == "pipe_stful_ent_query_range") {
