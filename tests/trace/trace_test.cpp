@@ -1,10 +1,13 @@
 // What a trace says of the calls that the library makes for the shell's commands, and what it makes of a fresh switch.
 //
 // SPDX-License-Identifier: Apache-2.0
+#include <unistd.h>
+
 #include <algorithm>
-#include <cstdlib>
+#include <atomic>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <nlohmann/json.hpp>
 #include <regex>
 #include <thread>
@@ -138,6 +141,38 @@ extern "C" void count_within(std::uint32_t, std::uint32_t table, std::uint32_t, 
 {
   std::uint32_t count = 0;
   pipe_mgr_get_entry_count(1, pd_dev_tgt(0, 0xffff), table, 0, &count);
+}
+
+TEST_F(trace_test, the_latest_calls_are_kept)
+{
+  lines_of("trace on");
+  const std::string notes = run("load-routes " TARVEX_SOURCE_DIR "/data/routes_small.txt.gz").notes;
+  EXPECT_TRUE(notes.starts_with("10790 earlier calls are not kept")) << notes.substr(0, 100);
+  EXPECT_EQ(std::ranges::count(notes, '\n'), 10'001);
+  EXPECT_EQ(lines_of("trace"), "on, " + std::to_string(tarvex_trace_calls()) + " calls traced so far\n");
+}
+
+// Calls of the whole program show as they are made, until the interrupt.
+TEST_F(trace_test, a_session_follows_the_calls)
+{
+  struct impatient : caught_output {
+    explicit impatient(session &of) : shell(of) {}
+    void line(std::string_view text) override
+    {
+      caught_output::line(text);
+      shell.interrupt();
+    }
+    session &shell;
+  } out(shell);
+  std::atomic<bool> ended = false;
+  std::thread program([&] {
+    while (!ended) count_within(0, 0x100000a, 0, 0, nullptr, nullptr);
+  });
+  EXPECT_EQ(shell.run("trace follow", out), exit_code::interrupted);
+  ended = true;
+  program.join();
+  EXPECT_EQ(settled(out.lines).find("pipe_mgr_get_entry_count("), 0u);
+  EXPECT_EQ(tarvex_trace_runs(), 0);
 }
 
 TEST_F(trace_test, calls_within_calls_are_told_in_two_lines)

@@ -52,13 +52,14 @@ class agent {
     return TV_AGENT_OK;
   }
 
-  tv_agent_status_t stop()
+  /// Whether it ran. At the program's end, too, when what belongs to threads is gone.
+  bool stop()
   {
     const std::lock_guard lock(mutex_);
     drop_inherited();
     const bool ran = server_ != nullptr;
     server_.reset();
-    return ran ? TV_AGENT_OK : failed(TV_AGENT_NOT_RUNNING, "the agent does not run");
+    return ran;
   }
 
   bool running()
@@ -122,7 +123,8 @@ tv_agent_status_t tv_agent_start_with(const tv_agent_settings_t *settings)
 
 tv_agent_status_t tv_agent_stop(void)
 {
-  return guarded_call([] { return the_agent.stop(); });
+  return guarded_call(
+      [] { return the_agent.stop() ? TV_AGENT_OK : failed(TV_AGENT_NOT_RUNNING, "the agent does not run"); });
 }
 
 int tv_agent_running(void) { return the_agent.running() ? 1 : 0; }
