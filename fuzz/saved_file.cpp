@@ -48,14 +48,14 @@ class file_tester {
     session.folder = folder_;
     std::ofstream(folder_ / "given", std::ios::binary) << text;
     told_output out;
-    const shell::exit_code code = session.run("load given", out);
+    const shell::exit_code code = session.run("load given cells=8", out);
     require((code == shell::exit_code::ok) == out.errors.empty(), "what goes wrong is told, and nothing else");
     if (code == shell::exit_code::ok) {
-      run(session, "save first");
-      run(session, "load first replace");
-      run(session, "save second");
+      run(session, "save first cells=8");
+      run(session, "load first replace cells=8");
+      run(session, "save second cells=8");
       require(text_of("first") == text_of("second"), "what is saved and loaded is saved as the same file");
-      run(session, "diff live given counts");
+      run(session, "diff live given counts cells=8");
     } else if (code == shell::exit_code::file) {
       told_output count;
       session.run("count", count);

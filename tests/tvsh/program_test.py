@@ -12,7 +12,7 @@ import tempfile
 import pexpect
 
 import shell_program
-from shell_program import FOLDER, expect, spawn
+from shell_program import FOLDER, expect, interrupt_dump, spawn
 
 TVSH = sys.argv[1]
 
@@ -85,13 +85,7 @@ def interrupts():
         file.flush()
         shell.sendline(f"load-routes {file.name}")
         shell.expect("25344 routes")
-    shell.sendline("dump ipv4FinalResolve")
-    shell.expect("setNextHop")
-    shell.sendintr()
-    shell.expect("interrupted")
-    shell.expect("tvsh> ")
-    shell.sendline("count ipv4FinalResolve")
-    shell.expect("ipv4FinalResolve +25344")
+    interrupt_dump(shell, 25344)
     shell.sendeof()
     shell.expect(pexpect.EOF)
 

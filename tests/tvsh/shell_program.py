@@ -39,6 +39,17 @@ def spawn(*arguments, term="xterm", cwd=None, **extra):
                          encoding="utf-8", timeout=60, dimensions=(50, 250))
 
 
+def interrupt_dump(shell, entries):
+    """Ctrl-C ends a command at the prompt, and the session goes on."""
+    shell.sendline("dump ipv4FinalResolve")
+    shell.expect("setNextHop")
+    shell.sendintr()
+    shell.expect("interrupted")
+    shell.expect("tvsh> ")
+    shell.sendline("count ipv4FinalResolve")
+    shell.expect(f"ipv4FinalResolve +{entries}")
+
+
 def eventually(what, condition):
     """Other processes take their time; the limit is for those that hang."""
     for _ in range(1200):

@@ -75,6 +75,11 @@ tvsh \- a shell for the switch
 .SH SYNOPSIS
 .B tvsh
 .RI [ OPTION ]...
+.br
+.B tvsh
+.RI [ OPTION ]...
+.B \-\-attach
+.IR SOCKET " [" COMMAND ...]
 .SH DESCRIPTION
 .B tvsh
 reads and writes the tables, action profiles, counters, meters and registers of the switch by name.

@@ -130,12 +130,19 @@ exit_code load_state(const invocation &call)
         "and 'apply FILE' changes only what differs");
   }
   if (call.only_checked("loading " + counter.counts.text())) return exit_code::ok;
-  clear_state(call, words.reading.cells);
+  try {
+    clear_state(call, words.reading.cells);
+  } catch (const shell_error &error) {
+    throw shell_error(
+        error.code(),
+        std::string(error.what()) + "; some of what the switch held is gone, and nothing of " + file + " was written");
+  }
   state_loader loader(call);
   try {
     read_state_file(file, loader, at, progress_of(call, "loading"));
   } catch (const shell_error &error) {
-    throw shell_error(error.code(), at.text() + error.what() + "; the switch holds what stands ahead of it: " +
+    const std::string place = error.code() == exit_code::file ? "" : at.text();  // that of a bad file is told already
+    throw shell_error(error.code(), place + error.what() + "; the switch holds what stands ahead of it: " +
                                         loader.written.text() + " of " + counter.counts.text());
   }
   call.out.line("loaded " + loader.written.text());

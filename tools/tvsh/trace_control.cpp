@@ -3,30 +3,19 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "trace_control.h"
 
-#include <dlfcn.h>
-
+#include "process_symbol.h"
 #include "shell_error.h"
 
 namespace tarvex::shell {
 
-namespace {
-
-template <typename Function>
-bool look_up(Function &to, const char *name)
-{
-  to = reinterpret_cast<Function>(dlsym(RTLD_DEFAULT, name));
-  return to != nullptr;
-}
-
-}  // namespace
-
 const trace_control *find_trace()
 {
   static trace_control all{};
-  static const bool found = look_up(all.to_file, "tarvex_trace_to_file") &&
-                            look_up(all.to_function, "tarvex_trace_to_function") &&
-                            look_up(all.flush, "tarvex_trace_flush") && look_up(all.stop, "tarvex_trace_stop") &&
-                            look_up(all.runs, "tarvex_trace_runs") && look_up(all.calls, "tarvex_trace_calls");
+  static const bool found =
+      find_in_process(all.to_file, "tarvex_trace_to_file") &&
+      find_in_process(all.to_function, "tarvex_trace_to_function") &&
+      find_in_process(all.flush, "tarvex_trace_flush") && find_in_process(all.stop, "tarvex_trace_stop") &&
+      find_in_process(all.runs, "tarvex_trace_runs") && find_in_process(all.calls, "tarvex_trace_calls");
   return found ? &all : nullptr;
 }
 
