@@ -96,7 +96,7 @@ bool points(argument_kind kind)
 std::int32_t indent_for(byte_source &input)
 {
   constexpr std::int32_t ends[] = {INT32_MAX, INT32_MIN, INT32_MIN + 1};
-  return input.now_and_then(8) ? input.one_of(ends) : input.in_range(-600, 600);
+  return input.now_and_then(8) ? input.one_of(ends) : input.in_range(-9000, 9000);
 }
 
 }  // namespace
