@@ -29,9 +29,10 @@ def output_of(*command, **options):
 class Measurement:
     """The parts, each a method that gives its figures."""
 
-    def __init__(self, build, quick):
+    def __init__(self, build, quick, routes):
         self.build = build
         self.quick = quick
+        self.routes = routes
 
     def program(self, name):
         """Path of a benchmark program."""
@@ -119,6 +120,13 @@ class Measurement:
                    for way in ("library", "driver")}
         return {"fills": fills, "own_instructions": own, "writers": writers}
 
+    def shell(self):
+        """The start of the shell, and its work on a routing table."""
+        with tempfile.NamedTemporaryFile(mode="r", suffix=".json") as figures:
+            output_of(sys.executable, REPOSITORY / "bench/tvsh/shell_speed.py", self.build / "tools/tvsh/tvsh",
+                      self.routes, "--runs", 1 if self.quick else 5, "--json", figures.name)
+            return json.load(figures)
+
     def build_times(self):
         """A clean build of everything, its tests, and a build after a change of one row, without any cache."""
         figures = {}
@@ -167,10 +175,12 @@ def main():
     parser.add_argument("--build", type=pathlib.Path, required=True)
     parser.add_argument("--results", type=pathlib.Path, required=True)
     parser.add_argument("--quick", action="store_true")
-    parser.add_argument("part", choices=["instructions", "limit", "yardsticks", "texts", "start", "scale", "build"])
+    parser.add_argument("--routes", type=pathlib.Path, required=True, help="a routing table for the shell")
+    parser.add_argument("part", choices=["instructions", "limit", "yardsticks", "texts", "start", "scale", "shell",
+                                         "build"])
     asked = parser.parse_args()
 
-    measurement = Measurement(asked.build.resolve(), asked.quick)
+    measurement = Measurement(asked.build.resolve(), asked.quick, asked.routes.resolve())
     on = machine()
     figures = measurement.build_times() if asked.part == "build" else getattr(measurement, asked.part)()
     results = json.loads(asked.results.read_text(encoding="utf-8")) if asked.results.exists() else {}

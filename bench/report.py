@@ -147,6 +147,20 @@ def scale(report, figures):
                beside <= 1.15, f"{ratios['library']:.2f} with, {ratios['driver']:.2f} without: {beside:.2f}")
 
 
+def shell(report, figures):
+    report.add("## Shell", f"`tvsh` in a process of its own, with the routes of `{figures['routes']}`: the best of some "
+               "runs. Of what works on a table that another command has loaded, the figures are those without the load. "
+               f"The saved file has {figures['file_bytes'] / 1e6:.1f} MB.")
+    report.table(["command", "seconds", "processor seconds", "MB of memory"],
+                 [(name, f"{elapsed:.3f}", f"{processor:.3f}", f"{megabytes:.1f}")
+                  for name, (elapsed, processor, megabytes) in figures["figures"].items()])
+    for name, most in figures["aims"].items():
+        elapsed = figures["figures"][name][0]
+        report.bar(f"{name} in {most:g} s", elapsed <= most, f"{elapsed:.3f} s")
+    largest = max(figures["figures"][f"dump as {form}"][2] for form in ("text", "JSON"))
+    report.bar("memory does not grow with what is dumped", largest < 5, f"{largest:.1f} MB")
+
+
 def build(report, figures):
     report.add("## Build", "Everything, without a compiler cache.")
     report.table(["step", "seconds", "processor seconds"],
@@ -156,7 +170,7 @@ def build(report, figures):
             report.bar(f"{step} under {most} s", figures[step]["seconds"] < most, f"{figures[step]['seconds']:.0f} s")
 
 
-PARTS = [instructions, limit, yardsticks, texts, start, scale, build]
+PARTS = [instructions, limit, yardsticks, texts, start, scale, shell, build]
 
 
 def main():

@@ -77,7 +77,8 @@ def main():
         print(f"{name:14}{elapsed:10.3f}{processor:11.3f}{told}{megabytes:9.1f}")
     print(f"saved file: {size / 1e6:.1f} MB")
     if chosen.json:
-        chosen.json.write_text(json.dumps({"figures": figures, "file_bytes": size}, indent=1) + "\n", encoding="utf-8")
+        told = {"routes": os.path.basename(chosen.routes), "figures": figures, "aims": AIMS, "file_bytes": size}
+        chosen.json.write_text(json.dumps(told, indent=1) + "\n", encoding="utf-8")
 
 
 if __name__ == "__main__":

@@ -5,6 +5,9 @@
  *
  *   control_plane /run/user/1000/switch &
  *   tvsh --attach /run/user/1000/switch dump ipv4Host
+ *   tvsh --attach /run/user/1000/switch trace calls.txt
+ *
+ * The last one has the program's driver calls written down: it is linked with the trace ahead of library and driver.
  *
  * SPDX-License-Identifier: Apache-2.0
  */

@@ -5,6 +5,8 @@
     ```console bare      the same, on a bare machine only (--bare): it installs packages
     ```c route.c         a file, written into the folder where the sessions run; any language and name will do
     ```tvsh              a session of tvsh: lines behind 'tvsh> ' are its commands, the others what they print
+    ```tvsh --attach S   the same, each command by a tvsh with these options
+    ```tvsh quotes PAGE  lines that stand in one session of another page so, which runs them
     ```sh                lines for a person to run, of scripts/demo and scripts/test alone
 
 A document's sessions run one after the other in one shell, in an empty folder. In what is printed '[...]' stands for
@@ -13,12 +15,14 @@ file or a heading has to lead somewhere.
 """
 # SPDX-License-Identifier: Apache-2.0
 import argparse
+import contextlib
 import difflib
 import os
 import pathlib
 import re
 import secrets
 import shlex
+import signal
 import subprocess
 import sys
 import tempfile
@@ -94,7 +98,8 @@ class Shell:
 
     def __init__(self, command, environment, folder):
         self.process = subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
-                                        stderr=subprocess.STDOUT, text=True, env=environment, cwd=folder)
+                                        stderr=subprocess.STDOUT, text=True, env=environment, cwd=folder,
+                                        start_new_session=True)
 
     def run(self, text):
         """What the text prints, and its exit code."""
@@ -119,12 +124,38 @@ class Shell:
             raise Wrong(f"'{text}': exit code {status}\n{printed}")
 
     def end(self):
+        """Ends it, and what still runs in its background."""
         self.process.stdin.close()
         self.process.wait()
+        with contextlib.suppress(ProcessLookupError):
+            os.killpg(self.process.pid, signal.SIGTERM)
 
 
-def run_block(shell, number, words, lines, bare):
-    """Runs a block and gives how many things were compared."""
+def run_tvsh(shell, number, options, sessions):
+    """Commands of the shell for the switch: one session, or where it is attached to a program, one for each."""
+    if options:
+        for at, command, expected in sessions:
+            printed, _ = shell.run(shlex.join(["tvsh", *options, "-c", command]))
+            compare(at, command, expected, printed)
+        return
+    shell.write(".tvsh_commands", [command for _, command, _ in sessions])
+    printed, _ = shell.run("tvsh -f - <.tvsh_commands; rm .tvsh_commands")
+    compare(number, "tvsh", [line for _, _, expected in sessions for line in expected], printed)
+
+
+def check_quotation(number, lines, document):
+    """What is quoted has to stand in one block of the document, which is run there."""
+    if not document.exists():
+        raise Wrong(f"line {number}: '{document.name}' is quoted, and not there")
+    for _, words, there in blocks_of(document.read_text()):
+        if words[:1] == ["tvsh"] and words[1:2] != ["quotes"]:
+            if any(there[at:at + len(lines)] == lines for at in range(len(there))):
+                return
+    raise Wrong(f"line {number}: no session of {document.name} goes like this")
+
+
+def run_block(shell, number, words, lines, bare, folder):
+    """Runs a block of a document in a folder, and gives how many things were compared."""
     kind = words[0] if words else ""
     if kind == "console":
         if words[1:] not in ([], ["bare"]):
@@ -138,11 +169,12 @@ def run_block(shell, number, words, lines, bare):
             if status != 0 and not expected:
                 raise Wrong(f"line {at}: '{command}' has the exit code {status}")
         return len(sessions)
+    if kind == "tvsh" and words[1:2] == ["quotes"] and len(words) == 3:
+        check_quotation(number, lines, folder / words[2])
+        return 1
     if kind == "tvsh":
         sessions = sessions_of(number, lines, SHELL_PROMPT)
-        shell.write(".tvsh_commands", [command for _, command, _ in sessions])
-        printed, _ = shell.run("tvsh -f - <.tvsh_commands; rm .tvsh_commands")
-        compare(number, "tvsh", [line for _, _, expected in sessions for line in expected], printed)
+        run_tvsh(shell, number, words[1:], sessions)
         return len(sessions)
     if kind == "sh":
         for at, line in enumerate(lines, number + 1):
@@ -195,7 +227,7 @@ def run_document(path, arguments, counted):
         shell = Shell(shlex.split(arguments.shell), environment_of(arguments.prefix, arguments.libraries), folder)
         try:
             for number, words, lines in blocks_of(text):
-                counted["things"] += run_block(shell, number, words, lines, arguments.bare)
+                counted["things"] += run_block(shell, number, words, lines, arguments.bare, path.parent)
         finally:
             shell.end()
 

@@ -31,6 +31,26 @@ $ cat hello.c | \\
 $ cd / && test "$place" != "$PWD"
 ```
 
+```bash tvsh
+echo "$*"
+```
+
+```console
+$ chmod +x tvsh; PATH=$PWD:$PATH; sleep 1000 & cd /
+```
+
+```tvsh --attach s
+tvsh> count 'a'
+--attach s -c count 'a'
+tvsh> exit
+--attach s -c exit
+```
+
+```tvsh quotes good.md
+tvsh> exit
+--attach s -c exit
+```
+
 ```sh
 scripts/demo     # takes its time
 ```
@@ -48,6 +68,8 @@ BAD = {
     "a line for a person that is none": "```sh\nmake install\n```\n",
     "a block without an end": "```console\n$ true\n",
     "a shell that ends": "```console\n$ exit 0\n```\n",
+    "a quotation of nothing": "```tvsh quotes nowhere.md\ntvsh> exit\n```\n",
+    "a quotation that is its own source": "```tvsh quotes bad.md\ntvsh> exit\n```\n",
     "a link to no file": "[there](nowhere.md)\n",
     "a link to no heading": "# Here\n[there](#there)\n",
     "a link out of the repository": "[there](https://example.invalid/)\n",

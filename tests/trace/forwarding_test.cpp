@@ -2,7 +2,10 @@
 //
 // SPDX-License-Identifier: Apache-2.0
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <array>
 #include <cerrno>
@@ -137,10 +140,24 @@ TEST(forwarding, a_traced_call_is_the_same_call_and_told_once)
 TEST(forwarding, a_file_that_cannot_be_written_is_told)
 {
   EXPECT_EQ(tarvex_trace_to_file("/no/such/folder/trace", 0), ENOENT);
-  ASSERT_EQ(tarvex_trace_to_file("/dev/full", TARVEX_TRACE_AT_ONCE), 0);
-  p4_pd_ms_init();
-  EXPECT_EQ(tarvex_trace_flush(), ENOSPC);
-  EXPECT_EQ(tarvex_trace_stop(), ENOSPC);
+  EXPECT_EQ(tarvex_trace_to_file("/", 0), EISDIR);
+  const std::string pipe = testing::TempDir() + "trace_pipe_" + std::to_string(getpid());
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  EXPECT_EQ(tarvex_trace_to_file(pipe.c_str(), 0), ENXIO);
+  const int reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK);
+  EXPECT_EQ(tarvex_trace_to_file(pipe.c_str(), 0), ENXIO);
+  close(reader);
+  unlink(pipe.c_str());
+  EXPECT_EQ(tarvex_trace_runs(), 0);
+  for (const auto &[device, error] : {std::pair("/dev/null", 0), {"/dev/full", ENOSPC}}) {
+    ASSERT_EQ(tarvex_trace_to_file(device, 0), 0);
+    std::array<char, 6> name;
+    EXPECT_EQ(tarvex_trace_file(name.data(), name.size()), 9u);
+    EXPECT_STREQ(name.data(), "/dev/");
+    p4_pd_ms_init();
+    EXPECT_EQ(tarvex_trace_stop(), error);
+  }
+  EXPECT_EQ(tarvex_trace_file(nullptr, 0), 0u);
 }
 
 }  // namespace

@@ -17,7 +17,7 @@ grep -qE '^[0-9:.]+ \[[0-9]+\] bf_drv_register\(client_name="p4_pd_tarvex_switch
 if grep -qv '>$' "$folder/calls"; then echo "not every line is whole"; exit 1; fi
 calls=$(wc -l <"$folder/calls")
 
-traced TARVEX_TRACE_JSON=1 TARVEX_TRACE_SYNC=1
+traced TARVEX_TRACE_JSON=1
 python3 -c '
 import json, sys
 calls = [json.loads(line) for line in open(sys.argv[1])]
@@ -25,5 +25,12 @@ assert len(calls) == int(sys.argv[2]), len(calls)
 assert calls[0]["call"] == "p4_pd_ms_init" and all(call["schema_version"] == 1 for call in calls)
 ' "$folder/calls" "$calls"
 
-env LD_PRELOAD="$interposer" TARVEX_TRACE=/no/such/folder/calls "$program" 2>&1 >"$folder/output" | grep -q 'nothing is traced'
-cmp "$folder/output" "$folder/untraced"
+mkfifo "$folder/pipe"
+while read -r file told; do
+  env LD_PRELOAD="$interposer" TARVEX_TRACE="$file" "$program" 2>&1 >"$folder/output" | grep -q "$file: $told"
+  cmp "$folder/output" "$folder/untraced"
+done <<END
+/no/such/folder/calls .*; nothing is traced
+$folder/pipe .*; nothing is traced
+/dev/full No space left on device; the trace is not whole
+END

@@ -1,6 +1,9 @@
 // What a trace says of the calls that the library makes for the shell's commands, and what it makes of a fresh switch.
 //
 // SPDX-License-Identifier: Apache-2.0
+#include <signal.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -79,6 +82,17 @@ class trace_test : public shell_test {
     for (const std::string_view line : {"hash", "value-set", "snapshot show | include egress | count"})
       add(std::string(line));
     return all;
+  }
+
+  /// The file of a save, which has what the library cannot read back, too.
+  std::string all_saved()
+  {
+    const std::string name = file_ + ".state";
+    lines_of("save " + name);
+    std::ifstream in(name);
+    std::string text{std::istreambuf_iterator<char>(in), {}};
+    std::filesystem::remove(name);
+    return text;
   }
 
   std::string file_;
@@ -175,6 +189,75 @@ TEST_F(trace_test, a_session_follows_the_calls)
   EXPECT_EQ(tarvex_trace_runs(), 0);
 }
 
+// Others call meanwhile; a session's own calls show, and in one line each.
+TEST_F(trace_test, a_session_shows_its_own_calls)
+{
+  for (const std::string_view form : {"", " -j"}) {
+    lines_of("trace on" + std::string(form));
+    std::atomic<bool> ended = false;
+    std::atomic<unsigned> made = 0;
+    std::thread program([&] {
+      for (; !ended; ++made) count_within(0, 0x100000a, 0, 0, nullptr, nullptr);
+    });
+    std::string notes;
+    for (unsigned i = 0; i < 200 || made < 1000; ++i) notes += run("default ipv4Host").notes;
+    ended = true;
+    program.join();
+    lines_of("trace off");
+    EXPECT_NE(notes.find("pipe_mgr_table_get_default_entry_handle"), std::string::npos);
+    for (const std::string_view other : {"pipe_mgr_get_entry_count", "unfinished", "resumed"}) {
+      EXPECT_EQ(notes.find(other), std::string::npos) << notes.substr(notes.find(other), 100);
+    }
+  }
+}
+
+extern "C" void die(std::uint32_t, std::uint32_t, std::uint32_t, std::uint32_t, const void *, void *)
+{
+  raise(SIGKILL);
+}
+
+// Whatever ends the process, and in whatever call: the calls that were made are in the file.
+TEST_F(trace_test, a_process_that_dies_in_a_call_leaves_its_trace)
+{
+  for (const std::uint32_t flags : {0u, std::uint32_t{TARVEX_TRACE_AS_JSON}}) {
+    const pid_t child = fork();
+    if (child == 0) {
+      tarvex_trace_to_file(file_.c_str(), flags);
+      count_within(0, 0x100000a, 0, 0, nullptr, nullptr);
+      pipe_register_mat_update_cb(1, 0, 0x100000a, reinterpret_cast<pd_callback_t>(&die), nullptr);
+      run("add ipv4Host vrfId=1 dip=10.0.0.1 onMiss");
+      _exit(0);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(WTERMSIG(status), SIGKILL);
+    std::ifstream lines(file_);
+    std::string counted, registered, died;
+    std::getline(std::getline(std::getline(lines, counted), registered), died);
+    EXPECT_NE(counted.find("pipe_mgr_get_entry_count"), std::string::npos) << counted;
+    EXPECT_NE(registered.find("pipe_register_mat_update_cb"), std::string::npos) << registered;
+    EXPECT_EQ(settled(died), flags != 0 ? ""
+                                        : "pipe_mgr_mat_ent_add(sess=1, dev=0 pipe=ffff, tbl=ipv4Host, match={vrfId=1 "
+                                          "dip=10.0.0.1}, act=onMiss, action={}, ttl=0");
+  }
+}
+
+// Neither waits for another process, and what could not be written is told with the file.
+TEST_F(trace_test, files_that_cannot_be_are_refused)
+{
+  ASSERT_EQ(mkfifo(file_.c_str(), 0600), 0);
+  for (const std::string command : {"trace ", "trace replay "}) {
+    const answer got = run(command + file_);
+    EXPECT_EQ(got.code, exit_code::file) << command;
+    EXPECT_NE(got.errors.find(file_ + ": is no plain file"), std::string::npos) << got.errors;
+  }
+  lines_of("trace /dev/full");
+  lines_of("count ipv4Host");
+  const answer got = run("trace off");
+  EXPECT_EQ(got.code, exit_code::file);
+  EXPECT_NE(got.errors.find("/dev/full: No space left on device"), std::string::npos) << got.errors;
+}
+
 TEST_F(trace_test, calls_within_calls_are_told_in_two_lines)
 {
   pipe_register_mat_update_cb(1, 0, 0x100000a, reinterpret_cast<pd_callback_t>(&count_within), nullptr);
@@ -259,12 +342,15 @@ constexpr std::string_view writes[] = {
     "group ecmpMemberActionProfile add 1 2",
     "group ecmpMemberActionProfile disable 1 2",
     "group ecmpMemberActionProfile fallback 2",
+    "group ecmpMemberActionProfile create 2",
+    "group ecmpMemberActionProfile delete 2",
     "entry ecmpGroup add ecmpGroup=5 group=1",
     "entry ecmpGroup add ecmpGroup=6 member=1",
     "entry ecmpGroup modify ecmpGroup=6 member=2",
     "member lagPortActionProfile add setPhysicalPort",
     "entry lagGroup add priority=4 member=1",
     "counter pdpClassCount 3 packets=7 bytes=18446744073709551615",
+    "counter pdpClassCount 300000 packets=1 bytes=2",  // beyond the cells that are looked at
     "add ingL2DomainCount decapType=1 ingL3Aintf=9 onMiss",
     "counter ingL2DomainCounters handle=1 packets=2 bytes=3",
     "meter pdpMeter 1 cir=1 cburst=2 pir=3 pburst=4",
@@ -277,7 +363,9 @@ constexpr std::string_view writes[] = {
     "value-set add value=0x8100 mask=0xff00 scope=1",
     "value-set modify 1 value=0x88a8",
     "digests timeout 100",
-    "idle ipv4Host enable mode=notify",
+    "idle ipv6Host enable mode=notify",
+    "idle ipv6Host disable",
+    "idle ipv4Host enable mode=notify interval=10 max-ttl=9000",
     "idle ipv4Host ttl vrfId=1 dip=10.0.0.1 ttl=900",
     "snapshot arm egress vlanHdr_0__vlanId=0x123",
 };
@@ -290,6 +378,7 @@ TEST_F(trace_test, a_replay_makes_an_equal_switch)
   lines_of("trace off");
   EXPECT_EQ(std::filesystem::status(file_ + ".json").permissions(), std::filesystem::perms(0600));
   const std::string before = everything();
+  const std::string saved = all_saved();
   const std::string replay = "trace replay " + file_ + ".json";
 
   start_anew();
@@ -297,8 +386,10 @@ TEST_F(trace_test, a_replay_makes_an_equal_switch)
   EXPECT_NE(difference(before, empty), "");
   const std::string checked = lines_of(replay + " --dry-run");
   EXPECT_EQ(difference(everything(), empty), "");
-  lines_of(replay);
+  caught_output out;  // what is remembered is of the device that was written, not of the session's own
+  EXPECT_EQ(session({1, 7, 0xffff}, shell.shared_memory()).run(replay, out), exit_code::ok) << out.errors;
   EXPECT_EQ(difference(everything(), before), "");
+  EXPECT_EQ(difference(all_saved(), saved), "");
   EXPECT_GE(std::stoul(checked), std::size(writes));
   std::uint32_t timeout = 0;
   standin_learning_timeout(0, &timeout);
@@ -327,22 +418,76 @@ TEST_F(trace_test, a_line_that_is_none_is_named)
       {"12:00:01.1 [1] pipe_mgr_mat_ent_add(", "is no call"},
       {R"({"schema_version":2})", "written with -j"},
       {R"({"schema_version":1,"call":"system","depth":0})", "no function of the driver"},
-      {R"({"schema_version":1,"call":"bf_snapshot_delete","depth":0,"status":0,"arguments":{}})", "is no call"},
+      {R"({"schema_version":1,"call":"bf_snapshot_delete","depth":0,"status":0,"arguments":{}})", "is missing"},
       {R"({"schema_version":1,"call":"bf_snapshot_delete","depth":0,"status":0,"arguments":{"hdl":4294967296}})",
        "too wide"},
-      {R"({"schema_version":1,"call":"p4_pd_ms_del_grp","depth":0,"status":0,"arguments":{"sess_hdl":1,"state":"x"}})",
+      {R"({"schema_version":1,"call":"p4_pd_ms_del_grp","depth":0,"status":0,"arguments":{"sess_hdl":1,"state":"x",)"
+       R"("dev_id":0,"grp_hdl":1}})",
        "state of 'x'"},
       {R"({"schema_version":1,"call":"pipe_stful_ent_set","depth":0,"status":0,"arguments":{"sess_hdl":1,"dev_tgt":0,)"
-       R"("reg_hdl":1,"index":0,"spec":"0x","flags":0}})",
+       R"("reg_hdl":1,"index":0,"spec":"0x00000000000000","flags":0}})",
        "no hexadecimal digit"},
   };
   for (const told &each : lines) {
     std::ofstream(file_) << each.line << '\n';
     const answer got = run("trace replay " + file_);
-    EXPECT_EQ(got.code, exit_code::usage) << each.line;
+    EXPECT_EQ(got.code, exit_code::file) << each.line;
     EXPECT_NE(got.errors.find(file_ + ":1: "), std::string::npos) << got.errors;
     EXPECT_NE(got.errors.find(each.calls), std::string::npos) << each.line << got.errors;
   }
+}
+
+struct spoilt {
+  std::string_view argument;
+  std::string_view patch;  // as a JSON patch has it, without "op"
+};
+
+// What a recorded call lacks is not made up: nothing of the line goes to the driver.
+TEST_F(trace_test, a_spoilt_argument_is_named_and_its_call_not_made)
+{
+  static constexpr spoilt all[] = {
+      {"match_spec", R"({"path":"/arguments/match_spec/value","value":"0a"})"},
+      {"match_spec", R"({"path":"/arguments/match_spec/value","value":"00010a0000010"})"},
+      {"match_spec", R"({"path":"/arguments/match_spec/value","value":"00010a00000100"})"},
+      {"match_spec", R"({"path":"/arguments/match_spec/value","value":"00010a00000g"})"},
+      {"match_spec", R"({"path":"/arguments/match_spec/mask","value":""})"},
+      {"match_spec", R"({"path":"/arguments/match_spec","value":"null"})"},
+      {"match_spec", R"({"path":"/arguments/match_spec","value":{"partition_index":0,"key_bits":8,"key_bytes":1,)"
+                     R"("priority":0,"value":"0a","mask":"ff"}})"},
+      {"match_spec", R"({"path":"/arguments/match_spec","value":{"partition_index":0,"key_bits":48,"key_bytes":6,)"
+                     R"("priority":0}})"},
+      {"action_spec", R"({"path":"/arguments/action_spec/data","value":"05"})"},
+      {"action_spec", R"({"path":"/arguments/action_spec/resources","value":[{"res_hdl":1,"index":0,"tag":0,)"
+                      R"("value":"00"}]})"},
+      {"ttl", R"({"path":"/arguments/ttl","value":-1})"},
+      {"ttl", R"({"path":"/arguments/ttl","value":1.5})"},
+      {"ttl", R"({"path":"/arguments/ttl","value":4294967296})"},
+      {"tbl_hdl", R"({"path":"/arguments/tbl_hdl","value":"ipv4Host"})"},
+      {"dev_tgt", R"({"path":"/arguments/dev_tgt","value":null})"},
+      {"entry_hdl", R"({"path":"/results","value":{}})"},
+      {"4294967296", R"({"path":"/status","value":4294967296})"},
+  };
+  lines_of("trace " + file_ + " -j");
+  lines_of("add ipv4Host vrfId=1 dip=10.0.0.1 setNextHop nextHop=5");
+  lines_of("trace off");
+  std::ifstream in(file_);
+  const nlohmann::json call = nlohmann::json::parse(in);
+  lines_of("delete ipv4Host handle=1");
+  const std::uint64_t calls = tarvex_trace_calls();
+  lines_of("trace /dev/null");
+  for (const spoilt &each : all) {
+    nlohmann::json patch = nlohmann::json::parse(each.patch);
+    patch["op"] = "replace";
+    std::ofstream(file_) << call.patch(nlohmann::json::array({patch})) << '\n';
+    const answer got = run("trace replay " + file_);
+    EXPECT_EQ(got.code, exit_code::file) << each.patch;
+    EXPECT_NE(got.errors.find(file_ + ":1: "), std::string::npos) << got.errors;
+    EXPECT_NE(got.errors.find(each.argument), std::string::npos) << each.patch << got.errors;
+  }
+  EXPECT_EQ(tarvex_trace_calls(), calls);
+  std::ofstream(file_) << call << '\n';
+  lines_of("trace replay " + file_);
+  EXPECT_EQ(tarvex_trace_calls(), calls + 1);
 }
 
 }  // namespace

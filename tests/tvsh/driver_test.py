@@ -8,7 +8,7 @@ import signal
 import subprocess
 import sys
 
-from shell_program import ENVIRONMENT, FOLDER, expect, run
+from shell_program import ENVIRONMENT, FOLDER, eventually, expect, run
 
 TVSH, DRIVER, POOR_DRIVER, CONTROL_PLANE = sys.argv[1:]
 SOCKET = os.path.join(FOLDER, "switch")
@@ -53,6 +53,19 @@ def drivers_that_cannot_be():
         expect(f"{driver}: {code} {errors}", code == 4 and told in errors)
 
 
+def traced(file):
+    """The program's own calls, as it stands; what cannot be traced to is refused and holds up nothing."""
+    pipe = file + ".pipe"
+    if not os.path.exists(pipe):
+        os.mkfifo(pipe)
+    code, _, errors = run(TVSH, "--attach", SOCKET, "trace", pipe)
+    expect(f"no trace to a pipe: {code} {errors}", code == 4 and "no plain file" in errors)
+    expect("a trace begins", run(TVSH, "--attach", SOCKET, "trace", file)[0] == 0)
+    eventually("the program's calls are in the file",
+               lambda: "pipe_mgr_mat_ent_set_action_by_match_spec(" in open(file, encoding="utf-8").read())
+    expect("it ends", run(TVSH, "--attach", SOCKET, "trace", "off")[0] == 0)
+
+
 def control_plane():
     for ends in ("input", signal.SIGTERM):
         with subprocess.Popen([CONTROL_PLANE, SOCKET], stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True,
@@ -62,6 +75,7 @@ def control_plane():
             expect(f"its routes: {out}", code == 0 and out == "4\n")
             expect("writes go to its switch", run(TVSH, "--attach", SOCKET, "delete", "ipv4Host", "handle=4")[0] == 0)
             expect("four less one", run(TVSH, "--attach", SOCKET, "count", "ipv4Host")[1].split()[-1] == "3")
+            traced(os.path.join(FOLDER, "calls"))
             code, _, errors = run(CONTROL_PLANE, SOCKET)
             expect(f"a second one is refused: {errors}", code == 4 and "another server listens" in errors)
             if ends == "input":

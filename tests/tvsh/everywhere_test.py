@@ -7,9 +7,7 @@ import os
 import re
 import sys
 
-import pexpect
-
-from shell_program import FOLDER, expect, run, server, spawn
+from shell_program import FOLDER, PROMPT, end_input, expect, run, server, spawn
 
 TVSH, SOURCE = sys.argv[1:]
 SOCKET = os.path.join(FOLDER, "switch")
@@ -21,7 +19,6 @@ audit on
 save /tmp/tvsh-state.json
 """.replace("/tmp", FOLDER)
 ENDLESS = ("monitor", "trace follow")  # until Ctrl-C
-PROMPT = "tvsh> "
 
 
 def steady(text):
@@ -57,8 +54,7 @@ def at_terminal(device, lines):
         shell.sendline(line)
         shell.expect_exact(PROMPT)
         shown += shell.before
-    shell.sendeof()
-    shell.expect(pexpect.EOF)
+    end_input(shell)
     return shown
 
 

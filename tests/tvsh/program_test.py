@@ -3,6 +3,7 @@
 
 SPDX-License-Identifier: Apache-2.0
 """
+import io
 import json
 import os
 import stat
@@ -12,7 +13,7 @@ import tempfile
 import pexpect
 
 import shell_program
-from shell_program import FOLDER, expect, interrupt_dump, spawn
+from shell_program import FOLDER, PROMPT, drop_line, end_input, expect, interrupt_dump, spawn, typed
 
 TVSH = sys.argv[1]
 
@@ -29,6 +30,14 @@ def pipes():
                               (["-c", "load-routes /nowhere"], 4), (["-f", "/nowhere/script"], 4),
                               (["-c", "tables", "-f", "x"], 1), (["--color=pink"], 1), (["--help"], 0)):
         expect(f"exit code of {arguments}", run(*arguments)[0] == wanted)
+    for words in (["tables", "ipv4Host"], ["-j", "dump", "ipv4Host", "--raw"], ["help", "dump"], ["dump", "x"]):
+        options = words[:words[0] == "-j"]
+        expect(f"words are a command: {words}",
+               run(*words) == run(*options, "-c", " ".join(words[len(options):])) and run(*words)[1:] != ("", ""))
+    for words, hint in ((["-c", "dump", "ipv4Host"], "-c 'dump ipv4Host'"), (["--serve", "/s", "count"], "-c 'count'"),
+                        (["-f", "-", "count"], "beside -f"), (["-j", "--nonsense", "count"], "--nonsense")):
+        code, out, errors = run(*words)
+        expect(f"{words}: {code} {errors}", (code, out) == (1, "") and hint in errors)
     script = "add ipv4Host vrfId=1 dip=10.0.0.1 onMiss\ndump ipv4Host | count\ndump x\nexit\n"
     for arguments in (["-f", "-"], []):
         code, out, errors = run(*arguments, text=script)
@@ -42,27 +51,21 @@ def pipes():
 
 def start(term="xterm", **extra):
     shell = spawn(TVSH, term=term, **extra)
-    shell.expect("tvsh> ")
+    shell.expect(PROMPT)
     return shell
 
 
 def terminal():
     shell = start()
-    shell.sendline("add ipv4Host vrfId=1 dip=10.0.0.1 setNextHop nextHop=5")
-    shell.expect("entry 1\r\n")
-    shell.send("dump ipv4Ho\t\r")
-    shell.expect("10\\.0\\.0\\.1 .*setNextHop +nextHop=5\r\n")
-    shell.expect("tvsh> ")
-    shell.send("show ipv4Host vrf\t1 di\t10.0.0.1\r")
-    shell.expect("nextHop=5\r\n")
+    typed(shell, "add ipv4Host vrfId=1 dip=10.0.0.1 setNextHop nextHop=5", "entry 1\r\n")
+    typed(shell, "dump ipv4Ho\t", "10\\.0\\.0\\.1 .*setNextHop +nextHop=5\r\n")
+    typed(shell, "show ipv4Host vrf\t1 di\t10.0.0.1", "nextHop=5\r\n")
     shell.send("s\t\t")
     shell.expect("schema +set-default +show")
-    shell.sendintr()  # drops the line that was begun
-    shell.expect("tvsh> ")
-    shell.sendline("count ipv4Host")
-    shell.expect("ipv4Host +1\r\n")
-    shell.sendline("dump ipv4Hots")
-    shell.expect("did you mean ipv4Host")
+    shell.expect(f"{PROMPT}s")
+    drop_line(shell)
+    typed(shell, "count ipv4Host", "ipv4Host +1\r\n")
+    typed(shell, "dump ipv4Hots", "did you mean ipv4Host")
     shell.sendline("exit")
     shell.expect(pexpect.EOF)
     shell.close()
@@ -83,28 +86,23 @@ def interrupts():
             for low in range(0, 256):
                 file.write(f"{high}.{low}.0.0/24 {high}\n")
         file.flush()
-        shell.sendline(f"load-routes {file.name}")
-        shell.expect("25344 routes")
+        typed(shell, f"load-routes {file.name}", "25344 routes")
     interrupt_dump(shell, 25344)
-    shell.sendeof()
-    shell.expect(pexpect.EOF)
+    end_input(shell)
 
 
 def dumb_terminal():
     shell = start(term="dumb")
-    shell.sendline("tables ipv4Host")
-    shell.expect("ipv4Host +0x100000a")
-    shell.sendintr()
-    shell.expect("tvsh> ")
-    shell.sendline("count ipv4Host")
-    shell.expect("ipv4Host +0\r\n")
-    expect("no escapes on a dumb terminal", "\033" not in shell.before)
-    shell.sendeof()
-    shell.expect(pexpect.EOF)
+    shell.logfile_read = shown = io.StringIO()
+    typed(shell, "tables ipv4Host", "ipv4Host +0x100000a")
+    drop_line(shell)
+    typed(shell, "count ipv4Host", "ipv4Host +0\r\n")
+    end_input(shell)
+    expect("no escapes on a dumb terminal", "\033" not in shown.getvalue())
     plain = start(NO_COLOR="1")
-    plain.sendline("dump x")
-    plain.expect("there is no table")
-    expect("no colour with NO_COLOR", "\033[31m" not in plain.before)
+    plain.logfile_read = shown = io.StringIO()
+    typed(plain, "dump x", "there is no table")
+    expect("no colour with NO_COLOR", "\033[31m" not in shown.getvalue())
     plain.close()
 
 

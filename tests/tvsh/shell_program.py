@@ -13,6 +13,7 @@ import time
 import pexpect
 
 FOLDER = tempfile.mkdtemp()
+PROMPT = "tvsh> "
 ENVIRONMENT = {**os.environ, "XDG_STATE_HOME": FOLDER, "TERM": "xterm"}
 ENVIRONMENT.pop("NO_COLOR", None)
 # The line editor never gives the names of added functions back; nothing of ours copies wide text.
@@ -39,15 +40,36 @@ def spawn(*arguments, term="xterm", cwd=None, **extra):
                          encoding="utf-8", timeout=60, dimensions=(50, 250))
 
 
+def typed(shell, keys, *answers):
+    """Keys at the prompt, what comes of them, and the next prompt: a key ahead of that is not the line editor's."""
+    shell.send(keys + "\r")
+    for each in (*answers, PROMPT):
+        shell.expect(each)
+
+
+def drop_line(shell):
+    """Ctrl-C at the prompt. Who presses between the prompt and the wait for keys presses again."""
+    shell.sendintr()
+    while shell.expect([PROMPT, pexpect.TIMEOUT], timeout=2) != 0:
+        shell.sendintr()
+
+
+def end_input(shell):
+    """Ctrl-D at the prompt."""
+    shell.sendeof()
+    shell.expect(pexpect.EOF)
+    shell.close()
+    expect("the prompt ends well", shell.exitstatus == 0)
+
+
 def interrupt_dump(shell, entries):
     """Ctrl-C ends a command at the prompt, and the session goes on."""
     shell.sendline("dump ipv4FinalResolve")
     shell.expect("setNextHop")
     shell.sendintr()
     shell.expect("interrupted")
-    shell.expect("tvsh> ")
-    shell.sendline("count ipv4FinalResolve")
-    shell.expect(f"ipv4FinalResolve +{entries}")
+    shell.expect(PROMPT)
+    typed(shell, "count ipv4FinalResolve", f"ipv4FinalResolve +{entries}")
 
 
 def eventually(what, condition):
@@ -64,7 +86,8 @@ def server(tvsh, path, *arguments, well=True, **extra):
     """tvsh --serve while the block runs; it has to end in order."""
     with subprocess.Popen([tvsh, "--serve", path, *arguments], stderr=subprocess.PIPE, text=True, env=ENVIRONMENT,
                           **extra) as process:
-        expect(f"a server begins: {path}", "serving" in (process.stderr.readline() or ""))
+        first = process.stderr.readline()
+        expect(f"a server begins: {path}: {first}", "serving" in first)
         try:
             yield process
         finally:

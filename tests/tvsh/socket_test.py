@@ -13,9 +13,8 @@ import subprocess
 import sys
 import threading
 
-import pexpect
-
-from shell_program import ENVIRONMENT, FOLDER, eventually, expect, interrupt_dump, run, server, spawn
+from shell_program import (ENVIRONMENT, FOLDER, drop_line, end_input, eventually, expect, interrupt_dump, run, server,
+                           spawn, typed)
 
 TVSH = sys.argv[1]
 SOCKET = os.path.join(FOLDER, "switch")
@@ -38,13 +37,20 @@ def connect(*frames):
     return client
 
 
+def exactly(client, size):
+    """So many bytes, however they come in; fewer at the end."""
+    data = b""
+    while len(data) < size and (piece := client.recv(size - len(data))):
+        data += piece
+    return data
+
+
 def receive(client):
     """Kind and payload of the next frame; nothing at the end."""
     with contextlib.suppress(ConnectionResetError):
-        head = client.recv(5, socket.MSG_WAITALL)
+        head = exactly(client, 5)
         if len(head) == 5:
-            size = struct.unpack(">I", head[:4])[0]
-            return head[4:], client.recv(size, socket.MSG_WAITALL) if size else b""
+            return head[4:], exactly(client, struct.unpack(">I", head[:4])[0])
     return None, b""
 
 
@@ -75,7 +81,8 @@ def attached(*arguments, **extra):
 
 
 def serves():
-    expect("the server goes on", attached("count", "ipv4Host")[0] == 0)
+    code, _, errors = attached("count", "ipv4Host")
+    expect(f"the server goes on: {code} {errors}", code == 0)
 
 
 def fill(entries):
@@ -111,7 +118,7 @@ def the_file():
         for mode in ("--serve", "--attach"):
             code, _, errors = run(TVSH, mode, path, "-c", "count")
             expect(f"{mode} '{path}': {code} {errors}", code == 4 and "tvsh:" in errors)
-    for wrong in (["count"], ["--attach", SOCKET, "--serve", SOCKET], ["--attach", SOCKET, "-c", "count", "count"],
+    for wrong in (["--attach", SOCKET, "--serve", SOCKET], ["--attach", SOCKET, "-c", "count", "count"],
                   ["--attach", SOCKET, "--driver", "x"]):
         expect(f"wrong use: {wrong}", run(TVSH, *wrong)[0] == 1)
     expect("a script runs ahead, and its error ends", run(TVSH, "--serve", SOCKET, "-c", "dump x")[0] == 1)
@@ -151,15 +158,10 @@ def at_terminal():
     shell.expect("attached to process.*tvsh> ")
     shell.send("cou\t")
     shell.expect("nt")
-    shell.send(" ipv4Fin\t\r")
-    shell.expect("ipv4FinalResolve +[0-9]+")
-    shell.sendintr()  # with no command running
-    shell.expect("tvsh> ")
+    typed(shell, " ipv4Fin\t", "ipv4FinalResolve +[0-9]+")
+    drop_line(shell)  # with no command running
     interrupt_dump(shell, 100000)
-    shell.sendeof()
-    shell.expect(pexpect.EOF)
-    shell.close()
-    expect("the prompt ends well", shell.exitstatus == 0)
+    end_input(shell)
     with subprocess.Popen([TVSH, "--attach", SOCKET, "dump", "ipv4FinalResolve"], stdout=subprocess.PIPE,
                           stderr=subprocess.DEVNULL, env=ENVIRONMENT) as dump:
         dump.stdout.read(1000)
@@ -184,12 +186,15 @@ def hostile():
     for what, frames in told.items():
         with connect(*frames) as client:
             answers = raw_frames(client)
-            # Where something was under way, the connection may end without a word.
-            expect(f"{what}: {answers}", not answers or answers[-1][0] in (b"e", b"h") and len(answers) <= 2)
+            expect(f"{what}: {answers}", answers and answers[-1][0] == b"e" and
+                   [each[0] for each in answers[:-1]] in ([], [b"h"]))
         serves()
-    with ask("dump ipv4FinalResolve") as client:
-        client.sendall(frame(b"r", b"count"))
-        expect("two commands at once end the client", (b"x", b"0") not in raw_frames(client))
+    for line in ("dump ipv4FinalResolve", "monitor"):
+        with ask(line) as client:
+            client.sendall(frame(b"r", b"count"))
+            answers = raw_frames(client)
+            expect(f"a command amid {line}: {answers[-2:]}", b"ahead of the answer" in answers[-1][1] and
+                   [each[0] for each in answers[-2:]] == [b"x", b"e"])
     for pattern in ("(" * 60000, "((i?){99}){99}", "((i*)*)*b"):
         with ask(f"tables {pattern}") as client:
             kind = b""
@@ -241,6 +246,8 @@ def dumps_left(process):
 
 
 def many():
+    for client in [ask("dump ipv4FinalResolve") for _ in range(MOST_CLIENTS)]:
+        client.close()  # his place is waited for, below
     waiting = [connect(HELLO) for _ in range(MOST_CLIENTS)]
     for client in waiting:
         expect("all are greeted", receive(client)[0] == b"h")
@@ -248,7 +255,18 @@ def many():
     expect(f"one too many is told: {errors}", code == 4 and f"{MOST_CLIENTS} clients already" in errors)
     for client in waiting:
         client.close()
-    eventually("places are free again", lambda: attached("count")[0] == 0)
+    silent = [connect(HELLO[:number % 3]) for number in range(MOST_CLIENTS)]
+    serves()
+    told = raw_frames(silent[0])
+    expect(f"who never greets gives way: {told}", len(told) == 1 and b"no greeting" in told[0][1])
+    for client in silent:
+        client.close()
+    deaf = [ask("dump ipv4FinalResolve") for _ in range(MOST_CLIENTS)]
+    for client in deaf:
+        client.sendall(frame(b"r", b"count"))
+    eventually("who is sent away and does not read gives way", lambda: attached("count")[0] == 0)
+    for client in deaf:
+        client.close()
     wrong = []
 
     def work(number):

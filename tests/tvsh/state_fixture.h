@@ -8,8 +8,11 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <set>
 
+#include "catalogue.h"
 #include "shell_fixture.h"
+#include "switch_state.h"
 
 namespace tarvex::shell {
 
@@ -50,6 +53,42 @@ inline constexpr std::string_view every_kind_of_state[] = {
     "hash hashOuterIpv4Hdr fields 0 2",
     "value-set add value=0x8100 mask=0xff00 scope=1",
     "digests timeout 100",
+};
+
+/// Another session, which writes while a command is under way: at the n-th driver call on what is built above.
+class other_session {
+ public:
+  other_session(const session &beside, unsigned at_call, std::vector<std::string_view> lines)
+      : shell_(beside.where, beside.shared_memory()), left_(at_call), lines_(std::move(lines))
+  {
+    standin_set_listener(
+        [](const char *, std::uint32_t handle, void *self) { static_cast<other_session *>(self)->hear(handle); }, this);
+  }
+  other_session(const other_session &) = delete;
+  other_session &operator=(const other_session &) = delete;
+  ~other_session() { standin_set_listener(nullptr, nullptr); }
+
+  bool done() const { return left_ == 0; }
+
+ private:
+  void hear(std::uint32_t handle)
+  {
+    if (left_ == 0 || !handles_.contains(handle) || --left_ != 0) return;
+    caught_output out;
+    for (const std::string_view line : lines_) shell_.run(line, out);
+  }
+
+  static std::set<std::uint32_t> handles()
+  {
+    const profile_info &profile = profile_named("ecmpMemberActionProfile");
+    return {table_named("ipv4Host").handle, direct_counter(table_named("ingL2DomainCount"))->handle,
+            table_named("ecmpGroup").handle, profile.action_data_table, profile.selector_table};
+  }
+
+  session shell_;
+  unsigned left_;
+  std::vector<std::string_view> lines_;
+  const std::set<std::uint32_t> handles_ = handles();
 };
 
 class state_test : public shell_test {

@@ -1,6 +1,10 @@
 // Saving, loading, comparing and applying whole states.
 //
 // SPDX-License-Identifier: Apache-2.0
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
@@ -125,6 +129,7 @@ TEST_F(state_test, a_difference_is_the_fewest_commands)
     lines_of("save a.json");
     for (const std::string_view command : each.commands) lines_of(command);
     lines_of("save b.json");
+    EXPECT_EQ(lines_of("diff b.json b.json counts"), "");
     // back to what was built, by handles of the live switch
     EXPECT_EQ(run("diff live a.json counts").code, each.operations.empty() ? exit_code::ok : exit_code::differences);
     lines_of("apply a.json counts");
@@ -212,7 +217,7 @@ TEST_F(state_test, a_bad_file_is_refused_before_anything_is_written)
       {R"({"schema_version":1,"counters":{"l2DmacClassifyCount":[]}})", "hangs on the entries of l2DmacClassify"},
       {R"({"schema_version":1,"wred":{"wredBlock":[{"index":1,"time":1,"min":2,"max":1,"probability":1}]}})",
        "'max' is below 'min'"},
-      {R"({"schema_version":1,"registers":{"ingVlanCheckData":[{"index":1,"value":2}]}})", "too wide for 1 bits"},
+      {R"({"schema_version":1,"registers":{"ingVlanCheckData":[{"index":1,"value":2}]}})", "too wide for 1 bit"},
       {R"({"schema_version":1,"hashes":{"hashOuterIpv4Hdr":[{"seed":1,"fields":[9]}]}})",
        "there are the fields 0 to 2"},
       {R"({"schema_version":1,"value_sets":{"other":[]}})", "called 'fabric_port'"},
@@ -251,8 +256,54 @@ TEST_F(state_test, a_refusal_half_way_tells_how_much_was_written)
 
   const answer applied = run("apply twice.json");
   EXPECT_EQ(applied.code, exit_code::refused);
-  EXPECT_NE(applied.errors.find("0 of 1 operations were made; stopped at: add ipv4Host vrfId=1"), std::string::npos)
+  EXPECT_NE(applied.errors.find("0 of 1 operation made; stopped at: add ipv4Host vrfId=1"), std::string::npos)
       << applied.errors;
+}
+
+// What a file does not hold stays as it is.
+TEST_F(state_test, a_load_adds_to_what_is_there)
+{
+  const auto nothing_more_of = [&](const char *switch_file) {
+    return run(std::string("diff live ") + switch_file + " counts").lines;
+  };
+  for (const std::string_view line :
+       {"counter pdpClassCount 3 packets=7 bytes=8", "meter pdpMeter 1 cir=1 cburst=2 pir=3 pburst=4",
+        "register ingVlanCheckData all 1", "idle ipv6Host enable", "hash hashOuterIpv4Hdr seed 5",
+        "value-set add value=1 mask=1", "digests timeout 100"}) {
+    lines_of(line);
+  }
+  lines_of("save before.json");
+  write("entry.json", R"({"schema_version":1,"entries":{"ipv4Host":[
+{"key":{"vrfId":1,"dip":"10.0.0.1"},"action":"onMiss"}]},
+"counters":{"pdpClassCount":[{"index":4,"packets":1,"bytes":1}]},
+"value_sets":{"fabric_port":[{"value":1,"mask":1,"scope":0,"index":0,"sub":0}]}})");
+  EXPECT_EQ(lines_of("load entry.json"), "loaded 0 members, 0 groups, 1 entry, 0 default entries, 2 settings\n");
+  EXPECT_EQ(nothing_more_of("before.json"),
+            "delete ipv4Host vrfId=1 dip=10.0.0.1\ncounter pdpClassCount 4 packets=0 bytes=0\n");
+  EXPECT_NE(lines_of("save after.json").find("1 entry saved to"), std::string::npos);
+}
+
+// What goes between the walk that met it and the reading is passed over, and no more than that.
+TEST_F(state_test, others_may_delete_while_it_is_read)
+{
+  for (const std::string_view command :
+       {"save b.json cells=0", "diff live a.json cells=0", "members ecmpMemberActionProfile",
+        "groups ecmpMemberActionProfile", "dump ipv4Host"}) {
+    for (unsigned at = 1;; ++at) {
+      start_anew();
+      build();
+      lines_of("save a.json cells=0");
+      const other_session other(
+          shell, at,
+          {"delete ipv4Host vrfId=2 dip=10.0.0.2", "delete ingL2DomainCount decapType=1 ingL3Aintf=9",
+           "reset-default ipv4Host", "delete ecmpGroup ecmpGroup=5", "reset-default ecmpGroup",
+           "group ecmpMemberActionProfile delete 16777217", "group ecmpMemberActionProfile delete 1",
+           "member ecmpMemberActionProfile delete 3"});
+      const answer got = run(command);
+      EXPECT_TRUE(got.code == exit_code::ok || got.code == exit_code::differences) << command << at << got.errors;
+      if (!other.done()) break;
+    }
+  }
 }
 
 // A save that fails leaves what was there.
@@ -269,6 +320,58 @@ TEST_F(state_test, a_file_is_there_whole_or_as_it_was)
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(shell.folder), {}), 1);
   lines_of("save a.json --dry-run");
   EXPECT_EQ(text_of("a.json"), "something else");
+}
+
+TEST_F(state_test, a_saved_file_keeps_its_link_and_mode)
+{
+  namespace fs = std::filesystem;
+  lines_of("save new.json");
+  EXPECT_EQ(fs::status(shell.folder / "new.json").permissions(), fs::perms(0600));
+  fs::permissions(shell.folder / "new.json", fs::perms(0640));
+  fs::create_directory(shell.folder / "links");
+  fs::create_symlink("../new.json", shell.folder / "links/one");
+  fs::create_symlink("links/one", shell.folder / "two");
+  fs::create_symlink("not_there.json", shell.folder / "dangling");
+  fs::create_symlink("loop", shell.folder / "loop");
+  lines_of("add ipv4Host vrfId=1 dip=10.0.0.1 onMiss");
+  for (const char *const link : {"two", "dangling"}) {
+    lines_of(std::string("save ") + link);
+    EXPECT_TRUE(fs::is_symlink(shell.folder / link));
+    EXPECT_NE(text_of(link).find("10.0.0.1"), std::string::npos);
+  }
+  EXPECT_EQ(fs::status(shell.folder / "new.json").permissions(), fs::perms(0640));
+  EXPECT_EQ(fs::status(shell.folder / "not_there.json").permissions(), fs::perms(0600));
+  EXPECT_EQ(run("save loop").code, exit_code::file);
+  EXPECT_EQ(run("save /dev/full").code, exit_code::file);
+}
+
+TEST_F(state_test, a_full_disk_leaves_the_file_as_it_was)
+{
+  write("a.json", "something else");
+  rlimit before{};
+  getrlimit(RLIMIT_FSIZE, &before);
+  const rlimit small{100, before.rlim_max};
+  setrlimit(RLIMIT_FSIZE, &small);
+  const answer got = run("save a.json");
+  setrlimit(RLIMIT_FSIZE, &before);
+  EXPECT_EQ(got.code, exit_code::file);
+  EXPECT_NE(got.errors.find("a.json: cannot be written: File too large"), std::string::npos) << got.errors;
+  EXPECT_EQ(text_of("a.json"), "something else");
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(shell.folder), {}), 1);
+}
+
+TEST_F(state_test, pipes_and_folders_are_not_read)
+{
+  const std::string pipe = shell.folder / "pipe";
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  const int writer = open(pipe.c_str(), O_RDWR | O_CLOEXEC);  // and what is written is no JSON, so that nobody waits
+  ASSERT_EQ(::write(writer, "xxxx", 4), 4);
+  for (const std::string_view line : {"load pipe", "diff pipe live", "apply pipe", "load .", "load-routes pipe"}) {
+    const answer got = run(line);
+    EXPECT_EQ(got.code, exit_code::file) << line;
+    ASSERT_NE(got.errors.find(": is no plain file"), std::string::npos) << line << got.errors;
+  }
+  close(writer);
 }
 
 }  // namespace

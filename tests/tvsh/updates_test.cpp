@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "state_fixture.h"
+#include "tarvex_pd/tarvex_pd.h"
 
 namespace tarvex::shell {
 namespace {
@@ -135,6 +136,81 @@ TEST_F(updates_test, an_audit_finds_what_nobody_told_of)
   }
 }
 
+// Writes at each place of an audit, and of its beginning, are no differences.
+TEST_F(updates_test, writes_during_an_audit_are_no_differences)
+{
+  const std::vector<std::string_view> writes = {
+      "add ipv4Host vrfId=3 dip=10.0.0.3 onMiss",
+      "delete ipv4Host vrfId=1 dip=10.0.0.1",
+      "modify ipv4Host vrfId=2 dip=10.0.0.2 onMiss",
+      "reset-default ipv4Host",
+      "member ecmpMemberActionProfile modify 3 setEcmpNextHop nextHop=80",
+      "member ecmpMemberActionProfile add setEcmpNextHop nextHop=81",
+      "group ecmpMemberActionProfile enable 1 3",
+      "group ecmpMemberActionProfile remove 1 2",
+      "group ecmpMemberActionProfile create 3",
+      "entry ecmpGroup modify ecmpGroup=5 member=3",
+  };
+  for (const std::string_view command : {"audit", "audit on"}) {
+    for (unsigned at = 1;; ++at) {
+      start_anew();
+      build();
+      if (command == "audit") lines_of("audit on");
+      const other_session other(shell, at, writes);
+      EXPECT_EQ(run(command).lines, "") << command << at;
+      if (!other.done()) break;
+      EXPECT_EQ(run("audit").lines, "") << command << at;
+      lines_of("delete ipv4Host vrfId=3 dip=10.0.0.3");
+      lines_of("group ecmpMemberActionProfile delete 1");
+      EXPECT_EQ(run("audit").lines, "") << command << at;
+    }
+  }
+}
+
+// The program's own callbacks are called beside the shell's, have their place back, and keep a place that they took.
+TEST_F(updates_test, the_callbacks_of_the_program_stay)
+{
+  struct {
+    int entries = 0, members = 0, groups = 0, reports = 0;
+  } seen;
+  const standin_update_cb_t entry = [](auto, auto, auto, auto, auto, void *count) { ++*static_cast<int *>(count); };
+  const standin_selector_cb_t group = [](auto, auto, auto, auto, auto, void *count) { ++*static_cast<int *>(count); };
+  const standin_digest_cb_t report = [](pd_sess_hdl_t sess_hdl, standin_digest_msg_t *message, void *count) {
+    ++*static_cast<int *>(count);
+    EXPECT_EQ(sess_hdl, 9u);
+    EXPECT_EQ(p4_pd_tarvex_switch_macLearningDigest_notify_ack(sess_hdl, message), 0u);
+  };
+  const auto of = [](auto function) { return reinterpret_cast<pd_callback_t>(function); };
+  p4_pd_tarvex_switch_ipv4Host_register_mat_update_cb(9, 0, of(entry), &seen.entries);
+  p4_pd_tarvex_switch_ecmpMemberActionProfile_register_adt_update_cb(9, 0, of(entry), &seen.members);
+  p4_pd_tarvex_switch_ecmpMemberActionProfile_register_sel_update_cb(9, 0, of(group), &seen.groups);
+  p4_pd_tarvex_switch_macLearningDigest_register(9, 0, of(report), &seen.reports);
+  int times = 0;
+  for (const std::string_view line :
+       {"audit on", "digests on", "monitor seconds=0", "digests on", "audit off", "digests off"}) {
+    lines_of(line);
+    lines_of("set-default ipv4Host onMiss");
+    handle_of_new("member ecmpMemberActionProfile add setEcmpNextHop nextHop=7");
+    handle_of_new("group ecmpMemberActionProfile create 4");
+    lines_of("sim learn 02:00:00:00:00:01");
+    ++times;
+    EXPECT_EQ(seen.entries, times) << line;
+    EXPECT_EQ(seen.members, times) << line;
+    EXPECT_EQ(seen.groups, times) << line;
+    EXPECT_EQ(seen.reports, times) << line;
+    EXPECT_EQ(standin_digest_unacknowledged(0), 0u);
+  }
+  EXPECT_NE(lines_of("digests").find("02:00:00:00:00:01"), std::string::npos);
+
+  lines_of("audit on");
+  int later = 0;
+  p4_pd_tarvex_switch_ipv4Host_register_mat_update_cb(9, 0, of(entry), &later);
+  EXPECT_NE(run("audit").notes.find("callbacks of its own in the place of 1 since"), std::string::npos);
+  lines_of("audit off");
+  lines_of("reset-default ipv4Host");
+  EXPECT_EQ(later, 1);
+}
+
 TEST_F(updates_test, members_and_groups_come_back_after_a_restart)
 {
   build();
@@ -148,7 +224,10 @@ TEST_F(updates_test, members_and_groups_come_back_after_a_restart)
     lines_of("group ecmpMemberActionProfile add 1 3");
   }
   lines_of("sim refuse 12 7");
-  EXPECT_EQ(run("restart replay").code, exit_code::refused);
+  const answer refused = run("restart replay");
+  EXPECT_EQ(refused.code, exit_code::refused);
+  EXPECT_NE(refused.errors.find("replaying what the switch holds: the driver refused: status 7"), std::string::npos)
+      << refused.errors;
   EXPECT_EQ(run("restart replay").code, exit_code::differences);  // what was forgotten stays so: the log is behind
 }
 

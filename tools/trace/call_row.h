@@ -47,6 +47,7 @@ enum class value_kind : std::uint8_t {
 struct argument_row {
   std::string_view name;
   value_kind kind;
+  std::uint8_t size;  // of a number, in bytes
 };
 
 /// What a call does, as far as its name and arguments tell.
@@ -175,7 +176,7 @@ constexpr call_row row_for(Result (*)(Arguments...), std::string_view name,
   if constexpr (std::is_same_v<Result, ms_state *>) row.result = result_kind::state;
   if constexpr (std::is_same_v<Result, void *>) row.result = result_kind::pointer;
   [[maybe_unused]] std::size_t at = 0;
-  ((row.rows[at] = {names[at], kind_of<Arguments>(names[at])}, ++at), ...);
+  ((row.rows[at] = {names[at], kind_of<Arguments>(names[at]), sizeof(Arguments)}, ++at), ...);
   row.effect = effect_of(row);
   return row;
 }

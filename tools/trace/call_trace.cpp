@@ -34,15 +34,15 @@ int call_trace::stop()
   running_ = 0;
   if (sink_ == nullptr) return 0;
   leave_open_line();
-  const int error = sink_->flush();
+  const int error = sink_->end();
   sink_.reset();
   return error;
 }
 
-int call_trace::flush()
+std::string call_trace::file() const
 {
   const std::lock_guard lock(mutex_);
-  return sink_ == nullptr ? 0 : sink_->flush();
+  return sink_ == nullptr ? std::string() : std::string(sink_->file());
 }
 
 void call_trace::leave_open_line()
@@ -86,12 +86,6 @@ void call_trace::line(std::uint64_t trace, std::string_view text)
   if (running() != trace) return;
   sink_->write(text);
   calls_.fetch_add(1, std::memory_order_relaxed);
-}
-
-void call_trace::after_fork(bool child)
-{
-  if (child && sink_ != nullptr) sink_->forget();
-  mutex_.unlock();
 }
 
 call_trace &the_trace()

@@ -26,7 +26,8 @@ class call_trace {
   bool start(std::unique_ptr<trace_sink> sink, bool json);
   /// An errno, or 0.
   int stop();
-  int flush();
+  /// The file that the trace goes to; empty where there is none.
+  std::string file() const;
 
   /// Number of the trace that runs, 0 for none. May have ended by the time that it is used: lines are taken of the
   /// trace that they began in alone.
@@ -41,9 +42,9 @@ class call_trace {
   /// As JSON it is told once, in a whole line.
   void line(std::uint64_t trace, std::string_view text);
 
-  // Around a fork: the child does not write what the parent has to.
+  // Around a fork, in whose child nobody else could let go of the lock.
   void before_fork() { mutex_.lock(); }
-  void after_fork(bool child);
+  void after_fork() { mutex_.unlock(); }
 
  private:
   void leave_open_line();

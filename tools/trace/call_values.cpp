@@ -82,7 +82,7 @@ class call_writer {
   void input(std::size_t at)
   {
     using enum value_kind;
-    const auto &[name, kind] = row_.rows[at];
+    const auto &[name, kind, size] = row_.rows[at];
     const word value = arguments_[at];
     switch (kind) {
       case number:
@@ -175,7 +175,7 @@ class call_writer {
   void output(std::size_t at)
   {
     using enum value_kind;
-    const auto &[name, kind] = row_.rows[at];
+    const auto &[name, kind, size] = row_.rows[at];
     const word value = arguments_[at];
     switch (kind) {
       case number_out: return numbers_out(at);

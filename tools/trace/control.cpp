@@ -2,11 +2,9 @@
 //
 // SPDX-License-Identifier: Apache-2.0
 #include <dlfcn.h>
-#include <fcntl.h>
 #include <pthread.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -71,15 +69,6 @@ int begin(std::unique_ptr<trace_sink> sink, std::uint32_t flags)
   return 0;
 }
 
-/// With mode 0600, also where the file was there. What is no plain file (a pipe, a terminal) keeps its mode.
-int open_private(const char *path)
-{
-  const int descriptor = open(path, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOCTTY, 0600);
-  struct stat found = {};
-  if (descriptor >= 0 && fstat(descriptor, &found) == 0 && S_ISREG(found.st_mode)) fchmod(descriptor, 0600);
-  return descriptor;
-}
-
 bool is_set(const char *variable)
 {
   const char *const value = std::getenv(variable);
@@ -88,18 +77,24 @@ bool is_set(const char *variable)
 
 [[gnu::constructor]] void begin_as_the_environment_says()
 {
-  pthread_atfork([] { the_trace().before_fork(); }, [] { the_trace().after_fork(false); },
-                 [] { the_trace().after_fork(true); });
+  pthread_atfork([] { the_trace().before_fork(); }, [] { the_trace().after_fork(); }, [] { the_trace().after_fork(); });
   if (!is_set("TARVEX_TRACE")) return;
   const char *const path = std::getenv("TARVEX_TRACE");
-  const std::uint32_t flags = (is_set("TARVEX_TRACE_JSON") ? std::uint32_t{TARVEX_TRACE_AS_JSON} : 0) |
-                              (is_set("TARVEX_TRACE_SYNC") ? std::uint32_t{TARVEX_TRACE_AT_ONCE} : 0);
+  const std::uint32_t flags = is_set("TARVEX_TRACE_JSON") ? std::uint32_t{TARVEX_TRACE_AS_JSON} : 0;
   if (const int error = tarvex_trace_to_file(path, flags); error != 0) {
-    std::fprintf(stderr, "libtarvex_trace: %s: %s; nothing is traced\n", path, std::strerror(error));
+    std::fprintf(
+        stderr, "libtarvex_trace: %s: %s; nothing is traced\n", path,
+        error == ENXIO ? "a trace goes to a plain file, and to no pipe, socket or terminal" : std::strerror(error));
   }
 }
 
-[[gnu::destructor]] void end_with_the_process() { tarvex_trace_stop(); }
+[[gnu::destructor]] void end_with_the_process()
+{
+  const std::string file = the_trace().file();
+  if (const int error = tarvex_trace_stop(); error != 0) {
+    std::fprintf(stderr, "libtarvex_trace: %s: %s; the trace is not whole\n", file.c_str(), std::strerror(error));
+  }
+}
 
 }  // namespace
 }  // namespace tarvex::trace
@@ -108,11 +103,14 @@ using namespace tarvex::trace;
 
 int tarvex_trace_to_file(const char *path, std::uint32_t flags)
 {
+  if (the_trace().running() != 0) return EBUSY;  // without a new file
+  int error = 0;
+  std::unique_ptr<file_sink> sink = file_sink::open(path, error);  // ahead of the lock: a file system may take its time
+  if (sink == nullptr) return error;
   const std::lock_guard lock(control());
-  if (the_trace().running() != 0) return EBUSY;  // ahead of the file, which would be emptied
-  const int descriptor = open_private(path);
-  if (descriptor < 0) return errno;
-  return begin(std::make_unique<file_sink>(descriptor, (flags & TARVEX_TRACE_AT_ONCE) != 0), flags);
+  if (the_trace().running() != 0) return EBUSY;  // ahead of what empties the file
+  error = sink->make_anew();
+  return error != 0 ? error : begin(std::move(sink), flags);
 }
 
 int tarvex_trace_to_function(tarvex_trace_line_fn line, void *cookie, std::uint32_t flags)
@@ -121,13 +119,22 @@ int tarvex_trace_to_function(tarvex_trace_line_fn line, void *cookie, std::uint3
   return begin(std::make_unique<function_sink>(line, cookie), flags);
 }
 
-int tarvex_trace_flush() { return the_trace().flush(); }
-
 int tarvex_trace_stop()
 {
   const std::lock_guard lock(control());
   turn_all(false, driver_functions{});
   return the_trace().stop();
+}
+
+std::size_t tarvex_trace_file(char *name, std::size_t size)
+{
+  const std::string file = the_trace().file();
+  if (size != 0) {
+    const std::size_t copied = std::min(file.size(), size - 1);
+    std::memcpy(name, file.data(), copied);
+    name[copied] = 0;
+  }
+  return file.size();
 }
 
 int tarvex_trace_runs() { return the_trace().running() != 0 ? 1 : 0; }

@@ -3,7 +3,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <chrono>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -20,31 +20,33 @@ class trace_sink {
 
   /// Text of lines, with their ends; a line may come in parts.
   virtual void write(std::string_view text) = 0;
-  /// An errno, or 0.
-  virtual int flush() { return 0; }
-  /// Of a child process: what waits is the parent's to write.
-  virtual void forget() {}
+  /// Nothing is written behind it. An errno, or 0.
+  virtual int end() { return 0; }
+  /// The name of the file that it is; empty for others.
+  virtual std::string_view file() const { return {}; }
 };
 
-/// Lines go to the file in large pieces; a line that comes alone goes at once.
+/// All that is written is handed to the kernel at once: where the process dies in a call, the file tells of the call.
 class file_sink : public trace_sink {
  public:
-  file_sink(int descriptor, bool at_once) : descriptor_(descriptor), at_once_(at_once) { waiting_.reserve(room); }
-  ~file_sink() override;
+  /// Opens the file and leaves what is in it. Nothing here waits for another process. Null, and an errno in `error`,
+  /// where it cannot be: ENXIO for pipes, sockets and terminals, which a writer may have to wait for.
+  static std::unique_ptr<file_sink> open(const char *path, int &error);
+  ~file_sink() override { end(); }
 
+  /// Ahead of the first writing: nobody else reads the file, and it is empty. An errno, or 0.
+  int make_anew();
   void write(std::string_view text) override;
-  int flush() override;
-  void forget() override { waiting_.clear(); }
+  int end() override;
+  std::string_view file() const override { return path_; }
 
  private:
-  static constexpr std::size_t room = 64 * 1024;
-  static constexpr std::chrono::milliseconds longest_wait{100};
+  file_sink(int descriptor, bool plain, const char *path) : descriptor_(descriptor), plain_(plain), path_(path) {}
 
   int descriptor_;
-  bool at_once_;
+  bool plain_;
+  std::string path_;
   int error_ = 0;
-  std::string waiting_;
-  std::chrono::steady_clock::time_point written_{};
 };
 
 class function_sink : public trace_sink {

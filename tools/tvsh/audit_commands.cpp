@@ -1,18 +1,20 @@
 // The command that holds what updates said was meant against what the hardware holds.
 //
 // SPDX-License-Identifier: Apache-2.0
-#include <algorithm>
-#include <cstring>
+#include <array>
+#include <chrono>
+#include <set>
+#include <thread>
 
 #include "commands.h"
+#include "counted.h"
 #include "entry_contents.h"
 #include "group_reader.h"
 #include "handle_walk.h"
+#include "member_reader.h"
 #include "placed_contents.h"
 #include "report.h"
 #include "session.h"
-#include "status_text.h"
-#include "tarvex_pd/actions.h"
 #include "tarvex_pd/dispatch.h"
 #include "time_text.h"
 #include "verbs.h"
@@ -23,45 +25,62 @@ using enum argument_kind;
 
 namespace {
 
-/// Rows of differences, the report begun with the first.
-class difference_rows {
- public:
-  explicit difference_rows(const invocation &call)
-      : rows_(call.out, call.chosen, "differences",
-              {{"of", 26}, {"handle", 10}, {"what", 9}, {"meant", 60}, {"hardware"}})
-  {
-  }
+using namespace std::chrono_literals;
 
-  void add(std::string_view of, std::uint32_t handle, std::string_view what, const std::string &meant,
-           const std::string &hardware)
-  {
-    rows_.cell(of).number(handle).cell(what).cell(meant).cell(hardware).end_row();
-    ++count_;
-  }
-  void finish() { rows_.finish(); }
-  std::uint64_t count() const { return count_; }
-
- private:
-  report rows_;
-  std::uint64_t count_ = 0;
+/// Where meant and held may differ: an entry, or a member or group of a profile.
+struct suspect {
+  const table_info *table = nullptr;
+  const profile_info *profile = nullptr;
+  bool is_group = false;
+  std::uint32_t handle = 0;
 };
 
+struct profile_readers {
+  profile_readers(const profile_info &profile, const target &where)
+      : members(profile, where, true), groups(profile, where)
+  {
+  }
+
+  member_reader members;
+  group_reader groups;
+};
+
+struct finding {
+  std::string_view what;
+  std::string meant;
+  std::string hardware;
+};
+
+/// What is meant changes while the hardware is read: what seems to differ at first is looked at again, one by one, and
+/// again after pauses, as a write is told of only once it was done.
 class auditor {
  public:
-  auditor(const invocation &call, const meant_state &meant) : call_(call), meant_(meant), rows_(call) {}
+  auditor(const invocation &call, const update_record &record, const meant_state &meant)
+      : call_(call), record_(record), meant_(meant)
+  {
+  }
 
   exit_code audit()
   {
-    for (const table_info &table : calls::tables) audit_table(table);
-    for (const profile_info &profile : calls::profiles) audit_members(profile);
-    for (const profile_info &profile : calls::profiles) audit_groups(profile);
-    rows_.finish();
-    call_.out.note(std::to_string(meant_.updates) + " updates since " + time_text(meant_.since) + "; " +
-                   std::to_string(compared_) + " compared, " + std::to_string(rows_.count()) + " different");
-    if (untold_ != 0) {
-      call_.out.note(std::to_string(untold_) + " were there by then, and only whether they still are is known");
+    for (const table_info &table : calls::tables) suspect_entries(table);
+    for (const profile_info &profile : calls::profiles) suspect_members(profile);
+    for (const profile_info &profile : calls::profiles) suspect_groups(profile);
+    const std::vector<finding> findings = settle();
+    if (!record_.is_since(meant_.since)) throw usage_error("the record of updates was ended meanwhile");
+    report rows(call_.out, call_.chosen, "differences",
+                {{"of", 26}, {"handle", 10}, {"what", 9}, {"meant", 60}, {"hardware"}});
+    for (std::size_t i = 0; i < findings.size(); ++i) {
+      const suspect &of = suspects_[i];
+      rows.cell(of.table != nullptr ? of.table->name : of.profile->name).number(of.handle);
+      rows.cell(findings[i].what).cell(findings[i].meant).cell(findings[i].hardware).end_row();
     }
-    return rows_.count() == 0 ? exit_code::ok : exit_code::differences;
+    rows.finish();
+    call_.out.note(counted(meant_.updates, "update") + " since " + time_text(meant_.since) + "; " +
+                   std::to_string(compared_) + " compared, " + std::to_string(findings.size()) + " different");
+    if (untold_ != 0) {
+      call_.out.note(counted(untold_, "was", "were") + " there by then, and only whether they still are is known");
+    }
+    return findings.empty() ? exit_code::ok : exit_code::differences;
   }
 
  private:
@@ -73,74 +92,178 @@ class auditor {
   }
 
   /// Handles against handles: what the hardware has and nobody told of, and what went without a word.
-  template <typename Text>
-  void compare_handles(std::string_view of, const meant_objects &objects, handle_walk walk, Text text)
+  void suspect_handles(const suspect &of, const meant_objects &objects, handle_walk walk)
   {
     std::unordered_set<std::uint32_t> missing = objects.untold;
     untold_ += missing.size();
     while (const auto handle = walk.next()) {
       call_.shell.check_interrupt();
-      if (missing.erase(*handle) != 0 || objects.placed.contains(*handle)) continue;
-      rows_.add(of, *handle, "untold", "", text(*handle));
+      if (missing.erase(*handle) == 0 && !objects.placed.contains(*handle)) add(of, *handle);
     }
-    for (const std::uint32_t handle : missing) rows_.add(of, handle, "lost", "(unknown)", "nothing");
+    for (const std::uint32_t handle : missing) add(of, handle);
   }
 
-  std::string hardware_text(entry_reader &reader, const table_info &table, std::uint32_t handle)
+  void add(suspect of, std::uint32_t handle)
   {
-    try {
-      return texts_.entry(table, reader.read(handle));
-    } catch (const refused_error &error) {
-      return "nothing: " + status_text(error.status());
-    }
+    of.handle = handle;
+    suspects_.push_back(of);
   }
 
-  void audit_table(const table_info &table)
+  /// Suspects it where it differs at first sight.
+  void check(const suspect &of, std::uint32_t handle)
   {
+    call_.shell.check_interrupt();
+    add(of, handle);
+    if (!find(suspects_.back())) suspects_.pop_back();
+  }
+
+  void suspect_entries(const table_info &table)
+  {
+    const suspect of{.table = &table};
     const meant_objects &objects = objects_of(table.handle);
-    entry_reader reader(table, call_.where(), true);
     for (const auto &[handle, placement] : objects.placed) {
       if (++compared_ % 1024 == 0) call_.shell.check_interrupt();
-      if (p4_pd_tarvex_switch_plcmt_data_eq_to_hw(call_.where().session, static_cast<pd_dev_id_t>(call_.where().device),
-                                                  table.handle, handle, placement.data()) != 0) {
-        continue;
-      }
-      const std::string hardware = hardware_text(reader, table, handle);
-      rows_.add(table.name, handle, hardware.starts_with("nothing") ? "lost" : "different",
-                texts_.entry(table, placed_entry_of(table, placement, call_.where())), hardware);
+      if (!same_in_hardware(table, handle, placement)) add(of, handle);
     }
-    if (table.fields.empty()) return;
-    compare_handles(table.name, objects, handle_walk::entries(table, call_.where()),
-                    [&](std::uint32_t handle) { return hardware_text(reader, table, handle); });
+    if (!table.fields.empty()) suspect_handles(of, objects, handle_walk::entries(table, call_.where()));
   }
 
-  void audit_members(const profile_info &profile)
+  void suspect_members(const profile_info &profile)
   {
+    const suspect of{.profile = &profile};
     const meant_objects &objects = objects_of(profile.action_data_table);
-    plcmt_action_t found{};
-    function_call read(function_for(family_id::get_member, profile, member_action_out), call_.where());
-    read.give(read_from_hw, std::uint64_t{1}).give(member_action_out, &found);
-    const auto hardware_of = [&](std::uint32_t handle) {
-      const auto status = static_cast<pd_status_t>(read.give(mbr_hdl, handle).make());
-      if (status != BF_SUCCESS) return "nothing: " + status_text(status);
-      record_memory parameters;
-      std::memcpy(parameters.data(), found.parameters, calls::actions[found.action].record_size);
-      return texts_.action(calls::actions[found.action], parameters).substr(1);
-    };
     for (const auto &[handle, placement] : objects.placed) {
-      call_.shell.check_interrupt();
       ++compared_;
-      const profile_member meant = placed_member_of(profile, placement, call_.where());
-      const std::string hardware = hardware_of(handle);
-      const bool there = !hardware.starts_with("nothing");
-      if (there && meant.action == &calls::actions[found.action] &&
-          same_parameters(*meant.action, meant.parameters.data(), found.parameters)) {
-        continue;
-      }
-      rows_.add(profile.name, handle, there ? "different" : "lost",
-                texts_.action(*meant.action, meant.parameters).substr(1), hardware);
+      check(of, handle);
     }
-    compare_handles(profile.name, objects, handle_walk::members(profile, call_.where()), hardware_of);
+    suspect_handles(of, objects, handle_walk::members(profile, call_.where()));
+  }
+
+  void suspect_groups(const profile_info &profile)
+  {
+    const suspect of{.profile = &profile, .is_group = true};
+    std::set<std::uint32_t> groups;
+    for (const auto &[key, members] : meant_.groups) {
+      if (key.first == profile.selector_table) groups.insert(key.second);
+    }
+    compared_ += groups.size();
+    handle_walk walk = handle_walk::groups(profile, call_.where());
+    while (const auto group = walk.next()) groups.insert(*group);
+    for (const std::uint32_t group : groups) check(of, group);
+  }
+
+  /// Leaves the suspects that differ each time that they are looked at, with what was found the last time.
+  std::vector<finding> settle()
+  {
+    static constexpr std::array<std::chrono::milliseconds, 4> pauses = {0ms, 10ms, 30ms, 90ms};
+    std::vector<finding> findings;
+    for (const std::chrono::milliseconds pause : pauses) {
+      if (suspects_.empty()) break;
+      std::this_thread::sleep_for(pause);
+      findings.clear();
+      std::vector<suspect> left;
+      for (const suspect &each : suspects_) {
+        call_.shell.check_interrupt();
+        std::optional<finding> found = find(each);
+        if (!found) continue;
+        left.push_back(each);
+        findings.push_back(std::move(*found));
+      }
+      suspects_ = std::move(left);
+    }
+    return findings;
+  }
+
+  /// Nothing where meant and held agree by now.
+  std::optional<finding> find(const suspect &of)
+  {
+    if (of.table != nullptr) return find_entry(*of.table, of.handle);
+    return of.is_group ? find_group(*of.profile, of.handle) : find_member(*of.profile, of.handle);
+  }
+
+  /// Reads the hardware while what is meant stands still: what a write changed meanwhile is read anew. What never
+  /// stands still is written all the time, and so is not left different.
+  template <typename Meant, typename Compare>
+  static std::optional<finding> find_between(Meant meant, Compare compare)
+  {
+    constexpr int most_readings = 100;
+    auto before = meant();
+    for (int i = 0; i < most_readings; ++i) {
+      std::optional<finding> found = compare(before);
+      if (!found) return found;
+      auto behind = meant();
+      if (before == behind) return found;
+      before = std::move(behind);
+    }
+    return std::nullopt;
+  }
+
+  /// Of an entry or a member: `text` of what is in the hardware, nothing where it is not there; `placed_text` of what
+  /// was told, and whether that is the same.
+  template <typename Text, typename Placed, typename Same>
+  std::optional<finding> find_object(std::uint32_t source, std::uint32_t handle, Text text, Placed placed_text,
+                                     Same same)
+  {
+    return find_between(
+        [&] { return record_.object(source, handle); },
+        [&](const update_record::known_object &meant) -> std::optional<finding> {
+          if (!meant.placed.empty() && same(meant.placed)) return std::nullopt;
+          const std::optional<std::string> there = text();
+          if (!meant.placed.empty()) {
+            return finding{there ? "different" : "lost", placed_text(meant.placed), there.value_or("nothing")};
+          }
+          if (meant.untold == there.has_value()) return std::nullopt;
+          return meant.untold ? finding{"lost", "(unknown)", "nothing"} : finding{"untold", "", *there};
+        });
+  }
+
+  bool same_in_hardware(const table_info &table, std::uint32_t handle, const std::vector<std::byte> &placement) const
+  {
+    return p4_pd_tarvex_switch_plcmt_data_eq_to_hw(call_.where().session,
+                                                   static_cast<pd_dev_id_t>(call_.where().device), table.handle, handle,
+                                                   placement.data()) != 0;
+  }
+
+  std::optional<finding> find_entry(const table_info &table, std::uint32_t handle)
+  {
+    if (table_ != &table) {
+      table_ = &table;
+      entries_.emplace(table, call_.where(), true);
+    }
+    return find_object(
+        table.handle, handle,
+        [&]() -> std::optional<std::string> {
+          const table_entry *const entry = entries_->read_if_there(handle);
+          return entry != nullptr ? std::optional(texts_.entry(table, *entry)) : std::nullopt;
+        },
+        [&](const auto &placement) { return texts_.entry(table, placed_entry_of(table, placement, call_.where())); },
+        [&](const auto &placement) { return same_in_hardware(table, handle, placement); });
+  }
+
+  profile_readers &readers_of(const profile_info &profile)
+  {
+    return of_profiles_.try_emplace(&profile, profile, call_.where()).first->second;
+  }
+
+  std::optional<finding> find_member(const profile_info &profile, std::uint32_t handle)
+  {
+    member_reader &reader = readers_of(profile).members;
+    const auto text_of_member = [&](const profile_member &member) {
+      return texts_.action(*member.action, member.parameters).substr(1);
+    };
+    return find_object(
+        profile.action_data_table, handle,
+        [&]() -> std::optional<std::string> {
+          const profile_member *const member = reader.read_if_there(handle);
+          return member != nullptr ? std::optional(text_of_member(*member)) : std::nullopt;
+        },
+        [&](const auto &placement) { return text_of_member(placed_member_of(profile, placement, call_.where())); },
+        [&](const auto &placement) {
+          const profile_member *const member = reader.read_if_there(handle);
+          const profile_member meant = placed_member_of(profile, placement, call_.where());
+          return member != nullptr && meant.action == member->action &&
+                 same_parameters(*meant.action, meant.parameters.data(), member->parameters.data());
+        });
   }
 
   bool same_parameters(const action_info &action, const void *left, const void *right) const
@@ -152,43 +275,39 @@ class auditor {
     return (call.give(action_spec, left).give(action_spec, right, 1).make() & 0xff) != 0;
   }
 
-  static std::string text_of(const std::map<std::uint32_t, bool> &members)
+  static std::string text_of(const std::optional<group_members> &members)
   {
+    if (!members) return "nothing";
     std::string text = "group of";
-    for (const auto &[member, active] : members) text += ' ' + std::to_string(member) + (active ? "" : " (inactive)");
+    for (const auto &[member, active] : *members) text += ' ' + std::to_string(member) + (active ? "" : " (inactive)");
     return text;
   }
 
-  void audit_groups(const profile_info &profile)
+  std::optional<finding> find_group(const profile_info &profile, std::uint32_t handle)
   {
-    group_reader reader(profile, call_.where());
-    std::map<std::uint32_t, std::map<std::uint32_t, bool>> hardware;
-    handle_walk walk = handle_walk::groups(profile, call_.where());
-    while (const auto group = walk.next()) {
-      call_.shell.check_interrupt();
-      std::map<std::uint32_t, bool> &members = hardware[*group];
-      for (const group_member &each : reader.members(*group)) members[each.id] = each.active;
-    }
-    for (const auto &[key, members] : meant_.groups) {
-      if (key.first != profile.selector_table) continue;
-      ++compared_;
-      const auto found = hardware.find(key.second);
-      if (found == hardware.end()) {
-        rows_.add(profile.name, key.second, "lost", text_of(members), "nothing");
-        continue;
-      }
-      if (found->second != members) {
-        rows_.add(profile.name, key.second, "different", text_of(members), text_of(found->second));
-      }
-      hardware.erase(found);
-    }
-    for (const auto &[group, members] : hardware) rows_.add(profile.name, group, "untold", "", text_of(members));
+    return find_between([&] { return record_.group(profile.selector_table, handle); },
+                        [&](const std::optional<group_members> &meant) -> std::optional<finding> {
+                          std::optional<group_members> members;
+                          if (const auto there = readers_of(profile).groups.members_if_there(handle)) {
+                            members.emplace();
+                            for (const group_member &each : *there) members->emplace(each.id, each.active);
+                          }
+                          if (meant == members) return std::nullopt;
+                          return finding{!meant     ? "untold"
+                                         : !members ? "lost"
+                                                    : "different",
+                                         meant ? text_of(meant) : "", text_of(members)};
+                        });
   }
 
   const invocation &call_;
+  const update_record &record_;
   const meant_state &meant_;
-  difference_rows rows_;
   entry_texts texts_;
+  std::vector<suspect> suspects_;
+  const table_info *table_ = nullptr;  // of the reader
+  std::optional<entry_reader> entries_;
+  std::map<const profile_info *, profile_readers> of_profiles_;
   std::uint64_t compared_ = 0;
   std::uint64_t untold_ = 0;
 };
@@ -212,7 +331,12 @@ exit_code audit_hardware(const invocation &call)
   }
   const std::optional<meant_state> meant = memory.meant.state();
   if (!meant) throw usage_error("no updates are recorded, so nobody knows what was meant; 'audit on' begins it");
-  return auditor(call, *meant).audit();
+  const exit_code code = auditor(call, memory.meant, *meant).audit();
+  if (const std::size_t displaced = memory.updates.displaced(); displaced != 0) {
+    call.out.note("the program put callbacks of its own in the place of " + std::to_string(displaced) +
+                  " since: what they were told is missing; 'audit off' and 'audit on' begin anew");
+  }
+  return code;
 }
 
 }  // namespace tarvex::shell

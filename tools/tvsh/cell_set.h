@@ -1,4 +1,4 @@
-// A set of the cells of a counter, meter or register, kept as ranges.
+// A set of the cells of a counter, meter or register, or of handles, kept as ranges.
 //
 // SPDX-License-Identifier: Apache-2.0
 #pragma once

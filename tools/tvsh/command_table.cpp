@@ -151,7 +151,9 @@ constexpr command all_commands[] = {
      reading,
      "[show | on | off | timeout TIME]",
      "shows the addresses that the switch reported",
-     "The shell keeps the latest 1000 while it listens ('on').",
+     "The shell keeps the latest 1000 while it listens ('on'). Whoever of the program listened before gets the "
+     "reports\n"
+     "all the same, and acknowledges them.",
      {"digests on", "digests timeout 100"},
      {w::choice, w::nothing, w::nothing},
      digest_choices,
@@ -317,7 +319,8 @@ constexpr command all_commands[] = {
      "Entries, defaults, members, groups, counters, meters, registers and settings, as JSON. What the switch does not\n"
      "tell (value-set entries, fallback members, sizes of groups, idle-time settings, the learning timeout) is what\n"
      "this shell wrote. Of counters, meters and registers by index the first N cells are looked at (4096), and\n"
-     "beyond them those that this shell wrote. The file is there whole or not at all.",
+     "beyond them those that this shell wrote. The file is there whole or not at all. A new one is the\n"
+     "user's alone; one that is there keeps its mode, and a link goes on pointing at it.",
      {"save /tmp/tvsh-state.json", "save /tmp/tvsh-state.json cells=16"},
      {w::file, w::nothing, w::nothing},
      {},
@@ -327,7 +330,8 @@ constexpr command all_commands[] = {
      "FILE [replace] [cells=N]",
      "writes a saved state to the switch",
      "The whole file is checked first. A switch that holds entries, members or groups is refused, but with 'replace'\n"
-     "all of it is taken off ahead. Members and groups get new handles, and entries follow them.",
+     "all of it, counters and settings too, is taken off ahead; without it nothing is touched that the file does not\n"
+     "hold. Members and groups get new handles, and entries follow them.",
      {"load /tmp/tvsh-state.json replace", "load /tmp/tvsh-state.json replace --dry-run"},
      {w::file, w::choice, w::nothing},
      load_choices,
@@ -357,7 +361,7 @@ constexpr command all_commands[] = {
      "shows updates of the switch as they come",
      "Of all tables and profiles where none is named, until N were shown, N seconds have passed or Ctrl-C. With -j "
      "each\n"
-     "line is a JSON object. It takes the place of update callbacks that the process itself has left.",
+     "line is a JSON object. Update callbacks that the program itself has registered go on being called.",
      {"monitor ipv4Host seconds=0", "monitor seconds=0 -j"},
      {w::table, w::table, w::table},
      {},
@@ -367,7 +371,8 @@ constexpr command all_commands[] = {
      "[on | off]",
      "holds what updates said was meant against what the hardware holds",
      "'on' begins to record updates; without a word what was recorded since is compared. Exit code 3 where the\n"
-     "hardware holds something else, has lost something, or has something that nobody told of.",
+     "hardware holds something else, has lost something, or has something that nobody told of. Others may write\n"
+     "meanwhile, and update callbacks that the program itself has registered go on being called.",
      {"audit on", "audit"},
      {w::choice, w::nothing, w::nothing},
      audit_choices,
@@ -400,8 +405,8 @@ constexpr command all_commands[] = {
      "and\n"
      "FILE gets all of them, as JSON lines with -j. replay makes the writes of such a file again; handles may differ\n"
      "from those of then. Any program that uses the library is traced without a shell by\n"
-     "LD_PRELOAD=libtarvex_trace.so.0 TARVEX_TRACE=FILE PROGRAM, as JSON lines with TARVEX_TRACE_JSON=1, and with\n"
-     "TARVEX_TRACE_SYNC=1 each line is written at once, for a program that dies in the driver.",
+     "LD_PRELOAD=libtarvex_trace.so.0 TARVEX_TRACE=FILE PROGRAM, as JSON lines with TARVEX_TRACE_JSON=1. As text,\n"
+     "FILE tells of each call ahead of the call: what a program died or hangs in stands at its end.",
      {"trace on", "trace off"},
      {w::choice, w::file, w::nothing},
      trace_choices,

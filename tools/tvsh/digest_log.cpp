@@ -27,16 +27,23 @@ std::uint32_t field_of(const std::uint8_t *entry, const char *name)
 
 digest_log::~digest_log()
 {
-  if (listening_) p4_pd_tarvex_switch_macLearningDigest_deregister(where_.session, where_.device);
+  if (!listening_) return;
+  try {
+    give_back();
+  } catch (const shell_error &) {
+    // The device may be gone, and the callback with it.
+  }
 }
 
 void digest_log::listen(const target &where)
 {
   require_stand_in();  // another driver's messages have a form of their own
   const std::lock_guard lock(switching_);
-  require_success(p4_pd_tarvex_switch_macLearningDigest_register(where.session, where.device,
-                                                                 reinterpret_cast<pd_callback_t>(&receive), this),
-                  "asking for learning reports");
+  callback_.take_place(where.device, [&](const registered_callback &own) {
+    require_success(
+        p4_pd_tarvex_switch_macLearningDigest_register(where.session, where.device, own.function, own.cookie),
+        "asking for learning reports");
+  });
   where_ = where;
   listening_ = true;
 }
@@ -44,9 +51,18 @@ void digest_log::listen(const target &where)
 void digest_log::stop()
 {
   const std::lock_guard lock(switching_);
-  if (!listening_.exchange(false)) return;
-  require_success(p4_pd_tarvex_switch_macLearningDigest_deregister(where_.session, where_.device),
-                  "ending the learning reports");
+  if (listening_.exchange(false)) give_back();
+}
+
+void digest_log::give_back()
+{
+  callback_.give_back(where_.device, [&](const registered_callback &earlier) {
+    const pd_status_t status = earlier.function == nullptr
+                                   ? p4_pd_tarvex_switch_macLearningDigest_deregister(where_.session, where_.device)
+                                   : p4_pd_tarvex_switch_macLearningDigest_register(earlier.session, where_.device,
+                                                                                    earlier.function, earlier.cookie);
+    require_success(status, "ending the learning reports");
+  });
 }
 
 std::vector<learned_address> digest_log::latest() const
@@ -57,24 +73,29 @@ std::vector<learned_address> digest_log::latest() const
 
 void digest_log::receive(std::uint32_t session, void *message, void *self)
 {
-  static_cast<digest_log *>(self)->keep(session, message);
+  auto &log = *static_cast<digest_log *>(self);
+  log.keep(message);
+  // With no lock held: the driver is called from within its callback.
+  const registered_callback earlier = log.callback_.earlier();
+  if (earlier.function == nullptr) {
+    p4_pd_tarvex_switch_macLearningDigest_notify_ack(session, message);
+  } else {
+    reinterpret_cast<standin_digest_cb_t>(earlier.function)(
+        earlier.session, static_cast<standin_digest_msg_t *>(message), earlier.cookie);
+  }
 }
 
-void digest_log::keep(std::uint32_t session, void *message)
+void digest_log::keep(const void *message)
 {
   const auto *const digest = static_cast<const standin_digest_msg_t *>(message);
-  {
-    const std::lock_guard lock(mutex_);
-    for (std::uint32_t i = 0; i < digest->entry_count; ++i) {
-      const std::uint8_t *const entry = digest->entries + std::size_t{i} * digest->entry_bytes;
-      const std::uint64_t mac =
-          std::uint64_t{field_of(entry, "ingMd_smacOui")} << 24 | field_of(entry, "ingMd_smacStation");
-      kept_.push_back({digest->dev_id, mac, field_of(entry, "ingMd_ingL2Domain"), field_of(entry, "ingMd_ingL2Aintf")});
-      if (kept_.size() > most_kept) kept_.pop_front();
-    }
+  const std::lock_guard lock(mutex_);
+  for (std::uint32_t i = 0; i < digest->entry_count; ++i) {
+    const std::uint8_t *const entry = digest->entries + std::size_t{i} * digest->entry_bytes;
+    const std::uint64_t mac =
+        std::uint64_t{field_of(entry, "ingMd_smacOui")} << 24 | field_of(entry, "ingMd_smacStation");
+    kept_.push_back({digest->dev_id, mac, field_of(entry, "ingMd_ingL2Domain"), field_of(entry, "ingMd_ingL2Aintf")});
+    if (kept_.size() > most_kept) kept_.pop_front();
   }
-  // With no lock held: the driver is called from within its callback.
-  p4_pd_tarvex_switch_macLearningDigest_notify_ack(session, message);
 }
 
 }  // namespace tarvex::shell

@@ -9,9 +9,13 @@
 #include <mutex>
 #include <vector>
 
+#include "borrowed_callback.h"
 #include "function_call.h"
 
 namespace tarvex::shell {
+
+/// What the driver calls the digest.
+inline constexpr std::uint32_t digest_handle = 0x21000084;
 
 struct learned_address {
   std::uint32_t device = 0;
@@ -21,6 +25,7 @@ struct learned_address {
 };
 
 /// Keeps the latest reports. They come in a thread of the driver's; sessions of several threads read and switch it.
+/// Whoever of the process listened before gets the reports all the same, and it is he who acknowledges them.
 class digest_log {
  public:
   digest_log() = default;
@@ -31,6 +36,8 @@ class digest_log {
   /// Throw refused_error.
   void listen(const target &where);
   void stop();
+  /// The device is gone, and the callback with it.
+  void forget() { listening_ = false; }
   bool listening() const { return listening_; }
 
   std::vector<learned_address> latest() const;
@@ -39,11 +46,13 @@ class digest_log {
   static constexpr std::size_t most_kept = 1000;
 
   static void receive(std::uint32_t session, void *message, void *self);
-  void keep(std::uint32_t session, void *message);
+  void keep(const void *message);
+  void give_back();
 
   std::mutex switching_;      // held while the driver is told; its callback does without
   mutable std::mutex mutex_;  // of what is kept
   std::deque<learned_address> kept_;
+  borrowed_callback callback_{digest_handle, reinterpret_cast<pd_callback_t>(&receive), this};
   target where_;
   std::atomic<bool> listening_ = false;
 };

@@ -3,7 +3,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "entry_reader.h"
 
-#include "driver_statuses.h"
 #include "status_text.h"
 #include "tarvex_standin/standin.h"
 
@@ -39,20 +38,19 @@ entry_reader::entry_reader(const table_info &table, const target &where, bool fr
 const table_entry &entry_reader::read(std::uint32_t handle)
 {
   const table_entry *const entry = read_if_there(handle);
-  if (entry == nullptr) refuse(handle);
+  if (entry == nullptr) throw refused_error(status_, what(handle));
   return *entry;
 }
 
-void entry_reader::refuse(std::uint32_t handle) const
+std::string entry_reader::what(std::uint32_t handle) const
 {
-  throw refused_error(status_, "reading entry " + std::to_string(handle) + " of " + table_.name);
+  return "reading entry " + std::to_string(handle) + " of " + table_.name;
 }
 
 const table_entry *entry_reader::read_if_there(std::uint32_t handle)
 {
-  status_ = static_cast<pd_status_t>(call_.give(entry_hdl, handle).make());
-  if (says_gone(status_)) return nullptr;
-  if (status_ != BF_SUCCESS) refuse(handle);
+  status_ = call_.give(entry_hdl, handle).status();
+  if (!found_there(status_, [&] { return what(handle); })) return nullptr;
   entry_.handle = handle;
   entry_.has_key = no_key_ == 0 && !table_.fields.empty();
   entry_.action = table_.profile != nullptr ? nullptr : &calls::actions[action_];

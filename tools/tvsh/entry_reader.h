@@ -34,7 +34,7 @@ class entry_reader {
   const table_entry *read_if_there(std::uint32_t handle);
 
  private:
-  [[noreturn]] void refuse(std::uint32_t handle) const;
+  std::string what(std::uint32_t handle) const;
 
   function_call call_;
   const table_info &table_;

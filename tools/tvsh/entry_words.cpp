@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 
+#include "counted.h"
 #include "nearest.h"
 #include "shell_error.h"
 #include "value_text.h"
@@ -85,7 +86,7 @@ std::optional<std::uint64_t> own_words::number(std::string_view name, unsigned b
 std::uint64_t own_words::required_number(std::string_view name, unsigned bits) const
 {
   const auto value = number(name, bits);
-  if (!value) throw argument_error(std::string(name) + "= (" + std::to_string(bits) + " bits) is missing");
+  if (!value) throw argument_error(std::string(name) + "= (" + counted(bits, "bit") + ") is missing");
   return *value;
 }
 

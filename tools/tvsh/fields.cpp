@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "counted.h"
+
 namespace tarvex::shell {
 
 namespace {
@@ -176,7 +178,7 @@ std::vector<std::string_view> field_names(std::span<const shown_field> fields) {
 std::string described(const shown_field &field)
 {
   static constexpr std::array<std::string_view, 4> displays = {"", ", MAC address", ", IPv4 address", ", IPv6 address"};
-  return field.name + " (" + std::to_string(field.bits) + (field.bits == 1 ? " bit" : " bits") +
+  return field.name + " (" + counted(field.bits, "bit") +
          std::string(displays[static_cast<std::size_t>(field.display)]) + ')';
 }
 

@@ -13,6 +13,6 @@ function_call::function_call(const exported_function &function, const target &wh
   give(whole_dev_id, where.device);
 }
 
-void function_call::must(const std::string &what) { require_success(static_cast<std::uint32_t>(make()), what); }
+void function_call::must(const std::string &what) { require_success(status(), what); }
 
 }  // namespace tarvex::shell

@@ -39,6 +39,8 @@ class function_call : private calls::raw_call {
     return *this;
   }
 
+  /// Makes a call that gives a status.
+  std::uint32_t status() { return static_cast<std::uint32_t>(make()); }
   /// Makes a call that gives a status; throws refused_error with `what` where it is not 0.
   void must(const std::string &what);
 };

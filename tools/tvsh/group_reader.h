@@ -3,6 +3,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "function_call.h"
@@ -14,8 +15,8 @@ class group_reader {
  public:
   group_reader(const profile_info &profile, const target &where);
 
-  /// In the order of the driver's walk. Throws refused_error.
-  std::vector<group_member> members(std::uint32_t group);
+  /// In the order of the driver's walk; nothing where the group is gone. Throws refused_error.
+  std::optional<std::vector<group_member>> members_if_there(std::uint32_t group);
 
  private:
   const profile_info &profile_;

@@ -78,31 +78,34 @@ pd_status_t handle_walk::fetch_first()
 
 pd_status_t handle_walk::fetch()
 {
-  if (batches_++ == 0) return fetch_first();
+  if (size_ == 0) return fetch_first();
   const std::vector<std::uint32_t> passed(handles_.begin(), handles_.begin() + static_cast<std::ptrdiff_t>(size_));
   pd_status_t status = fetch_behind(passed.back());
   // Others may have deleted the one that the walk stood at: it goes on from one ahead of it, or begins anew.
-  if (says_gone(status) && batches_ == 2) return fetch_first();
   for (std::size_t at = passed.size() - 1; says_gone(status) && at > 0; --at) {
+    went_back_ = true;
     status = fetch_behind(passed[at - 1]);
-    const auto rest = std::remove_if(handles_.begin(), handles_.end(), [&](std::uint32_t handle) {
-      return std::ranges::find(passed, handle) != passed.end();
-    });
-    std::fill(rest, handles_.end(), STANDIN_NO_HANDLE);
   }
-  return status;
+  if (!says_gone(status)) return status;
+  went_back_ = true;
+  return fetch_first();
 }
 
 std::optional<std::uint32_t> handle_walk::next()
 {
-  if (at_ == size_) {
+  for (;;) {
+    while (at_ < size_) {
+      const std::uint32_t handle = handles_[at_++];
+      if (went_back_ && met_.holds(handle)) continue;
+      met_.add({handle, handle});
+      return handle;
+    }
     const pd_status_t status = fetch();
     if (!ends_walk(status)) require_success(status, "walking the handles");
     at_ = 0;
     size_ = static_cast<std::size_t>(std::ranges::find(handles_, STANDIN_NO_HANDLE) - handles_.begin());
     if (size_ == 0) return std::nullopt;
   }
-  return handles_[at_++];
 }
 
 }  // namespace tarvex::shell

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "catalogue.h"
+#include "cell_set.h"
 #include "function_call.h"
 #include "tarvex_pd/types.h"
 
@@ -42,7 +43,8 @@ class handle_walk {
   std::array<std::uint32_t, batch> handles_;
   std::size_t at_ = 0;
   std::size_t size_ = 0;
-  std::uint64_t batches_ = 0;
+  cell_set met_;  // handles that were given, mostly few ranges
+  bool went_back_ = false;
 };
 
 }  // namespace tarvex::shell

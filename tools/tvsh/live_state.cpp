@@ -3,14 +3,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "live_state.h"
 
-#include <cstring>
+#include <set>
 
+#include "counted.h"
 #include "group_reader.h"
 #include "handle_walk.h"
 #include "hash_settings.h"
+#include "member_reader.h"
 #include "session.h"
 #include "status_text.h"
-#include "tarvex_pd/actions.h"
 
 namespace tarvex::shell {
 
@@ -45,7 +46,9 @@ class live_reader {
     for (const profile_info &profile : calls::profiles) read_groups(profile);
     for (const profile_info &profile : calls::profiles) {
       const auto member = written_.fallback_members.find(profile.selector_table);
-      if (member != written_.fallback_members.end()) to_.fallback(profile, member->second);
+      if (member == written_.fallback_members.end()) continue;
+      require_given(given_[&profile].members, member->second);
+      to_.fallback(profile, member->second);
     }
     for (const table_info &table : calls::tables) {
       const auto setting = written_.idle.find(table.handle);
@@ -78,30 +81,34 @@ class live_reader {
       }
     }
 
-    void read(entry_state &state)
+    /// Whether the entry was there until all of it was read. Throws refused_error.
+    bool read_if_there(entry_state &state)
     {
       state.ttl.reset();
       state.counter.reset();
       state.meter.reset();
       if (ttl_ && state.has_key) {
         std::uint32_t ttl_value = 0;
-        ttl_->give(entry_hdl, state.handle).give(ttl_out, &ttl_value).must(what("ttl", state));
+        if (!finds(ttl_->give(ttl_out, &ttl_value), "ttl", state)) return false;
         state.ttl = ttl_value;
       }
       if (counter_) {
-        counter_->give(entry_hdl, state.handle).must(what("counter", state));
+        if (!finds(*counter_, "counter", state)) return false;
         if (!is_blank(counter_value_)) state.counter = counter_value_;
       }
       if (meter_ && has_meter(use_of(table_.actions, *state.action))) {
-        meter_->give(entry_hdl, state.handle).must(what("meter", state));
+        if (!finds(*meter_, "meter", state)) return false;
         state.meter = meter_value_;
       }
+      return true;
     }
 
    private:
-    std::string what(const char *part, const entry_state &state) const
+    bool finds(function_call &call, const char *part, const entry_state &state) const
     {
-      return std::string("reading the ") + part + " of entry " + std::to_string(state.handle) + " of " + table_.name;
+      return found_there(call.give(entry_hdl, state.handle).status(), [&] {
+        return std::string("reading the ") + part + " of entry " + std::to_string(state.handle) + " of " + table_.name;
+      });
     }
 
     const table_info &table_;
@@ -112,17 +119,14 @@ class live_reader {
 
   void read_members(const profile_info &profile)
   {
-    plcmt_action_t found{};
-    function_call read(function_for(family_id::get_member, profile, member_action_out), call_.where());
-    read.give(read_from_hw, std::uint64_t{call_.chosen.hardware}).give(member_action_out, &found);
+    member_reader reader(profile, call_.where(), call_.chosen.hardware);
     handle_walk walk = handle_walk::members(profile, call_.where());
     while (const auto handle = walk.next()) {
       call_.shell.check_interrupt();
-      read.give(mbr_hdl, *handle);
-      read.must("reading member " + std::to_string(*handle) + " of " + profile.name);
-      profile_member state{*handle, &calls::actions[found.action], {}};
-      std::memcpy(state.parameters.data(), found.parameters, state.action->record_size);
-      to_.member(profile, state);
+      const profile_member *const member = reader.read_if_there(*handle);
+      if (member == nullptr) continue;
+      given_[&profile].members.insert(*handle);
+      to_.member(profile, *member);
     }
   }
 
@@ -135,9 +139,35 @@ class live_reader {
       profile_group state{*handle, {}, {}};
       const auto size = written_.group_sizes.find({profile.selector_table, *handle});
       if (size != written_.group_sizes.end()) state.size = size->second;
-      state.members = members.members(*handle);
+      auto there = members.members_if_there(*handle);
+      if (!there) continue;
+      for (const group_member &each : *there) require_given(given_[&profile].members, each.id);
+      state.members = std::move(*there);
+      given_[&profile].groups.insert(*handle);
       to_.group(profile, state);
     }
+  }
+
+  /// What a reference is to must have been handed on ahead of it.
+  static void require_given(const std::set<std::uint32_t> &given, std::uint32_t handle)
+  {
+    if (given.contains(handle)) return;
+    throw shell_error(exit_code::refused, "the switch changed while it was read: member or group " +
+                                              std::to_string(handle) + " came meanwhile; try again");
+  }
+
+  bool read_if_there(const table_info &table, entry_reader &reader, extras_reader &extras, std::uint32_t handle,
+                     entry_state &state)
+  {
+    const table_entry *const entry = reader.read_if_there(handle);
+    if (entry == nullptr) return false;
+    static_cast<table_entry &>(state) = *entry;
+    if (!extras.read_if_there(state)) return false;
+    if (state.action == nullptr) {
+      const handed_on &given = given_[table.profile];
+      require_given(state.is_group ? given.groups : given.members, state.is_group ? state.group : state.member);
+    }
+    return true;
   }
 
   void read_default(const table_info &table)
@@ -146,9 +176,8 @@ class live_reader {
     if (!handle) return;
     entry_state state;
     entry_reader reader(table, call_.where(), call_.chosen.hardware);
-    static_cast<table_entry &>(state) = reader.read(*handle);
-    extras_reader(table, call_.where()).read(state);
-    to_.default_entry(table, state);
+    extras_reader extras(table, call_.where());
+    if (read_if_there(table, reader, extras, *handle, state)) to_.default_entry(table, state);
   }
 
   void read_entries(const table_info &table)
@@ -160,10 +189,7 @@ class live_reader {
     entry_state state;
     while (const auto handle = walk.next()) {
       call_.shell.check_interrupt();
-      const table_entry *const entry = reader.read_if_there(*handle);
-      if (entry == nullptr) continue;  // another session deleted it meanwhile
-      static_cast<table_entry &>(state) = *entry;
-      extras.read(state);
+      if (!read_if_there(table, reader, extras, *handle, state)) continue;
       to_.entry(table, state);
       if (++done_ % told_each == 0) call_.out.progress("reading", done_, total_);
     }
@@ -233,10 +259,16 @@ class live_reader {
     }
   }
 
+  struct handed_on {
+    std::set<std::uint32_t> members;
+    std::set<std::uint32_t> groups;
+  };
+
   const invocation &call_;
   const live_reading &how_;
   state_visitor &to_;
   const own_writes written_;
+  std::map<const profile_info *, handed_on> given_;
   std::uint64_t done_ = 0;
   std::uint64_t total_ = 0;
 };
@@ -257,19 +289,18 @@ void tell_what_was_remembered(const invocation &call)
 {
   const own_writes written = *call.shell.written();
   std::string parts;
-  const auto add = [&](std::size_t count, const char *one, const char *many) {
-    if (count == 0) return;
-    parts += (parts.empty() ? "" : ", ") + std::to_string(count) + ' ' + (count == 1 ? one : many);
+  const auto add = [&](std::size_t count, std::string_view one, std::string_view many = {}) {
+    if (count != 0) parts += (parts.empty() ? "" : ", ") + counted(count, one, many);
   };
   add(written.value_set.size(), "value-set entry", "value-set entries");
-  add(written.fallback_members.size(), "fallback member", "fallback members");
-  add(written.group_sizes.size(), "group size", "group sizes");
-  add(written.idle.size(), "idle-time setting", "idle-time settings");
-  add(written.register_rests.size(), "whole register", "whole registers");
-  add(written.learning_timeout ? 1 : 0, "learning timeout", "learning timeouts");
+  add(written.fallback_members.size(), "fallback member");
+  add(written.group_sizes.size(), "group size");
+  add(written.idle.size(), "idle-time setting");
+  add(written.register_rests.size(), "whole register");
+  add(written.learning_timeout ? 1 : 0, "learning timeout");
   if (!parts.empty()) call.out.note("from this shell's own writes, as the switch does not tell them: " + parts);
   if (!written.snapshots.empty()) {
-    call.out.note("snapshots are no part of the state: " + std::to_string(written.snapshots.size()) + " left out");
+    call.out.note(counted(written.snapshots.size(), "snapshot") + " left out: snapshots are no part of the state");
   }
 }
 

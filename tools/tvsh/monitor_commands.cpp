@@ -7,6 +7,7 @@
 #include <deque>
 
 #include "commands.h"
+#include "counted.h"
 #include "entry_contents.h"
 #include "entry_words.h"
 #include "nearest.h"
@@ -218,7 +219,7 @@ exit_code monitor_updates(const invocation &call)
       lines.show(each);
       ++shown;
     }
-    if (got.lost != 0) call.out.note(std::to_string(got.lost) + " updates came faster than they could be shown");
+    if (got.lost != 0) call.out.note(counted(got.lost, "update") + " came faster than they could be shown");
     if (!got.updates.empty()) call.out.flush();
   }
   return exit_code::ok;

@@ -74,16 +74,12 @@ constexpr std::string_view page_head = R"(.TH TVSH 1 "@release_date@" "tarvex @P
 tvsh \- a shell for the switch
 .SH SYNOPSIS
 .B tvsh
-.RI [ OPTION ]...
-.br
-.B tvsh
-.RI [ OPTION ]...
-.B \-\-attach
-.IR SOCKET " [" COMMAND ...]
+.RI [ OPTION "]... [" COMMAND ...]
 .SH DESCRIPTION
 .B tvsh
 reads and writes the tables, action profiles, counters, meters and registers of the switch by name.
-On a terminal it asks for commands and completes what is begun;
+Words behind the options are one command.
+Without one it asks for commands on a terminal, and completes what is begun;
 else it runs the commands that come on its input, to the first that does not end well.
 .SH OPTIONS
 )";
@@ -220,7 +216,7 @@ std::string zsh_completion(const std::vector<program_option> &options)
         script += "(" + joined(option.choices, " ") + ")";
       } else if (option.argument == "COMMAND") {
         script += "_tvsh_commands";
-      } else if (option.argument == "FILE") {
+      } else if (option.argument == "FILE" || option.argument == "SOCKET") {
         script += "_files";
       }
     }

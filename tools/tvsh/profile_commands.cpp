@@ -8,6 +8,7 @@
 #include "entry_search.h"
 #include "group_reader.h"
 #include "handle_walk.h"
+#include "member_reader.h"
 #include "remembered_writes.h"
 #include "session.h"
 #include "tarvex_pd/actions.h"
@@ -200,9 +201,7 @@ exit_code show_members(const invocation &call)
 {
   call.expect_at_most(1);
   const profile_info &profile = profile_named(call.word(0, "PROFILE"));
-  plcmt_action_t found{};
-  function_call read(function_for(family_id::get_member, profile, member_action_out), call.where());
-  read.give(read_from_hw, std::uint64_t{call.chosen.hardware}).give(member_action_out, &found);
+  member_reader reader(profile, call.where(), call.chosen.hardware);
   handle_walk walk = handle_walk::members(profile, call.where());
   std::optional<std::uint32_t> member = walk.next();
   report rows(call.out, call.chosen, "members", {{"member", 10}, {"action", 26}, {"parameters"}},
@@ -210,10 +209,10 @@ exit_code show_members(const invocation &call)
   parameter_pairs parameters(call.chosen.raw);
   for (; member; member = walk.next()) {
     call.shell.check_interrupt();
-    read.give(mbr_hdl, *member).must("reading " + member_text(profile, *member));
-    const action_info &action = calls::actions[found.action];
-    rows.number(*member).cell(action.name);
-    parameters.show(rows, action, reinterpret_cast<const std::uint8_t *>(found.parameters));
+    const profile_member *const found = reader.read_if_there(*member);
+    if (found == nullptr) continue;
+    rows.number(*member).cell(found->action->name);
+    parameters.show(rows, *found->action, found->parameters.data());
     rows.end_row();
   }
   rows.finish();
@@ -229,9 +228,11 @@ exit_code show_groups(const invocation &call)
   report rows(call.out, call.chosen, "groups", {{"group", 10}, {"members"}}, {{"profile", profile.name}});
   group_reader members(profile, call.where());
   for (; group; group = walk.next()) {
-    rows.number(*group).begin_pairs();
     call.shell.check_interrupt();
-    for (const group_member &each : members.members(*group)) {
+    const auto there = members.members_if_there(*group);
+    if (!there) continue;
+    rows.number(*group).begin_pairs();
+    for (const group_member &each : *there) {
       rows.pair(std::to_string(each.id), each.active ? "active" : "inactive");
     }
     rows.end_pairs().end_row();

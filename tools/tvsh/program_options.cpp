@@ -17,9 +17,12 @@ std::string joined(const std::vector<std::string> &words)
 }  // namespace
 
 argument_parser::argument_parser()
-    : app_("A shell for the switch: reads and writes its tables by name. Without -c and -f it asks for commands.")
+    : app_(
+          "A shell for the switch: reads and writes its tables by name. Words behind the options are one command, "
+          "which "
+          "may have options of its own; without one, and without -c and -f, it asks for commands.")
 {
-  app_.prefix_command();  // behind --attach SOCKET stands a command with options of its own
+  app_.prefix_command();  // what follows the options is a command with options of its own
   auto *const command =
       app_.add_option("-c,--command", wanted_.command, "run one command, and end")->type_name("COMMAND");
   app_.add_option("-f,--file", wanted_.script, "run the commands of a file ('-': of standard input) to the first error")
@@ -29,8 +32,7 @@ argument_parser::argument_parser()
                                       "serve a Unix socket for --attach until SIGTERM or Ctrl-C; -c or -f run ahead")
                           ->type_name("SOCKET");
   auto *const attach =
-      app_.add_option("--attach", wanted_.attached,
-                      "work on the switch of a program that serves the socket; words behind it are one command")
+      app_.add_option("--attach", wanted_.attached, "work on the switch of a program that serves the socket")
           ->type_name("SOCKET")
           ->excludes(serve);
   app_.add_flag("-j,--json", wanted_.defaults.json, "reading commands write JSON");
@@ -66,9 +68,13 @@ program_options argument_parser::parse(int argc, char **argv)
   wanted_.device_given = app_.count("--device") != 0;
   const std::vector<std::string> words = app_.remaining();
   if (words.empty()) return wanted_;
-  const bool allowed = wanted_.attached && !wanted_.command && !wanted_.script && !words[0].starts_with('-');
-  if (!allowed) throw CLI::ExtrasError(words);
-  wanted_.command = joined(words);
+  if (words[0].starts_with('-')) throw CLI::ExtrasError(words);
+  const std::string line = joined(words);
+  const auto refuse = [&line](const std::string &why) { throw CLI::ArgumentMismatch("'" + line + "' " + why); };
+  if (wanted_.command) refuse("is one word too many; quote the command: -c '" + *wanted_.command + ' ' + line + "'");
+  if (wanted_.script) refuse("cannot stand beside -f; the file has the commands");
+  if (wanted_.served) refuse("does not run ahead of --serve so; write -c '" + line + "'");
+  wanted_.command = line;
   return wanted_;
 }
 

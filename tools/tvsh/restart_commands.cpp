@@ -91,8 +91,14 @@ exit_code restart_library(const invocation &call)
   if (chosen == std::end(roads)) throw usage_error(no_such("road back", name, names_of(roads)));
   const json_document before = log_of(call);
   if (call.only_checked("restarting by the " + name)) return exit_code::ok;
-  p4_pd_tarvex_switch_dev_remove(call.where().device);
-  chosen->restore(call, before.get());
+  require_success(p4_pd_tarvex_switch_dev_remove(call.where().device), "forgetting what the library knows");
+  try {
+    chosen->restore(call, before.get());
+  } catch (const refused_error &error) {
+    throw shell_error(error.code(), std::string(error.what()) +
+                                        "; the library knows members and groups in part: 'restart replay' again "
+                                        "restores what the switch holds");
+  }
   const json_document after = log_of(call);
 
   bool same = true;

@@ -6,8 +6,10 @@
 #include <memory>
 
 #include "commands.h"
+#include "counted.h"
 #include "fib_entries.h"
 #include "fields.h"
+#include "plain_file.h"
 #include "records.h"
 #include "route_file.h"
 #include "session.h"
@@ -101,6 +103,7 @@ class fib_writer {
 
 routes::route_list read_routes(const invocation &call, const std::string &file)
 {
+  const plain_file readable(file);  // the reader of routes would wait for the writer of a pipe
   try {
     return routes::read_route_file(file, [&](std::uint64_t done, std::uint64_t total) {
       call.shell.check_interrupt();
@@ -135,12 +138,13 @@ exit_code load_routes(const invocation &call)
       if (++done % 4096 == 0) call.out.progress("loading", done, entries.size());
     }
   }
-  call.out.line(std::to_string(list.routes.size() - plan.routes_not_loaded) + " routes in " +
-                std::to_string(entries.size()) + " entries" + (call.chosen.dry_run ? ", checked only" : ""));
+  call.out.line(counted(list.routes.size() - plan.routes_not_loaded, "route") + " in " +
+                counted(entries.size(), "entry", "entries") + (call.chosen.dry_run ? ", checked only" : ""));
   if (plan.routes_not_loaded != 0) {
-    call.out.note(std::to_string(plan.routes_not_loaded) + " routes found no partition index");
+    call.out.note(counted(plan.routes_not_loaded, "route") + " found no partition index");
   }
-  if (list.bad_lines.count() != 0) call.out.note(std::to_string(list.bad_lines.count()) + " lines are no routes");
+  if (list.bad_lines.count() != 0)
+    call.out.note(counted(list.bad_lines.count(), "line is no route", "lines are no routes"));
   return exit_code::ok;
 }
 

@@ -8,7 +8,7 @@
 #include <memory>
 
 #include "command.h"
-#include "trace_control.h"
+#include "counted.h"
 
 namespace tarvex::shell {
 
@@ -99,10 +99,10 @@ void session::require_name(std::string_view name)
 
 void session::show_trace(output &out)
 {
-  if (const trace_control *const trace = find_trace()) trace->flush();  // what the command did stands in the file
   if (!traced) return;
   const trace_view::piece piece = traced->take();
-  if (piece.missed != 0) out.note(std::to_string(piece.missed) + " earlier calls are not kept; a file keeps all");
+  if (piece.missed != 0)
+    out.note(counted(piece.missed, "earlier call is", "earlier calls are") + " not kept; a file keeps all");
   for (const std::string &line : piece.lines) out.note(line);
 }
 

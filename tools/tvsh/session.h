@@ -59,6 +59,7 @@ class session : public interpreter {
   {
     device_memory &memory = memory_->of(device);
     *memory.written.lock() = {};
+    memory.digests.forget();
     memory.updates.forget();
     memory.meant.end(memory.updates);
   }

@@ -19,8 +19,6 @@ namespace tarvex::shell {
 
 namespace {
 
-constexpr std::uint32_t digest_handle = 0x21000084;
-
 void device(const invocation &call)
 {
   call.expect_at_most(3);

@@ -22,12 +22,10 @@ void show_fields(const invocation &call)
 {
   call.expect_at_most(3);
   const bool egress = parse_direction(call.word(1, "ingress|egress"));
-  const text_pattern pattern(call.has(2) ? call.words[2] : "", letter_case::ignored);
+  const auto fields = matching(snapshot_fields(egress), call.has(2) ? call.words[2] : "", "field",
+                               "'snapshot fields " + call.words[1] + "' lists all");
   report rows(call.out, call.chosen, "fields", {{"field", 44}, {"bytes"}}, {{"direction", call.words[1]}});
-  for (const snapshot_field &field : snapshot_fields(egress)) {
-    if (!pattern.found_in(field.name)) continue;
-    rows.cell(field.name).number(field.bytes).end_row();
-  }
+  for (const snapshot_field *const field : fields) rows.cell(field->name).number(field->bytes).end_row();
   rows.finish();
 }
 

@@ -48,6 +48,7 @@ std::optional<stand_in_control> look_up()
                      find_in_process(all.snapshot_field_set, "standin_snapshot_field_set") &&
                      find_in_process(all.refuse_call, "standin_refuse_call") &&
                      find_in_process(all.placement_size, "standin_placement_size") &&
+                     find_in_process(all.registered_callback, "standin_registered_callback") &&
                      find_in_process(all.corrupt_entry, "standin_corrupt_entry") &&
                      find_in_process(all.lose_entry, "standin_lose_entry");
   const bool drives = found && same_library(reinterpret_cast<const void *>(all.device_add), first_driver_function());

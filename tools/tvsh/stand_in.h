@@ -23,6 +23,7 @@ struct stand_in_control {
   decltype(&standin_snapshot_field_set) snapshot_field_set;
   decltype(&standin_refuse_call) refuse_call;
   decltype(&standin_placement_size) placement_size;
+  decltype(&standin_registered_callback) registered_callback;
   decltype(&standin_corrupt_entry) corrupt_entry;
   decltype(&standin_lose_entry) lose_entry;
 };

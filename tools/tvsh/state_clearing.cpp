@@ -31,7 +31,8 @@ void delete_entries(const invocation &call, const table_info &table)
   std::uint64_t done = 0;
   const std::vector<std::uint32_t> handles = all_of(handle_walk::entries(table, call.where()));
   for (const std::uint32_t handle : handles | std::views::reverse) {
-    remove.give(entry_hdl, handle).must("deleting entry " + std::to_string(handle) + " of " + table.name);
+    found_there(remove.give(entry_hdl, handle).status(),
+                [&] { return "deleting entry " + std::to_string(handle) + " of " + table.name; });
     if (++done % 8192 != 0) continue;
     call.shell.check_interrupt();
     call.out.progress("clearing", done, handles.size());
@@ -45,7 +46,8 @@ void delete_members(const invocation &call, const profile_info &profile)
   }
   function_call remove(function_for(family_id::del_member, profile, mbr_hdl), call.where());
   for (const std::uint32_t member : all_of(handle_walk::members(profile, call.where())) | std::views::reverse) {
-    remove.give(mbr_hdl, member).must("deleting member " + std::to_string(member) + " of " + profile.name);
+    found_there(remove.give(mbr_hdl, member).status(),
+                [&] { return "deleting member " + std::to_string(member) + " of " + profile.name; });
   }
 }
 

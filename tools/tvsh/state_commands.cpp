@@ -4,6 +4,7 @@
 #include <array>
 
 #include "commands.h"
+#include "counted.h"
 #include "entry_words.h"
 #include "handle_walk.h"
 #include "live_state.h"
@@ -112,7 +113,7 @@ exit_code save_state(const invocation &call)
   read_live_state(call, words.reading, writer);
   writer.finish();
   to.keep();
-  call.out.line(std::to_string(writer.entries()) + " entries saved to " + file);
+  call.out.line(counted(writer.entries(), "entry", "entries") + " saved to " + file);
   tell_what_was_remembered(call);
   return exit_code::ok;
 }
@@ -131,7 +132,7 @@ exit_code load_state(const invocation &call)
   }
   if (call.only_checked("loading " + counter.counts.text())) return exit_code::ok;
   try {
-    clear_state(call, words.reading.cells);
+    if (words.flag) clear_state(call, words.reading.cells);
   } catch (const shell_error &error) {
     throw shell_error(
         error.code(),
@@ -171,12 +172,12 @@ exit_code apply_state(const invocation &call)
   for (const std::string &each : operations) {
     call.shell.check_interrupt();
     if (const exit_code code = call.shell.run(each, quiet); code != exit_code::ok) {
-      throw shell_error(code, std::to_string(done) + " of " + std::to_string(operations.size()) +
-                                  " operations were made; stopped at: " + each);
+      throw shell_error(
+          code, std::to_string(done) + " of " + counted(operations.size(), "operation") + " made; stopped at: " + each);
     }
     if (++done % 256 == 0) call.out.progress("applying", done, operations.size());
   }
-  call.out.line(std::to_string(done) + (done == 1 ? " operation" : " operations"));
+  call.out.line(counted(done, "operation"));
   return exit_code::ok;
 }
 

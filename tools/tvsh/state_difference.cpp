@@ -167,14 +167,14 @@ class difference_finder {
 
   void compare_members(const profile_info &profile, const profile_group &there, const profile_group &wanted)
   {
-    const std::string group = handle_text(profile, true, wanted.id);
+    // Only what is written is named.
     const auto change = [&](const char *verb, const std::string &member) {
-      groups_.push_back(std::string("group ") + profile.name + ' ' + verb + ' ' + group + ' ' + member);
+      groups_.push_back(std::string("group ") + profile.name + ' ' + verb + ' ' +
+                        handle_text(profile, true, wanted.id) + ' ' + member);
     };
     std::map<std::uint32_t, bool> left;  // states, by number
     for (const group_member &each : there.members) left[each.id] = each.active;
     std::vector<const group_member *> added;
-    word_list switched;
     for (const group_member &each : wanted.members) {
       const auto pair = matchings_[&profile].members.find(each.id);
       const auto same = pair == matchings_[&profile].members.end() ? left.end() : left.find(pair->second);

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <charconv>
 
+#include "counted.h"
 #include "nearest.h"
 #include "shell_error.h"
 #include "value_text.h"
@@ -27,7 +28,7 @@ std::uint64_t number_in(json_item item, std::string_view name, unsigned bits)
   if (item.kind() != json_kind::number) throw_wanted(name, "must be a whole number from 0 up");
   if (item.number() > all_ones(bits)) {
     throw usage_error("'" + std::string(name) + "' " + std::to_string(item.number()) + " is too wide for " +
-                      std::to_string(bits) + " bits");
+                      counted(bits, "bit"));
   }
   return item.number();
 }
@@ -262,8 +263,7 @@ void state_element_reader::read_group(json_item element)
     state.members.push_back({member, either(item, item.name(), "active", "inactive")});
   });
   if (state.size && *state.size != 0 && state.members.size() > *state.size) {
-    throw usage_error("a group of " + std::to_string(*state.size) + " with " + std::to_string(state.members.size()) +
-                      " members");
+    throw usage_error("a group of " + std::to_string(*state.size) + " with " + counted(state.members.size(), "member"));
   }
   if (!known.groups.insert(state.id).second) {
     throw usage_error("group " + std::to_string(state.id) + " stands there twice");

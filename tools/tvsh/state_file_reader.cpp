@@ -1,16 +1,12 @@
 // Reads states from JSON: the parser's events make elements, one at a time, and elements make the parts of a state.
 //
 // SPDX-License-Identifier: Apache-2.0
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <cerrno>
-#include <cstring>
+#include <array>
 #include <iterator>
 #include <nlohmann/json.hpp>
 
 #include "json_element.h"
+#include "plain_file.h"
 #include "shell_error.h"
 #include "state_element_reader.h"
 #include "state_file.h"
@@ -23,18 +19,9 @@ namespace {
 class file_bytes {
  public:
   file_bytes(const std::string &name, file_place &at, const reading_progress &progress)
-      : name_(name), at_(at), progress_(progress), descriptor_(open(name.c_str(), O_RDONLY | O_CLOEXEC))
+      : file_(name), at_(at), progress_(progress)
   {
-    struct stat there {};
-    if (descriptor_ < 0 || fstat(descriptor_, &there) != 0) fail("cannot be opened");
-    size_ = static_cast<std::uint64_t>(there.st_size);
     next_block();
-  }
-  file_bytes(const file_bytes &) = delete;
-  file_bytes &operator=(const file_bytes &) = delete;
-  ~file_bytes()
-  {
-    if (descriptor_ >= 0) close(descriptor_);
   }
 
   bool at_end() const { return next_ == end_; }
@@ -46,34 +33,22 @@ class file_bytes {
   }
 
  private:
-  [[noreturn]] void fail(const char *what) const
-  {
-    if (descriptor_ >= 0) close(descriptor_);
-    throw file_error(name_ + ": " + what + ": " + std::strerror(errno));
-  }
-
   void next_block()
   {
-    ssize_t count = 0;
-    do {
-      count = ::read(descriptor_, block_.data(), block_.size());
-    } while (count < 0 && errno == EINTR);
-    if (count < 0) throw file_error(name_ + ": cannot be read: " + std::strerror(errno));
+    const std::size_t count = file_.read(block_.data(), block_.size());
     next_ = block_.data();
     end_ = next_ + count;
-    done_ += static_cast<std::uint64_t>(count);
-    if (progress_) progress_(done_, size_);
+    done_ += count;
+    if (progress_) progress_(done_, file_.size());
   }
 
-  const std::string &name_;
+  plain_file file_;
   file_place &at_;
   const reading_progress &progress_;
-  int descriptor_;
   std::array<char, 1 << 16> block_;
   const char *next_ = nullptr;
   const char *end_ = nullptr;
   std::uint64_t done_ = 0;
-  std::uint64_t size_ = 0;
 };
 
 /// The bytes as the parser goes over them; an iterator without a file is the end.

@@ -3,24 +3,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <array>
 
-#include "shell_error.h"
 #include "state_file.h"
 #include "value_text.h"
 
 namespace tarvex::shell {
 
 namespace {
-
-/// The number that the file has for a handle.
-std::uint32_t number_of(const std::map<std::uint32_t, std::uint32_t> &given, std::uint32_t handle)
-{
-  const auto found = given.find(handle);
-  if (found == given.end()) {
-    throw shell_error(exit_code::refused, "the switch changed while it was read: member or group " +
-                                              std::to_string(handle) + " came meanwhile; try again");
-  }
-  return found->second;
-}
 
 std::string_view section_of(resource_kind kind)
 {
@@ -115,7 +103,7 @@ void state_file_writer::group(const profile_info &profile, const profile_group &
   if (state.size) json_.number("size", *state.size);
   json_.open("members");
   for (const group_member &each : state.members) {
-    json_.text(std::to_string(number_of(given.members, each.id)), each.active ? "active" : "inactive");
+    json_.text(std::to_string(given.members.at(each.id)), each.active ? "active" : "inactive");
   }
   json_.close();
   end();
@@ -124,7 +112,7 @@ void state_file_writer::group(const profile_info &profile, const profile_group &
 void state_file_writer::fallback(const profile_info &profile, std::uint32_t member)
 {
   begin("fallbacks", profile.name);
-  json_.number("member", number_of(numbers_[&profile].members, member));
+  json_.number("member", numbers_[&profile].members.at(member));
   end();
 }
 
@@ -144,9 +132,9 @@ void state_file_writer::entry_body(const table_info &table, const entry_state &s
   } else {
     numbers &given = numbers_[table.profile];
     if (state.is_group) {
-      json_.number("group", number_of(given.groups, state.group));
+      json_.number("group", given.groups.at(state.group));
     } else {
-      json_.number("member", number_of(given.members, state.member));
+      json_.number("member", given.members.at(state.member));
     }
   }
   if (state.ttl && *state.ttl != 0) json_.number("ttl", *state.ttl);

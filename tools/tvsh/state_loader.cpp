@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "counted.h"
 #include "hash_settings.h"
 #include "remembered_writes.h"
 #include "session.h"
@@ -17,16 +18,14 @@ using enum argument_kind;
 
 std::string state_counts::text() const
 {
-  std::string all;
-  const auto add = [&](std::uint64_t count, const char *one, const char *many) {
-    all += (all.empty() ? "" : ", ") + std::to_string(count) + ' ' + (count == 1 ? one : many);
-  };
-  add(members, "member", "members");
-  add(groups, "group", "groups");
-  add(entries, "entry", "entries");
-  add(defaults, "default entry", "default entries");
-  add(settings, "setting", "settings");
-  return all;
+  return counted(members, "member") + ", " + counted(groups, "group") + ", " + counted(entries, "entry", "entries") +
+         ", " + counted(defaults, "default entry", "default entries") + ", " + counted(settings, "setting");
+}
+
+state_loader::state_loader(const invocation &call) : call_(call)
+{
+  const auto there = call.shell.written()->value_set;
+  for (const auto &[handle, entry] : there) value_sets_there_.insert(entry);
 }
 
 function_call &state_loader::call_of(const exported_function &function)
@@ -152,7 +151,12 @@ void state_loader::hash(const hash_info &hash, const hash_state &state)
 
 void state_loader::value_set(const value_set_entry &entry)
 {
-  add_to_value_set(call_, entry);
+  const auto there = value_sets_there_.find(entry);
+  if (there == value_sets_there_.end()) {
+    add_to_value_set(call_, entry);
+  } else {
+    value_sets_there_.erase(there);
+  }
   ++written.settings;
 }
 

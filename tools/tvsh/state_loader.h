@@ -5,6 +5,7 @@
 
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 
 #include "invocation.h"
@@ -44,7 +45,7 @@ class state_counter : public state_visitor {
 /// Members and groups get the handles that the switch gives them; what refers to them follows. All throw refused_error.
 class state_loader : public state_visitor {
  public:
-  explicit state_loader(const invocation &call) : call_(call) {}
+  explicit state_loader(const invocation &call);
 
   void member(const profile_info &profile, const profile_member &state) override;
   void group(const profile_info &profile, const profile_group &state) override;
@@ -71,6 +72,7 @@ class state_loader : public state_visitor {
                             const char *what);
 
   const invocation &call_;
+  std::multiset<value_set_entry> value_sets_there_;
   std::map<const profile_info *, handles> handles_;
   std::map<const exported_function *, std::unique_ptr<function_call>> calls_;
   const table_info *table_ = nullptr;  // of the latest calls

@@ -39,11 +39,12 @@ std::span<const use_info> actions_of(const table_info &table)
 exit_code show_tables(const invocation &call)
 {
   call.expect_at_most(1);
-  const text_pattern pattern(call.has(0) ? call.words[0] : "", letter_case::ignored);
+  const std::vector<const table_info *> tables =
+      matching(std::span(calls::tables), call.has(0) ? call.words[0] : "", "table", "'tables' lists all");
   report rows(call.out, call.chosen, "tables",
               {{"table", 24}, {"handle", 9}, {"kind", 7}, {"fields"}, {"actions"}, {"idle"}, {"profile"}});
-  for (const table_info &table : calls::tables) {
-    if (!pattern.found_in(table.name)) continue;
+  for (const table_info *const each : tables) {
+    const table_info &table = *each;
     rows.cell(table.name).hexadecimal(table.handle).cell(kind_name(table.kind));
     rows.number(key_fields(table).size()).number(actions_of(table).size()).cell(table.idle_time ? "yes" : "no");
     if (table.profile != nullptr) {

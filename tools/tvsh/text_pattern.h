@@ -4,9 +4,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <iterator>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
+
+#include "nearest.h"
+#include "shell_error.h"
 
 namespace re2 {
 class RE2;
@@ -28,5 +33,22 @@ class text_pattern {
  private:
   std::shared_ptr<const re2::RE2> compiled_;
 };
+
+/// The rows whose name holds the pattern, in either case of letters. Throws usage_error where there is none; it names
+/// the nearest, and `help` says how all are listed.
+template <typename Rows>
+auto matching(const Rows &rows, const std::string &pattern, std::string_view kind, const std::string &help)
+{
+  const text_pattern wanted(pattern, letter_case::ignored);
+  std::vector<decltype(&*std::begin(rows))> found;
+  std::vector<std::string_view> names;
+  for (const auto &each : rows) {
+    names.push_back(each.name);
+    if (wanted.found_in(each.name)) found.push_back(&each);
+  }
+  if (!found.empty()) return found;
+  const std::string none = no_such(std::string(kind) + " that matches", pattern, names);
+  throw usage_error(none + (none.ends_with('?') ? " " : "; ") + help);
+}
 
 }  // namespace tarvex::shell

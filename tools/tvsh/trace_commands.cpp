@@ -1,15 +1,16 @@
 // The command that shows or writes down what the library asks of the driver, and makes the calls of a trace again.
 //
 // SPDX-License-Identifier: Apache-2.0
+#include <array>
+#include <climits>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
-#include <nlohmann/json.hpp>
 
 #include "commands.h"
+#include "plain_file.h"
 #include "replayer.h"
 #include "session.h"
 #include "trace_control.h"
+#include "trace_memory.h"
 #include "trace_view.h"
 #include "verbs.h"
 
@@ -19,7 +20,10 @@ namespace {
 
 constexpr std::uint64_t most_differences_shown = 10;
 
-std::string in_words(int error) { return std::strerror(error); }
+std::string in_words(int error)
+{
+  return error == ENXIO ? "is no plain file: a trace goes to no pipe, socket or terminal" : std::strerror(error);
+}
 
 void show_state(const invocation &call)
 {
@@ -32,7 +36,8 @@ void turn_on(const invocation &call)
 {
   call.expect_at_most(1);
   if (call.shell.traced) throw usage_error("this session shows the trace already: 'trace off' ends that");
-  if (!call.only_checked("showing the trace")) call.shell.traced = std::make_unique<trace_view>(call.chosen.json);
+  if (!call.only_checked("showing the trace"))
+    call.shell.traced = std::make_unique<trace_view>(call.chosen.json, trace_scope::this_thread);
 }
 
 void turn_off(const invocation &call)
@@ -45,8 +50,11 @@ void turn_off(const invocation &call)
     call.shell.traced.reset();
   } else if (trace_view::count() != 0) {
     throw usage_error("another session shows the trace: it ends there");
-  } else if (const int error = trace.stop(); error != 0) {
-    throw file_error("the trace is not whole: " + in_words(error));
+  } else {
+    std::array<char, PATH_MAX> file;
+    trace.file(file.data(), file.size());
+    const int error = trace.stop();
+    if (error != 0) throw file_error(std::string(file.data()) + ": " + in_words(error) + "; the trace is not whole");
   }
 }
 
@@ -54,7 +62,7 @@ void turn_off(const invocation &call)
 void follow(const invocation &call)
 {
   call.expect_at_most(1);
-  trace_view view(call.chosen.json);
+  trace_view view(call.chosen.json, trace_scope::program);
   for (;;) {
     const trace_view::piece piece = view.take(std::chrono::milliseconds(100));
     if (piece.missed != 0) call.out.note(std::to_string(piece.missed) + " calls came too fast to be shown");
@@ -75,33 +83,6 @@ void write_to_file(const invocation &call)
   if (error != 0) throw file_error(file + ": " + in_words(error));
 }
 
-/// What the library cannot read back is remembered of a replay as of the shell's own writes.
-void remember(session &shell, std::string_view call, const nlohmann::json &arguments, std::uint32_t handle)
-{
-  const auto number = [&](const char *name) { return arguments.at(name).get<std::uint32_t>(); };
-  if (call == "pipe_mgr_pvs_entry_add") {
-    shell.written()->value_set[handle] = {number("parser_value"), number("parser_value_mask"), number("tgt_scope"),
-                                          static_cast<std::uint16_t>(number("tgt_index")),
-                                          static_cast<std::uint8_t>(number("tgt_sub_index"))};
-  } else if (call == "pipe_mgr_pvs_entry_modify") {
-    const auto written = shell.written();
-    written->value_set[handle].value = number("parser_value");
-    written->value_set[handle].mask = number("parser_value_mask");
-  } else if (call == "pipe_mgr_pvs_entry_delete") {
-    shell.written()->value_set.erase(handle);
-  } else if (call == "pipe_mgr_sel_fallback_mbr_set") {
-    shell.written()->fallback_members[number("sel_hdl")] = handle;
-  } else if (call == "pipe_mgr_sel_fallback_mbr_reset") {
-    shell.written()->fallback_members.erase(number("sel_hdl"));
-  } else if (call == "pipe_mgr_flow_lrn_set_timeout") {
-    shell.written()->learning_timeout = number("timeout");
-  } else if (call == "bf_snapshot_create") {
-    shell.written()->snapshots[handle].egress = number("direction") != 0;
-  } else if (call == "bf_snapshot_delete") {
-    shell.written()->snapshots.erase(handle);
-  }
-}
-
 void tell(const invocation &call, const trace::replay_counts &counts)
 {
   call.out.line(std::to_string(counts.made) + " writes " + (call.chosen.dry_run ? "checked" : "made") + ", " +
@@ -113,30 +94,57 @@ void tell(const invocation &call, const trace::replay_counts &counts)
   }
 }
 
+/// Lines of a plain file, one at a time.
+class file_lines {
+ public:
+  file_lines(const invocation &call, const std::string &name) : call_(call), file_(name) {}
+
+  /// False behind the last one. An interrupt ends it, in a line that has no end, too.
+  bool next(std::string &line)
+  {
+    line.clear();
+    for (;;) {
+      const std::string_view rest(block_.data() + at_, size_ - at_);
+      const std::size_t end = rest.find('\n');
+      line += rest.substr(0, end);
+      at_ += std::min(rest.size(), end == std::string_view::npos ? end : end + 1);
+      if (end != std::string_view::npos) return true;
+      call_.shell.check_interrupt();
+      call_.out.progress("replaying", done_, file_.size());
+      size_ = file_.read(block_.data(), block_.size());
+      at_ = 0;
+      done_ += size_;
+      if (size_ == 0) return !line.empty();
+    }
+  }
+
+ private:
+  const invocation &call_;
+  plain_file file_;
+  std::array<char, 1 << 16> block_;
+  std::size_t at_ = 0;
+  std::size_t size_ = 0;
+  std::uint64_t done_ = 0;
+};
+
 exit_code replay(const invocation &call)
 {
   call.expect_at_most(2);
   const std::string file = call.path(call.word(1, "FILE"));
-  std::ifstream from(file);
-  if (!from) throw file_error(file + ": cannot be read");
-  std::error_code failed;
-  const std::uintmax_t size = std::filesystem::file_size(file, failed);
+  file_lines lines(call, file);
   trace::replayer again(call.chosen.dry_run,
                         [&](std::string_view name, const nlohmann::json &arguments, std::uint32_t handle) {
-                          remember(call.shell, name, arguments, handle);
+                          remember_replayed(*call.shell.shared_memory(), call.where().device, name, arguments, handle);
                         });
-  std::uint64_t done = 0;
   std::uint64_t number = 0;
-  for (std::string line; std::getline(from, line);) {
-    done += line.size() + 1;
-    if (++number % 1024 == 0) call.out.progress("replaying", done, failed ? done : size);
+  for (std::string line; lines.next(line);) {
     call.shell.check_interrupt();
-    const std::string place = file + ':' + std::to_string(number) + ": ";
+    const std::string place = file + ':' + std::to_string(++number) + ": ";
     try {
       const std::string difference = again.replay(line);
       if (!difference.empty() && again.counts().different <= most_differences_shown) call.out.error(place + difference);
     } catch (const trace::trace_error &error) {
-      throw usage_error(place + error.what());
+      throw file_error(place + error.what());
     }
   }
   tell(call, again.counts());

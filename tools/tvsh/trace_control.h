@@ -11,8 +11,8 @@ namespace tarvex::shell {
 struct trace_control {
   decltype(&tarvex_trace_to_file) to_file;
   decltype(&tarvex_trace_to_function) to_function;
-  decltype(&tarvex_trace_flush) flush;
   decltype(&tarvex_trace_stop) stop;
+  decltype(&tarvex_trace_file) file;
   decltype(&tarvex_trace_runs) runs;
   decltype(&tarvex_trace_calls) calls;
 };

@@ -1,5 +1,6 @@
 // Updates of tables and profiles as the switch tells them, for any number of receivers: the driver keeps one callback
-// for each table, and what it tells goes to all who asked for that table.
+// for each table, and what it tells goes to all who asked for that table, and to whoever of the process was told
+// before.
 //
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
@@ -12,6 +13,7 @@
 #include <mutex>
 #include <vector>
 
+#include "borrowed_callback.h"
 #include "catalogue.h"
 #include "function_call.h"
 
@@ -55,8 +57,10 @@ class update_feed {
   /// From now on the receiver gets what the sources tell. Throws refused_error where the driver takes no callback, and
   /// usage_error where the driver's callbacks are of a form that is not known.
   void begin(const target &where, const update_sources &sources, update_receiver &receiver);
-  /// Once it returns the receiver is called no more.
+  /// Once it returns the receiver is called no more. Callbacks that nobody needs any more give their place back.
   void end(update_receiver &receiver);
+  /// Of how many sources another took the place since: what they tell is missed. Throws refused_error.
+  std::size_t displaced();
   /// The device is gone, and the callbacks with it: nobody receives anything any more.
   void forget();
 
@@ -66,14 +70,17 @@ class update_feed {
   static void group_changed(std::uint32_t dev_id, std::uint32_t source, std::uint32_t group, std::uint32_t member,
                             std::uint32_t event, void *self);
 
-  void tell(const switch_update &update);
-  /// Without a callback the earlier one is taken off.
-  void set_callback(std::uint32_t source, bool on) const;
+  /// Who was called ahead of the feed.
+  registered_callback tell(const switch_update &update);
+  borrowed_callback &callback_of(std::uint32_t source);
+  void set_callback(std::uint32_t source, const registered_callback &what, const char *doing) const;
+  void give_back(std::uint32_t source);
   void drop_unused();
 
   std::mutex switching_;  // held while the driver is told; its callbacks do without
-  std::mutex mutex_;      // of the receivers
+  std::mutex mutex_;      // of the receivers and callbacks
   std::map<std::uint32_t, std::vector<update_receiver *>> receivers_;  // by source
+  std::map<std::uint32_t, borrowed_callback> callbacks_;               // by source; they stay
   target where_;
 };
 

@@ -25,31 +25,32 @@ void update_record::begin(const target &where, update_feed &feed)
     const std::lock_guard lock(mutex_);
     if (on_) return;
     state_ = {};
+    early_.clear();
     state_.since = std::chrono::system_clock::now();
   }
   feed.begin(where, all_sources(), *this);
   try {
-    // What is told meanwhile goes ahead of what is found here.
-    std::map<std::uint32_t, std::unordered_set<std::uint32_t>> there;
+    std::map<std::uint32_t, meant_objects> objects;
     for (const table_info &table : calls::tables) {
-      if (!table.fields.empty()) there[table.handle] = all_of(handle_walk::entries(table, where));
+      if (!table.fields.empty()) objects[table.handle].untold = all_of(handle_walk::entries(table, where));
     }
-    std::map<std::pair<std::uint32_t, std::uint32_t>, std::map<std::uint32_t, bool>> groups;
+    std::map<std::pair<std::uint32_t, std::uint32_t>, group_members> groups;
     for (const profile_info &profile : calls::profiles) {
       group_reader reader(profile, where);
-      there[profile.action_data_table] = all_of(handle_walk::members(profile, where));
+      objects[profile.action_data_table].untold = all_of(handle_walk::members(profile, where));
       for (const std::uint32_t group : all_of(handle_walk::groups(profile, where))) {
-        std::map<std::uint32_t, bool> &members = groups[{profile.selector_table, group}];
-        for (const group_member &each : reader.members(group)) members[each.id] = each.active;
+        const auto there = reader.members_if_there(group);
+        if (!there) continue;
+        group_members &members = groups[{profile.selector_table, group}];
+        for (const group_member &each : *there) members[each.id] = each.active;
       }
     }
+    // What was told meanwhile may stand in what was found or not; the last word on each is the same in either case.
     const std::lock_guard lock(mutex_);
-    for (auto &[source, handles] : there) {
-      meant_objects &objects = state_.objects[source];
-      std::erase_if(handles, [&](std::uint32_t handle) { return objects.placed.contains(handle); });
-      objects.untold = std::move(handles);
-    }
-    state_.groups.merge(groups);
+    state_.objects = std::move(objects);
+    state_.groups = std::move(groups);
+    for (const switch_update &each : early_) enter(each);
+    early_ = {};
     on_ = true;
   } catch (...) {
     feed.end(*this);
@@ -64,6 +65,7 @@ void update_record::end(update_feed &feed)
   const std::lock_guard lock(mutex_);
   on_ = false;
   state_ = {};
+  early_ = {};
 }
 
 std::optional<meant_state> update_record::state() const
@@ -72,9 +74,41 @@ std::optional<meant_state> update_record::state() const
   return on_ ? std::optional(state_) : std::nullopt;
 }
 
+bool update_record::is_since(std::chrono::system_clock::time_point begin) const
+{
+  const std::lock_guard lock(mutex_);
+  return on_ && state_.since == begin;
+}
+
+update_record::known_object update_record::object(std::uint32_t source, std::uint32_t handle) const
+{
+  const std::lock_guard lock(mutex_);
+  const auto objects = state_.objects.find(source);
+  if (objects == state_.objects.end()) return {};
+  const auto placed = objects->second.placed.find(handle);
+  return {placed != objects->second.placed.end() ? placed->second : std::vector<std::byte>{},
+          objects->second.untold.contains(handle)};
+}
+
+std::optional<group_members> update_record::group(std::uint32_t source, std::uint32_t handle) const
+{
+  const std::lock_guard lock(mutex_);
+  const auto found = state_.groups.find({source, handle});
+  return found != state_.groups.end() ? std::optional(found->second) : std::nullopt;
+}
+
 void update_record::take(const switch_update &update)
 {
   const std::lock_guard lock(mutex_);
+  if (on_) {
+    enter(update);
+  } else {
+    early_.push_back(update);
+  }
+}
+
+void update_record::enter(const switch_update &update)
+{
   ++state_.updates;
   if (update.placement.empty()) {
     const std::pair group(update.source, update.handle);

@@ -9,6 +9,7 @@
 #include <charconv>
 #include <optional>
 
+#include "counted.h"
 #include "shell_error.h"
 
 namespace tarvex::shell {
@@ -261,8 +262,7 @@ std::uint64_t parse_number(std::string_view text, std::string_view what, unsigne
   const std::optional<wide_number> value = number_of(text);
   if (!value) throw usage_error("'" + std::string(text) + "' is no " + std::string(what) + ", such as 17 or 0x11");
   if (*value > all_ones(bits)) {
-    throw usage_error(std::string(what) + ' ' + std::string(text) + " is too wide for " + std::to_string(bits) +
-                      " bits");
+    throw usage_error(std::string(what) + ' ' + std::string(text) + " is too wide for " + counted(bits, "bit"));
   }
   return static_cast<std::uint64_t>(*value);
 }

@@ -5,8 +5,8 @@
 
 #include <algorithm>
 
-#include "call_table.h"
 #include "record_members.h"
+#include "recorded_number.h"
 #include "tarvex_pd/snapshots.h"
 #include "tarvex_trace/tarvex_trace.h"
 
@@ -15,6 +15,8 @@ namespace tarvex::trace {
 namespace {
 
 using nlohmann::json;
+
+constexpr std::size_t digits_of_byte = 2;
 
 bool is_null(const json &value) { return value.is_string() && value.get_ref<const std::string &>() == "null"; }
 
@@ -47,13 +49,24 @@ word function_named(const json &value)
   return address(dlsym(RTLD_DEFAULT, "p4_pd_ms_grp_update_res"));
 }
 
-/// A number that fits.
-template <typename Number>
-Number number(const json &value)
+/// What the catalogue has of a handle among the rows; null for a handle that it does not know.
+template <typename Row>
+const Row *row_of_handle(std::span<const Row> rows, std::uint32_t handle)
 {
-  const auto wide = value.get<std::uint64_t>();
-  if (wide > static_cast<Number>(~Number{0})) throw trace_error(std::to_string(wide) + " is too wide for its place");
-  return static_cast<Number>(wide);
+  const auto found = std::ranges::find(rows, handle, &Row::handle);
+  return found == rows.end() ? nullptr : &*found;
+}
+
+const calls::action_info *action_of_handle(std::uint32_t handle)
+{
+  const auto among = [&](const auto &owners) -> const calls::action_info * {
+    for (const auto &each : owners) {
+      if (const calls::use_info *const use = row_of_handle(each.actions, handle)) return use->action;
+    }
+    return nullptr;
+  };
+  const calls::action_info *const of_table = among(calls::tables);
+  return of_table != nullptr ? of_table : among(calls::profiles);
 }
 
 }  // namespace
@@ -61,54 +74,65 @@ Number number(const json &value)
 recorded_arguments::recorded_arguments(const call_row &row, const json &recorded, const handle_map &handles)
     : handles_(handles)
 {
-  find_scope(row, recorded);
-  for (const argument_row &argument : row.arguments()) {
-    if (comes_out(argument.kind)) {
-      words_.push_back(address(memory(sizeof(std::uint64_t))));
-    } else {
-      words_.push_back(read(argument, recorded.at(std::string(argument.name)), recorded));
+  const auto each = [&](const auto &action) {
+    for (const argument_row &argument : row.arguments()) {
+      const std::string name(argument.name);
+      try {
+        const bool goes_in = !comes_out(argument.kind);
+        if (goes_in && !recorded.contains(name)) throw trace_error("is missing");
+        action(argument, goes_in ? recorded[name] : json());
+      } catch (const std::exception &error) {  // of the JSON library's, too
+        throw trace_error("argument " + name + " of " + std::string(row.name) + ": " + error.what());
+      }
     }
-  }
+  };
+  each([&](const argument_row &argument, const json &value) { find_scope(argument, value); });
+  each([&](const argument_row &argument, const json &value) {
+    words_.push_back(comes_out(argument.kind) ? address(memory(sizeof(std::uint64_t)))
+                                              : read(row, argument, value, recorded));
+  });
 }
 
-void recorded_arguments::find_scope(const call_row &row, const json &recorded)
+void recorded_arguments::find_scope(const argument_row &argument, const json &value)
 {
-  for (const argument_row &argument : row.arguments()) {
-    if (argument.kind == value_kind::handle) {
-      const auto handle = number<std::uint32_t>(recorded.at(std::string(argument.name)));
-      if (argument.name == "tbl_hdl") scope_.table = handle;
-      for (const calls::profile_info &profile : calls::profiles) {
-        if (handle == profile.action_data_table || handle == profile.selector_table || handle == profile.table) {
-          scope_.profile = profile.table;
-        }
+  if (argument.kind == value_kind::handle) {
+    const auto handle = number<std::uint32_t>(value);
+    if (argument.name == "tbl_hdl") scope_.table = handle;
+    if (argument.name == "act_hdl") action_ = action_of_handle(handle);
+    for (const calls::profile_info &profile : calls::profiles) {
+      if (handle == profile.action_data_table || handle == profile.selector_table || handle == profile.table) {
+        scope_.profile = profile.table;
       }
-    } else if (argument.kind == value_kind::state) {
-      const json &state = recorded.at(std::string(argument.name));
-      for (const calls::profile_info &profile : calls::profiles) {
-        if (state == profile.name) scope_.profile = profile.table;
-      }
+    }
+  } else if (argument.kind == value_kind::state) {
+    for (const calls::profile_info &profile : calls::profiles) {
+      if (value == profile.name) scope_.profile = profile.table;
     }
   }
 }
 
-word recorded_arguments::read(const argument_row &argument, const json &value, const json &recorded)
+word recorded_arguments::read(const call_row &row, const argument_row &argument, const json &value,
+                              const json &recorded)
 {
   using enum value_kind;
   if (argument.kind == state) return state_named(value);
   if (argument.kind == callback) return function_named(value);
-  if (is_null(value)) return 0;
+  // A reset to what the driver has for it.
+  if (argument.kind == register_value && row.name.starts_with("pipe_stful_table_reset") && is_null(value)) return 0;
   switch (argument.kind) {
     case number: {
-      const auto wide = value.get<std::uint64_t>();
       const std::optional<handle_sort> sort = sort_of(argument.name);
-      return sort ? handles_.now(*sort, scope_, trace::number<std::uint32_t>(value)) : wide;
+      if (sort) return handles_.now(*sort, scope_, trace::number<std::uint32_t>(value));
+      return argument.size == sizeof(std::uint32_t) ? trace::number<std::uint32_t>(value)
+                                                    : trace::number<std::uint64_t>(value);
     }
-    case handle:
-    case device_target: return value.get<std::uint64_t>();
+    case handle: return trace::number<std::uint32_t>(value);
+    case device_target: return trace::number<pd_dev_tgt_t>(value);
     case match_spec: return key(value);
     case action_spec: return action(value);
     case resources:
-      if (value.size() != recorded.at("count")) throw trace_error("the count of resources is not that of the list");
+      if (!value.is_array() || value.size() != recorded.at("count"))
+        throw trace_error("the count of resources is not that of the list");
       return resource_list(value);
     case register_value: return address(bytes(value, sizeof(drv_stful_spec_t)));
     case trigger: return address(bytes(value, sizeof(snap_trig_spec_t)));
@@ -128,8 +152,13 @@ word recorded_arguments::key(const json &value)
   key->key_bits = number<std::uint16_t>(value.at("key_bits"));
   key->key_bytes = number<std::uint16_t>(value.at("key_bytes"));
   key->priority = number<std::uint32_t>(value.at("priority"));
-  if (value.contains("value")) key->key_value = bytes(value["value"], key->key_bytes);
-  if (value.contains("mask")) key->key_mask = bytes(value["mask"], key->key_bytes);
+  const calls::table_info *const table = row_of_handle<calls::table_info>(calls::tables, scope_.table);
+  if (table != nullptr && key->key_bytes != table->key_bytes) {
+    throw trace_error("a key of " + std::to_string(key->key_bytes) + " bytes; those of " + table->name + " have " +
+                      std::to_string(table->key_bytes));
+  }
+  key->key_value = bytes(value.at("value"), key->key_bytes);
+  key->key_mask = bytes(value.at("mask"), key->key_bytes);
   return address(key);
 }
 
@@ -138,9 +167,12 @@ word recorded_arguments::action(const json &value)
   auto *const action = record<drv_action_spec_t>();
   action->act_kinds = number<std::uint8_t>(value.at("act_kinds"));
   action->act_data.data_bits = number<std::uint16_t>(value.at("data_bits"));
-  if (value.contains("data")) {
-    action->act_data.data_bytes = static_cast<std::uint16_t>(value["data"].get_ref<const std::string &>().size() / 2);
-    action->act_data.data = bytes(value["data"], 1);
+  if ((action->act_kinds & (DRV_ACT_MEMBER | DRV_ACT_GROUP)) == 0) {
+    const json &data = value.at("data");
+    const std::size_t size =
+        action_ != nullptr ? action_->data_bytes : data.get_ref<const std::string &>().size() / digits_of_byte;
+    action->act_data.data_bytes = static_cast<std::uint16_t>(size);
+    action->act_data.data = bytes(data, size);
   }
   const auto handle = [&](handle_sort sort, const char *name) {
     return handles_.now(sort, scope_, number<std::uint32_t>(value.at(name)));
@@ -178,7 +210,7 @@ word recorded_arguments::members(value_kind kind, const json &value)
       const auto real = from.get<float>();
       std::memcpy(record + member.at, &real, sizeof real);
     } else if (member.size == 8) {
-      const auto wide = from.get<std::uint64_t>();
+      const auto wide = number<std::uint64_t>(from);
       std::memcpy(record + member.at, &wide, sizeof wide);
     } else {
       const auto narrow = number<std::uint32_t>(from);
@@ -188,12 +220,16 @@ word recorded_arguments::members(value_kind kind, const json &value)
   return address(record);
 }
 
-std::uint8_t *recorded_arguments::bytes(const json &value, std::size_t at_least)
+std::uint8_t *recorded_arguments::bytes(const json &value, std::size_t size)
 {
   const auto &text = value.get_ref<const std::string &>();
-  std::uint8_t *const made = memory(std::max(at_least, text.size() / 2));
-  for (std::size_t i = 0; i + 1 < text.size(); i += 2) {
-    made[i / 2] = static_cast<std::uint8_t>(digit_of(text[i]) << 4 | digit_of(text[i + 1]));
+  if (text.size() != size * digits_of_byte) {
+    throw trace_error(std::to_string(text.size()) + " hexadecimal digits, where " + std::to_string(size) +
+                      " bytes have " + std::to_string(size * digits_of_byte));
+  }
+  std::uint8_t *const made = memory(std::max<std::size_t>(size, 1));
+  for (std::size_t i = 0; i < size; ++i) {
+    made[i] = static_cast<std::uint8_t>(digit_of(text[2 * i]) << 4 | digit_of(text[2 * i + 1]));
   }
   return made;
 }

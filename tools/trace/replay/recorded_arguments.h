@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "call_row.h"
+#include "call_table.h"
 #include "handle_map.h"
 #include "trace_error.h"
 
@@ -18,7 +19,7 @@ namespace tarvex::trace {
 
 class recorded_arguments {
  public:
-  /// Throws trace_error, and nlohmann::json::exception for what is not where it belongs.
+  /// Throws trace_error, which names the argument that is wrong.
   recorded_arguments(const call_row &row, const nlohmann::json &recorded, const handle_map &handles);
 
   std::span<const word> words() const { return words_; }
@@ -27,15 +28,16 @@ class recorded_arguments {
   std::uint32_t answer(std::size_t at) const { return *reinterpret_cast<const std::uint32_t *>(words_[at]); }
 
  private:
-  void find_scope(const call_row &row, const nlohmann::json &recorded);
-  word read(const argument_row &argument, const nlohmann::json &value, const nlohmann::json &recorded);
+  void find_scope(const argument_row &argument, const nlohmann::json &value);
+  word read(const call_row &row, const argument_row &argument, const nlohmann::json &value,
+            const nlohmann::json &recorded);
   word key(const nlohmann::json &value);
   word action(const nlohmann::json &value);
   word resource_list(const nlohmann::json &list);
   void fill_resource(const nlohmann::json &value, drv_res_spec_t &resource);
   word members(value_kind kind, const nlohmann::json &value);
-  /// Bytes of at least a size, zeroed behind what was recorded; never null.
-  std::uint8_t *bytes(const nlohmann::json &value, std::size_t at_least);
+  /// Never null. Throws trace_error for more bytes or less.
+  std::uint8_t *bytes(const nlohmann::json &value, std::size_t size);
   template <typename Record>
   Record *record(std::size_t count = 1)
   {
@@ -45,6 +47,7 @@ class recorded_arguments {
 
   const handle_map &handles_;
   handle_scope scope_;
+  const calls::action_info *action_ = nullptr;  // of the call; null where the catalogue does not have it
   std::vector<std::unique_ptr<std::max_align_t[]>> memory_;
   std::vector<word> words_;
 };

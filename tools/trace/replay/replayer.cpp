@@ -11,6 +11,7 @@
 
 #include "driver_functions.h"
 #include "recorded_arguments.h"
+#include "recorded_number.h"
 
 namespace tarvex::trace {
 
@@ -65,11 +66,39 @@ void *code_of(const std::string &name)
 
 json parsed(std::string_view line)
 {
-  const json call = json::parse(line);
+  const json call = json::parse(line, nullptr, false);
   if (!call.is_object() || call.value("schema_version", 0) != 1) {
     throw trace_error("is no call of a trace: traces that can be replayed are written with -j, or TARVEX_TRACE_JSON=1");
   }
   return call;
+}
+
+/// A handle that came out then.
+struct answered_handle {
+  std::size_t at;
+  handle_sort sort;
+  std::uint32_t then;
+};
+
+/// The driver gives one at most.
+std::optional<answered_handle> handle_answered(const call_row &row, const json &call)
+{
+  for (std::size_t i = 0; i < row.count; ++i) {
+    const std::optional<handle_sort> sort = sort_of(row.rows[i].name);
+    if (!sort || !comes_out(row.rows[i].kind)) continue;
+    return answered_handle{i, *sort, number<std::uint32_t>(call.at("results").at(std::string(row.rows[i].name)))};
+  }
+  return std::nullopt;
+}
+
+/// The last handle that goes in; 0 where there is none.
+std::uint32_t handle_given(const call_row &row, std::span<const word> arguments)
+{
+  std::uint32_t given = 0;
+  for (std::size_t i = 0; i < row.count; ++i) {
+    if (sort_of(row.rows[i].name)) given = static_cast<std::uint32_t>(arguments[i]);
+  }
+  return given;
 }
 
 std::string make(replay_counts &counts, handle_map &handles, const callable &function, const json &call,
@@ -78,6 +107,7 @@ std::string make(replay_counts &counts, handle_map &handles, const callable &fun
   const call_row &row = *function.row;
   const json &recorded = call.at("arguments");
   const recorded_arguments arguments(row, recorded, handles);
+  const std::optional<answered_handle> answered = handle_answered(row, call);
   const std::string name(row.name);
   void *const code = code_of(name);
   ++counts.made;
@@ -87,20 +117,9 @@ std::string make(replay_counts &counts, handle_map &handles, const callable &fun
     ++counts.different;
     return name + ": status " + std::to_string(status) + ", and not 0 as in the trace";
   }
-  std::uint32_t given = 0;
-  for (std::size_t i = 0; i < row.count; ++i) {
-    const std::optional<handle_sort> sort = sort_of(row.rows[i].name);
-    if (!sort) continue;
-    if (!comes_out(row.rows[i].kind)) {
-      given = static_cast<std::uint32_t>(arguments.words()[i]);
-      continue;
-    }
-    given = arguments.answer(i);
-    const auto then = call.at("results").at(std::string(row.rows[i].name)).get<std::uint32_t>();
-    handles.learn(*sort, arguments.scope(), then, given);
-    break;
-  }
-  if (observe) observe(row.name, recorded, given);
+  const std::uint32_t handle = answered ? arguments.answer(answered->at) : handle_given(row, arguments.words());
+  if (answered) handles.learn(answered->sort, arguments.scope(), answered->then, handle);
+  if (observe) observe(row.name, recorded, handle);
   return {};
 }
 
@@ -110,14 +129,14 @@ std::string replayer::replay(std::string_view line)
 try {
   const json call = parsed(line);
   const callable &function = function_named(call.at("call").get<std::string>());
-  if (call.at("depth").get<unsigned>() != 0) {
+  if (number<unsigned>(call.at("depth")) != 0) {
     ++counts_.nested;
   } else if (function.row->effect == call_effect::read) {
     ++counts_.reads;
   } else if (function.row->effect == call_effect::other) {
     // Memory of the driver's is taken and given back in reads.
     ++(function.row->name.starts_with("bf_sys") ? counts_.reads : counts_.left_out);
-  } else if (call.at("status").get<std::uint32_t>() != 0) {
+  } else if (number<std::uint32_t>(call.at("status")) != 0) {
     ++counts_.refused;
   } else {
     return make(counts_, handles_, function, call, only_check_, observe_);

@@ -14,8 +14,9 @@
 //             <-    words     candidates for its last word, a line each
 //   interrupt ->              empty; at any time. Ends the command that runs, which answers with its end as ever
 //
-// A client sends the next run or complete when the last one is answered. Anything else is a mistake: the server says so
-// with an error, and closes. Who closes the connection has left: his command is interrupted.
+// A client sends the next run or complete when the last one is answered. Anything else is a mistake: the server
+// interrupts the command that runs, and behind its end sends an error and closes. Who closes the connection has left:
+// his command is interrupted. Who does not greet gives way when all places are taken and another wants in.
 //
 // SPDX-License-Identifier: Apache-2.0
 #pragma once

@@ -19,6 +19,7 @@ class request_reader {
   /// The payload is good until the next add(). Throws protocol_error; what comes behind is worth nothing then.
   std::optional<frame> next();
 
+  bool greeted() const { return greeted_; }
   /// After a request of kind hello.
   const client_hello &greeting() const { return greeting_; }
 

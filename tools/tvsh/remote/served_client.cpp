@@ -75,7 +75,7 @@ void served_client::greet(const client_hello &hello)
   post(frame_kind::hello, written(server_hello{session_.where.device, static_cast<std::uint32_t>(getpid())}));
 }
 
-bool served_client::post(frame_kind kind, std::string_view text, bool last)
+bool served_client::post(frame_kind kind, std::string_view text)
 {
   {
     const std::lock_guard lock(mutex_);
@@ -83,7 +83,6 @@ bool served_client::post(frame_kind kind, std::string_view text, bool last)
     busy_ = true;
     session_.clear_interrupt();
     pending_ = request{kind, std::string(text)};
-    if (last) leaving_ = true;
   }
   changed_.notify_one();
   return true;
@@ -91,7 +90,13 @@ bool served_client::post(frame_kind kind, std::string_view text, bool last)
 
 void served_client::send_away(const std::string &why)
 {
-  if (!post(frame_kind::error, why, true)) leave();  // his command cannot be waited for
+  session_.interrupt();
+  {
+    const std::lock_guard lock(mutex_);
+    last_word_ = why;
+    leaving_ = true;
+  }
+  changed_.notify_one();
 }
 
 std::optional<served_client::request> served_client::next_request()
@@ -105,6 +110,7 @@ void served_client::work()
 {
   try {
     while (const std::optional<request> next = next_request()) answer(*next);
+    if (!last_word_.empty()) output_.send(frame_kind::error, last_word_);  // written ahead of leaving_, and no more
   } catch (const connection_lost &) {
     // Whatever is left to do for him has no reader.
   }

@@ -32,6 +32,8 @@ class served_client {
   ~served_client();
 
   int socket() const { return socket_.get(); }
+  /// For the thread that reads.
+  bool greeted() const { return requests_.greeted(); }
   /// No more is read from him.
   bool leaving() const { return leaving_; }
   /// His thread has come to its end.
@@ -41,6 +43,8 @@ class served_client {
   void readable();
   /// Ends his command, and then his thread.
   void leave();
+  /// The same, but he is answered, and told why. Takes as long as he takes to read.
+  void send_away(const std::string &why);
 
  private:
   struct request {
@@ -50,10 +54,8 @@ class served_client {
 
   void take(const frame &asked);
   void greet(const client_hello &hello);
-  /// Hands a request to the client's thread; false while it has one. Behind the last one it comes to its end.
-  bool post(frame_kind kind, std::string_view text, bool last = false);
-  /// The last thing that he is told.
-  void send_away(const std::string &why);
+  /// Hands a request to the client's thread; false while it has one.
+  bool post(frame_kind kind, std::string_view text);
 
   std::optional<request> next_request();
   void work();
@@ -69,6 +71,7 @@ class served_client {
   std::mutex mutex_;
   std::condition_variable changed_;
   std::optional<request> pending_;
+  std::string last_word_;  // why he is sent away
   bool busy_ = false;
 
   std::atomic<bool> leaving_ = false;

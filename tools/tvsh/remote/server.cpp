@@ -8,7 +8,9 @@
 #include <sys/eventfd.h>
 #include <sys/socket.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <ranges>
 #include <system_error>
 #include <vector>
 
@@ -112,8 +114,29 @@ std::string server::refusal(int socket) const
   return {};
 }
 
+bool server::place_soon()
+{
+  constexpr std::chrono::seconds patience(2);
+  if (clients_.size() < most_clients) return false;
+  const auto now = std::chrono::steady_clock::now();
+  const auto leaves = [](const served_client &each) { return each.leaving(); };
+  if (!waits_until_) waits_until_ = now + patience;
+  if (now < *waits_until_ && std::ranges::any_of(clients_, leaves)) return true;
+  for (served_client &each : clients_ | std::views::filter(leaves)) each.leave();  // who does not read his last word
+  const auto silent = std::ranges::find_if(clients_, [](auto &each) { return !each.greeted() && !each.leaving(); });
+  if (silent == clients_.end()) return false;
+  silent->send_away("no greeting came, and another client wants the place");
+  waits_until_ = now + patience;
+  return true;
+}
+
 void server::accept_client()
 {
+  if (place_soon()) {
+    paused_ = true;
+    return;
+  }
+  waits_until_.reset();
   descriptor accepted(accept4(listener_.get(), nullptr, nullptr, SOCK_CLOEXEC));
   if (!accepted) {
     paused_ = errno == EMFILE || errno == ENFILE || errno == ENOBUFS || errno == ENOMEM;

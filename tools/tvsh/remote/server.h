@@ -4,8 +4,10 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <list>
 #include <memory>
+#include <optional>
 #include <string>
 #include <thread>
 
@@ -32,6 +34,8 @@ class server {
  private:
   void serve();
   void accept_client();
+  /// Whether all places are taken, but one is about to be free.
+  bool place_soon();
   /// Empty where he may come in.
   std::string refusal(int socket) const;
   void wake() const;
@@ -42,7 +46,8 @@ class server {
   listening_socket listener_;
   descriptor wake_;
   std::list<served_client> clients_;
-  bool paused_ = false;  // no descriptor was left for the next client
+  bool paused_ = false;  // no descriptor or no place was there for the next client
+  std::optional<std::chrono::steady_clock::time_point> waits_until_;  // for a place; while a client waits for one
   std::atomic<bool> stopping_ = false;
   std::thread thread_;
 };

@@ -177,6 +177,24 @@ typedef void (*standin_selector_cb_t)(uint32_t dev_id, uint32_t sel_hdl, pd_grp_
 /** Callback of the synchronisations of counters and registers and of a hit state update: it is done. */
 typedef void (*standin_done_cb_t)(uint32_t dev_id, uint32_t hdl, void *cookie);
 
+/** A callback as it was registered. */
+typedef struct standin_callback {
+  pd_callback_t function; /**< null where there is none */
+  void *cookie;
+  pd_sess_hdl_t sess_hdl; /**< of the digest's, else 0 */
+} standin_callback_t;
+
+/**
+ * The update callback of a match table, an action data table or a selector table (that of pipe_register_sel_update_cb),
+ * or the callback of the learning digest: for one who takes its place and means to call it, and to put it back.
+ *
+ * @param dev_id  the device
+ * @param hdl  the table or the digest
+ * @param callback  what is registered
+ * @return STANDIN_NO_OBJECT where nothing that has a callback has the handle
+ */
+pd_status_t standin_registered_callback(uint32_t dev_id, uint32_t hdl, standin_callback_t *callback);
+
 /** Bytes of a placement buffer, so that a callback can keep a copy; 0 for a buffer that is none of this switch's. */
 size_t standin_placement_size(const void *plcmt_data);
 

@@ -10,8 +10,10 @@
  *
  * TARVEX_TRACE        the file; it is made with mode 0600, and emptied where it was there
  * TARVEX_TRACE_JSON   not empty: one JSON object a line, which 'tvsh -c "trace replay FILE"' takes
- * TARVEX_TRACE_SYNC   not empty: every line is written at once, and the entry of a call ahead of the call, for a
- * program that dies in the driver. Otherwise lines wait, up to 64 KiB, for more of them.
+ *
+ * Nothing waits to be written. As text, the file tells of each call ahead of the call, so that what a program died or
+ * hangs in stands at its end; in JSON it tells of a call as soon as the call has ended. Where a trace could not be
+ * written to its end, the program says so on its standard error when it ends.
  *
  * A line of text is
  *
@@ -47,22 +49,22 @@ struct ms_state;
 
 /** How a trace is told. */
 enum {
-  TARVEX_TRACE_AS_JSON = 1, /**< JSON lines instead of text */
-  TARVEX_TRACE_AT_ONCE = 2  /**< to the file: nothing is held back */
+  TARVEX_TRACE_AS_JSON = 1 /**< JSON lines instead of text */
 };
 
 /**
- * Takes a line of a trace, without its end. Lines come one at a time, from the thread whose call they tell, outside of
- * the driver. It must not call the driver, nor the functions here.
+ * Takes a line of a trace, without its end. Lines come one at a time, from any thread that makes calls, outside of the
+ * driver. It must not call the driver, nor the functions here.
  */
 typedef void (*tarvex_trace_line_fn)(const char *line, size_t length, void *cookie);
 
 /**
  * Begins a trace into a file.
  *
- * @param path   made with mode 0600 or emptied
+ * @param path   made with mode 0600 or emptied; a device that is no terminal, such as /dev/null, will do, too
  * @param flags  of the above, or 0
- * @return 0; EBUSY while a trace runs; otherwise why the file could not be opened, as an errno
+ * @return 0; EBUSY while a trace runs; ENXIO for a pipe, a socket or a terminal, whose reader the program would have to
+ *         wait for; otherwise why the file could not be opened, as an errno
  */
 int tarvex_trace_to_file(const char *path, uint32_t flags);
 
@@ -75,14 +77,22 @@ int tarvex_trace_to_file(const char *path, uint32_t flags);
  */
 int tarvex_trace_to_function(tarvex_trace_line_fn line, void *cookie, uint32_t flags);
 
-/** Writes what waits. @return 0, or the errno of the first write that failed: the file ends there */
-int tarvex_trace_flush(void);
-
 /**
  * Ends the trace that runs, if any. Calls that are under way are not told any more, and the line function is not called
- * once this has returned. @return as tarvex_trace_flush
+ * once this has returned.
+ *
+ * @return 0, or the errno of the first write that failed: the file ends there
  */
 int tarvex_trace_stop(void);
+
+/**
+ * The file that the trace goes to, as it was named.
+ *
+ * @param name  takes the name, cut to the room that there is, and a 0; may be null where `size` is 0
+ * @param size  room in bytes
+ * @return the length of the whole name; 0 where no trace goes to a file
+ */
+size_t tarvex_trace_file(char *name, size_t size);
 
 /** Whether a trace runs. */
 int tarvex_trace_runs(void);
