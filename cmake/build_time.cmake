@@ -1,0 +1,13 @@
+# A short build. Debug information of everything but the library names functions and lines, which a stack trace and a
+# profile take; the preset debug has all of it. What only builds or tests is optimised for the time of its compilation.
+# SPDX-License-Identifier: Apache-2.0
+add_compile_options($<$<CONFIG:RelWithDebInfo>:-g1>)
+
+# Types and layouts in it are what the binary interface is compared by.
+set(TARVEX_FULL_DEBUG_INFORMATION $<$<CONFIG:RelWithDebInfo>:-g>)
+# For what nobody waits for once it is built.
+set(TARVEX_QUICKLY_COMPILED $<$<CONFIG:RelWithDebInfo>:-O1>)
+
+# Headers of the C++ library that most files of the larger targets include; reading them takes longer than those files.
+set(TARVEX_COMMON_HEADERS <algorithm> <array> <charconv> <functional> <map> <memory> <optional> <set> <span> <string>
+  <string_view> <vector>)
