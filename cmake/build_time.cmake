@@ -7,7 +7,3 @@ add_compile_options($<$<CONFIG:RelWithDebInfo>:-g1>)
 set(TARVEX_FULL_DEBUG_INFORMATION $<$<CONFIG:RelWithDebInfo>:-g>)
 # For what nobody waits for once it is built.
 set(TARVEX_QUICKLY_COMPILED $<$<CONFIG:RelWithDebInfo>:-O1>)
-
-# Headers of the C++ library that most files of the larger targets include; reading them takes longer than those files.
-set(TARVEX_COMMON_HEADERS <algorithm> <array> <charconv> <functional> <map> <memory> <optional> <set> <span> <string>
-  <string_view> <vector>)

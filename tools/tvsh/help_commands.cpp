@@ -31,6 +31,15 @@ void list_commands(output &out)
   out.line("the hardware) and --dry-run (check only), and ends in '| include RE', '| exclude RE' or '| count'.");
 }
 
+void put_lines(output &out, std::string_view text)
+{
+  while (!text.empty()) {
+    const std::size_t end = text.find('\n');
+    out.line(text.substr(0, end));
+    text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+  }
+}
+
 }  // namespace
 
 exit_code help(const invocation &call)
@@ -41,13 +50,9 @@ exit_code help(const invocation &call)
     return exit_code::ok;
   }
   const command &what = command_named(call.words[0]);
-  call.out.line(usage_of(what));
+  put_lines(call.out, usage_of(what));
   call.out.line(what.summary);
-  for (std::string_view rest = what.details; !rest.empty();) {
-    const std::size_t end = rest.find('\n');
-    call.out.line(rest.substr(0, end));
-    rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
-  }
+  put_lines(call.out, what.details);
   call.out.line("examples:");
   for (const std::string_view example : what.examples) call.out.line("  " + std::string(example));
   return exit_code::ok;
