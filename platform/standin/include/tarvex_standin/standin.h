@@ -134,7 +134,10 @@ pd_status_t standin_count_cell(uint32_t dev_id, uint32_t counter_hdl, uint32_t i
 /**
  * Turns one bit of an entry's action data over, as a fault of the hardware would: nobody is told.
  *
- * @param bit  from the lowest bit of the last byte on, 0
+ * @param dev_id     a device that was added
+ * @param tbl_hdl    a match table
+ * @param entry_hdl  an entry of it, or its default entry
+ * @param bit        from the lowest bit of the last byte on, 0
  * @return STANDIN_BAD_ACTION for an entry that refers to a member or group, STANDIN_BAD_INDEX ahead of the first byte
  */
 pd_status_t standin_corrupt_entry(uint32_t dev_id, uint32_t tbl_hdl, pd_entry_hdl_t entry_hdl, uint32_t bit);
@@ -180,7 +183,7 @@ typedef void (*standin_done_cb_t)(uint32_t dev_id, uint32_t hdl, void *cookie);
 /** A callback as it was registered. */
 typedef struct standin_callback {
   pd_callback_t function; /**< null where there is none */
-  void *cookie;
+  void *cookie;           /**< what it is called with */
   pd_sess_hdl_t sess_hdl; /**< of the digest's, else 0 */
 } standin_callback_t;
 
