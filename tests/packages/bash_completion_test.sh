@@ -27,4 +27,8 @@ expect 'dump ipv4Host' -c "'dump ipv4H"
 expect 'add ipv4Host dip=' -c "'add ipv4Host d"
 expect 'sim lookup' -c "'sim loo"
 expect '' --device ''
+expect 'schema' sche
+expect 'ipv4Host' --attach socket --raw dump ipv4H
+expect 'nextHop=' --color = always add ipv4Host vrfId = 1 dip = 10.0.0.1 setNextHop n
+expect '' add l2SmacCheck smac = 00 : 1c
 ((failed == 0))

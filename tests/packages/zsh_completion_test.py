@@ -34,6 +34,9 @@ GOES_ON = {
     "tvsh -c 'add ipv4Host d": "tvsh -c 'add ipv4Host dip=",
     "tvsh -c 'sim loo": "tvsh -c 'sim lookup",
     "tvsh --device ": "tvsh --device ",
+    "tvsh sche": "tvsh schema ",
+    "tvsh --attach socket --raw dump ipv4H": "tvsh --attach socket --raw dump ipv4Host ",
+    "tvsh add ipv4Host vrfId=1 setNextHop n": "tvsh add ipv4Host vrfId=1 setNextHop nextHop=",
     "tvsh --attach sock": "tvsh --attach socket ",
 }
 OFFERS = {

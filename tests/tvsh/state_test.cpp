@@ -10,6 +10,7 @@
 
 #include "made_up_words.h"
 #include "state_fixture.h"
+#include "tarvex_pd/next_hops.h"
 
 namespace tarvex::shell {
 namespace {
@@ -304,6 +305,40 @@ TEST_F(state_test, others_may_delete_while_it_is_read)
       if (!other.done()) break;
     }
   }
+}
+
+// What refers to a member that came behind the reading of the members is read with it, in another reading.
+TEST_F(state_test, others_may_add_while_it_is_read)
+{
+  bool begun_anew = false;
+  for (unsigned at = 1;; ++at) {
+    start_anew();
+    build();
+    const other_session other(
+        shell, at,
+        {"member ecmpMemberActionProfile add setEcmpNextHop nextHop=123",
+         "group ecmpMemberActionProfile add 1 16777217", "entry ecmpGroup add ecmpGroup=77 member=16777217"});
+    const answer got = run("save b.json cells=0");
+    EXPECT_EQ(got.code, exit_code::ok) << at << got.errors;
+    if (!other.done()) break;
+    lines_of("load b.json replace");
+    begun_anew = begun_anew || !run("show ecmpGroup ecmpGroup=77").lines.empty();
+  }
+  EXPECT_TRUE(begun_anew);
+}
+
+// The shell remembers a fallback member; whoever else writes may have taken it off.
+TEST_F(state_test, a_fallback_member_that_is_gone_is_left_out)
+{
+  lines_of("member ecmpMemberActionProfile add setEcmpNextHop nextHop=1");
+  lines_of("group ecmpMemberActionProfile fallback 1");
+  ASSERT_EQ(p4_pd_tarvex_switch_ecmpMemberActionProfile_reset_dynamic_action_selection_fallback_member(
+                shell.where.session, pd_dev_tgt(0, PD_ALL_PIPES)),
+            BF_SUCCESS);
+  ASSERT_EQ(p4_pd_tarvex_switch_ecmpMemberActionProfile_del_member(shell.where.session, 0, 1), BF_SUCCESS);
+  const answer got = run("save gone.json cells=0");
+  EXPECT_EQ(got.code, exit_code::ok) << got.errors;
+  EXPECT_NE(got.notes.find("member 1 is gone"), std::string::npos) << got.notes;
 }
 
 // A save that fails leaves what was there.

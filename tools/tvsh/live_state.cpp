@@ -46,9 +46,7 @@ class live_reader {
     for (const profile_info &profile : calls::profiles) read_groups(profile);
     for (const profile_info &profile : calls::profiles) {
       const auto member = written_.fallback_members.find(profile.selector_table);
-      if (member == written_.fallback_members.end()) continue;
-      require_given(given_[&profile].members, member->second);
-      to_.fallback(profile, member->second);
+      if (member != written_.fallback_members.end()) hand_on_fallback(profile, member->second);
     }
     for (const table_info &table : calls::tables) {
       const auto setting = written_.idle.find(table.handle);
@@ -148,12 +146,22 @@ class live_reader {
     }
   }
 
+  /// Others than this shell may have taken the member off since.
+  void hand_on_fallback(const profile_info &profile, std::uint32_t member)
+  {
+    if (member_reader(profile, call_.where(), call_.chosen.hardware).read_if_there(member) == nullptr) {
+      return call_.out.note(std::string("the fallback member of ") + profile.name + " is left out: member " +
+                            std::to_string(member) + " is gone");
+    }
+    require_given(given_[&profile].members, member);
+    to_.fallback(profile, member);
+  }
+
   /// What a reference is to must have been handed on ahead of it.
   static void require_given(const std::set<std::uint32_t> &given, std::uint32_t handle)
   {
     if (given.contains(handle)) return;
-    throw shell_error(exit_code::refused, "the switch changed while it was read: member or group " +
-                                              std::to_string(handle) + " came meanwhile; try again");
+    throw changed_meanwhile(handle);
   }
 
   bool read_if_there(const table_info &table, entry_reader &reader, extras_reader &extras, std::uint32_t handle,

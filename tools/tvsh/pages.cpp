@@ -119,17 +119,46 @@ std::string names_of_options(const std::vector<program_option> &options)
 }
 
 constexpr std::string_view bash_words = R"(
-# Words of a command line within quotes: the first is a command, the shell for the switch knows what can follow.
-_tvsh_words() {
-  local line=$1 ahead=
-  case $line in
-    *' '*)
-      ahead="${line% *} "
-      mapfile -t COMPREPLY < <("${COMP_WORDS[0]}" --complete "$line" 2>/dev/null)
-      ;;
-    *) mapfile -t COMPREPLY < <(compgen -W "$_tvsh_commands" -- "$line") ;;
+# What can follow a command line that was begun: the first word is a command, of others the shell for the switch knows.
+_tvsh_follow() {
+  case $1 in
+    *' '*) mapfile -t COMPREPLY < <("${COMP_WORDS[0]}" --complete "$1" 2>/dev/null) ;;
+    *) mapfile -t COMPREPLY < <(compgen -W "$_tvsh_commands" -- "$1") ;;
   esac
+}
+
+# Words of a command line within quotes are one word of bash's.
+_tvsh_words() {
+  local ahead=
+  [[ $1 != *' '* ]] || ahead="${1% *} "
+  _tvsh_follow "$1"
   COMPREPLY=("${COMPREPLY[@]/#/$ahead}")
+}
+
+# Where the command begins that stands behind the options; bash breaks words at = and :.
+_tvsh_begin() {
+  local at=1
+  while ((at < COMP_CWORD)); do
+    case ${COMP_WORDS[at]} in
+      @taking@) at=$((at + 2)) ;;
+      -*) at=$((at + 1)) ;;
+      *) break ;;
+    esac
+    [[ ${COMP_WORDS[at - 1]} != = ]] || at=$((at + 1))
+  done
+  printf '%d' "$at"
+}
+
+# A command that needs no quotes: words of bash's, from number $1 on.
+_tvsh_command() {
+  local at line=
+  for ((at = $1; at < COMP_CWORD; ++at)); do
+    [[ -z $line || $line == *[=:] || ${COMP_WORDS[at]} == [=:]* ]] || line+=' '
+    line+=${COMP_WORDS[at]}
+  done
+  [[ ${COMP_WORDS[COMP_CWORD]} != [=:]* && $line != *[=:] ]] || return
+  _tvsh_follow "${line:+$line }${COMP_WORDS[COMP_CWORD]}"
+  [[ ${COMPREPLY[*]-} == *= ]] || compopt +o nospace 2>/dev/null
 }
 
 _tvsh() {
@@ -140,12 +169,49 @@ _tvsh() {
 )";
 
 constexpr std::string_view bash_tail = R"(  esac
+  local begin
+  begin=$(_tvsh_begin)
+  if ((begin < COMP_CWORD)) || [[ $begin == "$COMP_CWORD" && $word != -* ]]; then
+    _tvsh_command "$begin"
+    return
+  fi
   compopt +o nospace 2>/dev/null
   mapfile -t COMPREPLY < <(compgen -W "$_tvsh_options" -- "$word")
 }
 
 complete -F _tvsh tvsh
 )";
+
+constexpr std::string_view zsh_words = R"zsh(
+# What can follow a command line that was begun; each word with the text of $2 ahead of it, and $3 behind it.
+_tvsh_follow() {
+  local line=$1 ahead=$2
+  local -a words
+  if [[ $line == *' '* ]]; then
+    words=(${(f)"$(${service:-tvsh} --complete $line 2>/dev/null)"})
+    compadd -S "$3" -- ${ahead}${^words:#*=}
+    compadd -S '' -- ${ahead}${^${(M)words:#*=}}
+    return
+  fi
+  words=(
+@commands@  )
+  _describe command words
+}
+
+# Within quotes a command is one word of zsh's.
+_tvsh_quoted() {
+  local line=${(Q)PREFIX} ahead=
+  [[ $line != *' '* ]] || ahead="${line% *} "
+  _tvsh_follow "$line" "$ahead" ''
+}
+
+_tvsh_command() {
+  local line="${(j: :)${(Q)words[1,CURRENT-1]}}"
+  _tvsh_follow "${line:+$line }${(Q)PREFIX}" '' ' '
+}
+
+_arguments -s -A '-*' \
+)zsh";
 
 }  // namespace
 
@@ -179,7 +245,13 @@ std::string bash_completion(const std::vector<program_option> &options)
   for (const command &each : commands()) script.append(each.name).append(" ");
   script.back() = '\'';
   script += "\n_tvsh_options='" + names_of_options(options) + "'\n";
+  std::string taking;
+  for (const program_option &option : options) {
+    if (!option.argument.empty()) taking.append(taking.empty() ? "" : " | ").append(joined(option.names, " | "));
+  }
+  static constexpr std::string_view place = "@taking@";
   script += bash_words;
+  script.replace(script.find(place), place.size(), taking);
   for (const program_option &option : options) {
     if (option.argument.empty()) continue;
     script += "    " + joined(option.names, " | ") + ")";
@@ -197,14 +269,13 @@ std::string bash_completion(const std::vector<program_option> &options)
 std::string zsh_completion(const std::vector<program_option> &options)
 {
   std::string script = "#compdef tvsh\n# zsh completion for tvsh, out of its options and its table of commands\n\n";
-  script += "_tvsh_commands() {\n  local line=${(Q)PREFIX} ahead=\n  local -a words\n";
-  script += "  if [[ $line == *' '* ]]; then\n    ahead=\"${line% *} \"\n";
-  script += "    words=(${(f)\"$(${service:-tvsh} --complete $line 2>/dev/null)\"})\n";
-  script += "    compadd -S '' -- ${ahead}${^words}\n    return\n  fi\n  words=(\n";
+  script += zsh_words;
+  std::string commands_told;
   for (const command &each : commands()) {
-    script += "    '" + std::string(each.name) + ":" + replaced(each.summary, "'", "'\\'") + "'\n";
+    commands_told += "    '" + std::string(each.name) + ":" + replaced(each.summary, "'", "'\\'") + "'\n";
   }
-  script += "  )\n  _describe command words\n}\n\n_arguments -s \\\n";
+  static constexpr std::string_view place = "@commands@";
+  script.replace(script.find(place), place.size(), commands_told);
   for (const program_option &option : options) {
     const bool twice = option.names.size() > 1;
     const std::string names = joined(option.names, twice ? "," : "");
@@ -215,14 +286,14 @@ std::string zsh_completion(const std::vector<program_option> &options)
       if (!option.choices.empty()) {
         script += "(" + joined(option.choices, " ") + ")";
       } else if (option.argument == "COMMAND") {
-        script += "_tvsh_commands";
+        script += "_tvsh_quoted";
       } else if (option.argument == "FILE" || option.argument == "SOCKET") {
         script += "_files";
       }
     }
     script += "' \\\n";
   }
-  return script.erase(script.size() - 3).append("\n");
+  return script.append("  '*:::command:_tvsh_command'\n");
 }
 
 }  // namespace tarvex::shell

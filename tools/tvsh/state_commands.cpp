@@ -2,6 +2,7 @@
 //
 // SPDX-License-Identifier: Apache-2.0
 #include <array>
+#include <memory>
 
 #include "commands.h"
 #include "counted.h"
@@ -55,14 +56,18 @@ reading_progress progress_of(const invocation &call, std::string_view label)
 }
 
 /// The state of a file, or of the live switch.
-void read_state(const invocation &call, const std::string &name, const live_reading &reading, state_visitor &to)
+std::unique_ptr<const state_model> read_state(const invocation &call, const std::string &name, const state_words &words)
 {
-  if (name == live_name) {
-    read_live_state(call, reading, to);
-  } else {
-    file_place at;
-    read_state_file(call.path(name), to, at, progress_of(call, "reading"));
-  }
+  return read_until_unchanged([&] {
+    auto state = std::make_unique<state_model>(words.flag);
+    if (name == live_name) {
+      read_live_state(call, words.reading, *state);
+    } else {
+      file_place at;
+      read_state_file(call.path(name), *state, at, progress_of(call, "reading"));
+    }
+    return state;
+  });
 }
 
 /// Takes what commands of a script show; errors pass.
@@ -94,11 +99,9 @@ void show_operations(const invocation &call, const std::vector<std::string> &ope
 std::vector<std::string> operations_between(const invocation &call, const std::string &from, const std::string &to,
                                             const state_words &words)
 {
-  state_model there(words.flag);
-  state_model wanted(words.flag);
-  read_state(call, from, words.reading, there);
-  read_state(call, to, words.reading, wanted);
-  return difference(there, wanted, from == live_name);
+  const auto there = read_state(call, from, words);
+  const auto wanted = read_state(call, to, words);
+  return difference(*there, *wanted, from == live_name);
 }
 
 }  // namespace
@@ -108,12 +111,15 @@ exit_code save_state(const invocation &call)
   const std::string file = call.path(call.word(0, "FILE"));
   const state_words words = parse_state_words(call, 1, "");
   if (call.only_checked("saving to " + file)) return exit_code::ok;
-  replaced_file to(file);
-  state_file_writer writer(to);
-  read_live_state(call, words.reading, writer);
-  writer.finish();
-  to.keep();
-  call.out.line(counted(writer.entries(), "entry", "entries") + " saved to " + file);
+  const std::uint64_t entries = read_until_unchanged([&] {
+    replaced_file to(file);
+    state_file_writer writer(to);
+    read_live_state(call, words.reading, writer);
+    writer.finish();
+    to.keep();
+    return writer.entries();
+  });
+  call.out.line(counted(entries, "entry", "entries") + " saved to " + file);
   tell_what_was_remembered(call);
   return exit_code::ok;
 }
