@@ -24,7 +24,6 @@
 #include "tarvex_standin/standin.h"
 
 namespace tarvex::standin {
-namespace {
 
 struct selector_item {
   bool known = false;  // a membership may name its member ahead of the member itself
@@ -39,6 +38,8 @@ struct selector_device {
   selector_items members;
   selector_items groups;
 };
+
+namespace {
 
 /// Kind of item that a function is about.
 struct item_kind {

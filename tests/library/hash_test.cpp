@@ -20,7 +20,7 @@ using enum argument_kind;
 using attributes = std::vector<hash_calc_attr_t>;
 
 constexpr std::uint32_t device = 0xfe;
-constexpr std::uint32_t refused = 0x80000005;
+constexpr std::uint32_t refused_status = 0x80000005;
 constexpr std::uint32_t invalid = PD_STATUS_INVALID_ARG;
 constexpr std::uint64_t beyond_32_bits = 0x1'0000'0000;
 
@@ -153,7 +153,7 @@ TEST(hash, every_choice_of_fields_has_its_list)
     for (std::uint32_t chosen = 0; chosen <= hash.all(); ++chosen) {
       SCOPED_TRACE(chosen);
       for (const bool backwards : {false, true}) {
-        for (const std::uint32_t status : {0U, refused}) {
+        for (const std::uint32_t status : {0U, refused_status}) {
           hash_unit unit{list_of(hash, chosen ^ hash.all()), 0, status};
           if (unit.list == 0) unit.list = hash.calc.first;
           unit.attach();
@@ -218,10 +218,10 @@ TEST(hash, sets_are_refused_in_order)
       for (std::uint32_t field = hash.n(); field < 32; ++field) bad.push_back({{last, 0, 0}, {field, 0, 0}});
     }
     for (const attributes &attrs : bad) {
-      for (const std::uint32_t status : {0U, refused}) {
+      for (const std::uint32_t status : {0U, refused_status}) {
         hash_unit unit{hash.calc.first, status};
         unit.attach();
-        EXPECT_EQ(hash.set(attrs), status == 0 ? invalid : refused) << attrs.size() << " records";
+        EXPECT_EQ(hash.set(attrs), status == 0 ? invalid : refused_status) << attrs.size() << " records";
         expect_calls(hash, {current_list});
       }
     }
@@ -232,8 +232,8 @@ TEST(hash, sets_are_refused_in_order)
       EXPECT_EQ(hash.set(good, input), invalid);
       expect_calls(hash, {current_list});
       EXPECT_EQ(hash.get(invalid, attributes{}, 9, input), "");
-      unit = {hash.calc.first, refused};
-      EXPECT_EQ(hash.set(none, input), refused);
+      unit = {hash.calc.first, refused_status};
+      EXPECT_EQ(hash.set(none, input), refused_status);
     }
     // Lists of another calculation, and none at all.
     const std::uint32_t other = calculations[hash.calc.handle == 0x22000004 ? 1 : 0].first;
@@ -244,9 +244,9 @@ TEST(hash, sets_are_refused_in_order)
       expect_calls(hash, {current_list});
       EXPECT_EQ(hash.get(invalid, attributes{}), "") << list;
     }
-    hash_unit unit{hash.calc.first, refused};
+    hash_unit unit{hash.calc.first, refused_status};
     unit.attach();
-    EXPECT_EQ(hash.set(good), refused);
+    EXPECT_EQ(hash.set(good), refused_status);
     expect_calls(hash, {current_list});
     EXPECT_EQ(hash.get(invalid, attributes{}), "");
     if (!hash.by_name) return;
@@ -294,7 +294,7 @@ TEST(hash, names_are_compared_whole)
   }
   for (const calculation &calc : calculations) {
     const hash_functions hash{calc, true};
-    for (const std::uint32_t status : {0U, refused}) {
+    for (const std::uint32_t status : {0U, refused_status}) {
       hash_unit unit{0, 0, status};
       unit.attach();
       EXPECT_EQ(hash.prepared("input_set").run(), status);
@@ -314,7 +314,7 @@ TEST(hash, driver_handles_come_back_as_0)
       std::vector<std::uint32_t> handles = {0, calc.first - 1, end, 1, hash_algorithm, hash_algorithm + 1, 0xffffffff};
       for (std::uint32_t list = calc.first; list < end; ++list) handles.push_back(list);
       for (const std::uint32_t handle : handles) {
-        for (const std::uint32_t status : {0U, refused}) {
+        for (const std::uint32_t status : {0U, refused_status}) {
           const bool own = algorithm ? handle == hash_algorithm : handle >= calc.first && handle < end;
           hash_unit unit{handle, status};
           unit.attach();

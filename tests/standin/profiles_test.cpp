@@ -38,14 +38,14 @@ class Profiles : public SwitchTest {
 
 TEST_F(Profiles, MembersReadBackAndKeepTheirAction)
 {
-  struct told {
+  struct updates {
     std::vector<std::uint32_t> events;
     bytes last;
   } seen;
   const standin_update_cb_t tell = [](std::uint32_t, std::uint32_t table, std::uint32_t, std::uint32_t what,
                                       const void *buffer, void *cookie) {
     EXPECT_EQ(table, members_table);
-    auto *const to = static_cast<told *>(cookie);
+    auto *const to = static_cast<updates *>(cookie);
     to->events.push_back(what);
     std::array<std::uint8_t, 28> data{};
     drv_act_data_t room{};  // its count is not preset by those who read placement data

@@ -9,7 +9,7 @@ namespace tarvex::test {
 
 namespace {
 
-const void *const placement = "";
+const void *const no_placement = "";
 
 /// That something ends in the C library's report of a failed assertion of the library.
 void expect_stop(const told_entry &reply, const std::string &function, const std::function<void(char *buf)> &call)
@@ -38,11 +38,11 @@ TEST(stops, of_entries_on_a_broken_reply)
     }
     if (indirect) continue;
     expect_stop(reply, name + "_get_entry_from_plcmt_data",
-                [&](char *buf) { invoke<std::uint32_t>("plcmt_data_value", table.handle, placement, buf); });
+                [&](char *buf) { invoke<std::uint32_t>("plcmt_data_value", table.handle, no_placement, buf); });
     expect_stop(reply, name + "_get_entry_from_plcmt_data",
-                [&](char *) { invoke<std::uint32_t>("plcmt_data_print", 2, 0, table.handle, placement); });
+                [&](char *) { invoke<std::uint32_t>("plcmt_data_print", 2, 0, table.handle, no_placement); });
     expect_stop(reply, name + "_get_entry_from_plcmt_data",
-                [&](char *) { invoke<std::uint8_t>("plcmt_data_eq_to_hw", 1U, 0U, table.handle, 5U, placement); });
+                [&](char *) { invoke<std::uint8_t>("plcmt_data_eq_to_hw", 1U, 0U, table.handle, 5U, no_placement); });
   }
 }
 
@@ -54,9 +54,9 @@ TEST(stops, of_members_on_a_broken_reply)
     const std::string function = std::string(profile.name) + "_get_member_from_plcmt_data";
     const std::uint32_t handle = profile.action_data_table;
     expect_stop(reply, function,
-                [&](char *buf) { invoke<std::uint32_t>("adt_plcmt_data_value", handle, placement, buf); });
+                [&](char *buf) { invoke<std::uint32_t>("adt_plcmt_data_value", handle, no_placement, buf); });
     expect_stop(reply, function,
-                [&](char *) { invoke<std::uint32_t>("adt_plcmt_data_print", 2, 0, handle, placement); });
+                [&](char *) { invoke<std::uint32_t>("adt_plcmt_data_print", 2, 0, handle, no_placement); });
   }
 }
 

@@ -224,10 +224,10 @@ TEST_F(updates_test, members_and_groups_come_back_after_a_restart)
     lines_of("group ecmpMemberActionProfile add 1 3");
   }
   lines_of("sim refuse 12 7");
-  const answer refused = run("restart replay");
-  EXPECT_EQ(refused.code, exit_code::refused);
-  EXPECT_NE(refused.errors.find("replaying what the switch holds: the driver refused: status 7"), std::string::npos)
-      << refused.errors;
+  const answer got = run("restart replay");
+  EXPECT_EQ(got.code, exit_code::refused);
+  EXPECT_NE(got.errors.find("replaying what the switch holds: the driver refused: status 7"), std::string::npos)
+      << got.errors;
   EXPECT_EQ(run("restart replay").code, exit_code::differences);  // what was forgotten stays so: the log is behind
 }
 

@@ -84,10 +84,10 @@ TEST(values, that_are_none_are_refused)
 
 TEST(nearest_names, come_by_distance)
 {
-  static constexpr std::string_view names[] = {"ipv4Host", "ipv6Host", "nextHop", "ipv4McGroupVlan"};
-  EXPECT_EQ(no_such("table", "ipv4host", names), "there is no table 'ipv4host'; did you mean ipv4Host or ipv6Host?");
-  EXPECT_EQ(no_such("table", "McGroup", names), "there is no table 'McGroup'; did you mean ipv4McGroupVlan?");
-  EXPECT_EQ(no_such("table", "zzzzz", names),
+  static constexpr std::string_view tables[] = {"ipv4Host", "ipv6Host", "nextHop", "ipv4McGroupVlan"};
+  EXPECT_EQ(no_such("table", "ipv4host", tables), "there is no table 'ipv4host'; did you mean ipv4Host or ipv6Host?");
+  EXPECT_EQ(no_such("table", "McGroup", tables), "there is no table 'McGroup'; did you mean ipv4McGroupVlan?");
+  EXPECT_EQ(no_such("table", "zzzzz", tables),
             "there is no table 'zzzzz'; there are ipv4Host, ipv6Host, nextHop, ipv4McGroupVlan");
 }
 

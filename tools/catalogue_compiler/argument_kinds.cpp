@@ -8,7 +8,7 @@ namespace catalogue {
 
 namespace {
 
-constexpr argument_kind_row rows[] = {
+constexpr argument_kind_row kind_rows[] = {
     // Who and where.
     {"sess_hdl", "pd_sess_hdl_t ", "sess_hdl", "session with the driver"},
     {"dev_tgt", "pd_dev_tgt_t ", "dev_tgt", "device and pipe, from pd_dev_tgt()"},
@@ -160,11 +160,11 @@ constexpr argument_kind_row rows[] = {
 
 }  // namespace
 
-std::span<const argument_kind_row> argument_kinds() { return rows; }
+std::span<const argument_kind_row> argument_kinds() { return kind_rows; }
 
 const argument_kind_row &argument_kind(std::string_view kind)
 {
-  for (const argument_kind_row &row : rows)
+  for (const argument_kind_row &row : kind_rows)
     if (row.kind == kind) return row;
   throw std::logic_error("no argument kind '" + std::string(kind) + "'");
 }

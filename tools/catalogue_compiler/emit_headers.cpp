@@ -105,7 +105,7 @@ void emit_actions(const model &m, const functions &all, const std::filesystem::p
   end_header(to, folder, "actions");
 }
 
-void emit_group(const model &m, const functions &all, std::size_t group, const std::filesystem::path &folder)
+void emit_header(const model &m, const functions &all, std::size_t group, const std::filesystem::path &folder)
 {
   const catalogue::group &g = m.groups[group];
   generated_file to;
@@ -149,7 +149,7 @@ void emit_public_headers(const model &m, const functions &all, const std::filesy
                                        "resources",       "hash_calculations"};
   for (std::size_t g = 0; g < m.groups.size(); ++g) {
     if (functions_of_group(all, g).empty()) continue;
-    emit_group(m, all, g, folder);
+    emit_header(m, all, g, folder);
     includes.push_back(m.groups[g].file);
   }
 

@@ -109,7 +109,7 @@ void emit_exports(generated_file &to, const std::vector<const exported_function 
   }
 }
 
-void emit_group(const model &m, const functions &all, std::size_t group, const std::filesystem::path &folder)
+void emit_group_exports(const model &m, const functions &all, std::size_t group, const std::filesystem::path &folder)
 {
   const catalogue::group &g = m.groups[group];
   const std::vector<const exported_function *> of = functions_of_group(all, group);
@@ -256,7 +256,7 @@ void emit_library_sources(const model &m, const functions &all, const std::files
 {
   const std::filesystem::path pd = folder / "pd";
   emit_action_rows(m, pd);
-  for (std::size_t g = 0; g < m.groups.size(); ++g) emit_group(m, all, g, pd);
+  for (std::size_t g = 0; g < m.groups.size(); ++g) emit_group_exports(m, all, g, pd);
   emit_action_exports(m, all, pd);
   emit_text_tables(m, pd);
   emit_resource_exports(m, all, pd);

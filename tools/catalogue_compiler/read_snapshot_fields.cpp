@@ -7,7 +7,7 @@ namespace catalogue {
 
 namespace {
 
-snapshot_field read_field(const toml::table &node, row &layout)
+snapshot_field read_snapshot_field(const toml::table &node, row &layout)
 {
   row r(node, layout, "field");
   snapshot_field made;
@@ -29,7 +29,7 @@ snapshot_layout read_snapshot_layout(const toml::table &node, row &file)
   made.direction = r.choice<snapshot_direction>("name", directions);
   made.name = direction_name(made.direction);
   made.bytes = r.number("bytes");
-  r.each("fields", [&](const toml::table &inner) { made.fields.push_back(read_field(inner, r)); });
+  r.each("fields", [&](const toml::table &inner) { made.fields.push_back(read_snapshot_field(inner, r)); });
   static_cast<origin &>(made) = r.finish();
   return made;
 }

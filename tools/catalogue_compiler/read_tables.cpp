@@ -19,7 +19,7 @@ constexpr word<match_kind> match_kinds[] = {
 constexpr std::string_view keyed_only[] = {"key_bits",     "key_bytes", "fields",   "record_bytes",
                                            "record_order", "profile",   "idle_time"};
 
-field read_field(const toml::table &node, row &owner)
+field read_key_field(const toml::table &node, row &owner)
 {
   row r(node, owner, "field");
   field f;
@@ -53,7 +53,7 @@ table read_table(const toml::table &node, row &file)
     t.key_bytes = r.number("key_bytes");
     t.record_bytes = r.extra_number("record_bytes");
     t.record_order = r.extra_texts("record_order");
-    r.each("fields", [&](const toml::table &inner) { t.fields.push_back(read_field(inner, r)); });
+    r.each("fields", [&](const toml::table &inner) { t.fields.push_back(read_key_field(inner, r)); });
   } else {
     for (const std::string_view key : keyed_only) r.refuse(key, "the table is keyless");
   }

@@ -49,10 +49,10 @@ void set_timeout(const invocation &call)
   if (!call.only_checked("setting the learning timeout")) set_learning_timeout(call, timeout);
 }
 
-constexpr plain_verb verbs[] = {{"show", show}, {"on", begin}, {"off", end}, {"timeout", set_timeout}};
+constexpr plain_verb digest_verbs[] = {{"show", show}, {"on", begin}, {"off", end}, {"timeout", set_timeout}};
 
 }  // namespace
 
-exit_code digests(const invocation &call) { return run_verb(verbs, call, call.has(0) ? call.words[0] : "show"); }
+exit_code digests(const invocation &call) { return run_verb(digest_verbs, call, call.has(0) ? call.words[0] : "show"); }
 
 }  // namespace tarvex::shell

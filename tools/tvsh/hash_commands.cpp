@@ -47,13 +47,13 @@ void set_fields(const invocation &call, const hash_info &hash)
   if (!call.only_checked("selecting input fields" + of(hash))) write_hash_fields(hash, selected, call.where());
 }
 
-constexpr hash_verb verbs[] = {{"seed", set_seed}, {"fields", set_fields}};
+constexpr hash_verb hash_verbs[] = {{"seed", set_seed}, {"fields", set_fields}};
 
 }  // namespace
 
 exit_code hash_calculation(const invocation &call)
 {
-  if (call.has(1)) return run_verb<hash_info>(verbs, call, call.words[1], hash_named(call.words[0]));
+  if (call.has(1)) return run_verb<hash_info>(hash_verbs, call, call.words[1], hash_named(call.words[0]));
   const hash_info *const wanted = call.has(0) ? &hash_named(call.words[0]) : nullptr;
   report rows(call.out, call.chosen, "calculations",
               {{"calculation", 20}, {"handle", 10}, {"seed", 18}, {"fields"}, {"selected"}});

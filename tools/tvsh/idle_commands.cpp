@@ -96,7 +96,7 @@ void set_ttl(const invocation &call, const table_info &table)
   call.carry_out(write, "setting the ttl of " + entry_name(table, words));
 }
 
-constexpr table_verb verbs[] = {
+constexpr table_verb idle_verbs[] = {
     {"show", show}, {"enable", enable}, {"disable", disable}, {"update", update}, {"ttl", set_ttl}};
 
 }  // namespace
@@ -110,7 +110,7 @@ exit_code idle_time(const invocation &call)
   const table_info &table = table_named(call.words[0]);
   if (!table.idle_time)
     throw usage_error(std::string(table.name) + " has no idle time; 'idle' lists the tables that do");
-  return run_verb<table_info>(verbs, call, call.has(1) ? call.words[1] : "show", table);
+  return run_verb<table_info>(idle_verbs, call, call.has(1) ? call.words[1] : "show", table);
 }
 
 }  // namespace tarvex::shell

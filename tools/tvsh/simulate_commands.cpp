@@ -182,9 +182,9 @@ void lose(const invocation &call)
                   "losing " + entry_name(entry.table, entry.words));
 }
 
-constexpr plain_verb verbs[] = {{"device", device}, {"count", count},     {"age", age},
-                                {"learn", learn},   {"capture", capture}, {"refuse", refuse},
-                                {"lookup", lookup}, {"corrupt", corrupt}, {"lose", lose}};
+constexpr plain_verb simulation_verbs[] = {{"device", device}, {"count", count},     {"age", age},
+                                           {"learn", learn},   {"capture", capture}, {"refuse", refuse},
+                                           {"lookup", lookup}, {"corrupt", corrupt}, {"lose", lose}};
 
 }  // namespace
 
@@ -192,7 +192,7 @@ exit_code simulate(const invocation &call)
 {
   require_stand_in();
   if (call.chosen.dry_run) throw usage_error("what is simulated cannot be tried with --dry-run");
-  return run_verb(verbs, call, call.word(0, "VERB"));
+  return run_verb(simulation_verbs, call, call.word(0, "VERB"));
 }
 
 }  // namespace tarvex::shell

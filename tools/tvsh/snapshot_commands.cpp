@@ -114,10 +114,11 @@ void remove(const invocation &call)
   call.shell.written()->snapshots.erase(handle);
 }
 
-constexpr plain_verb verbs[] = {{"fields", show_fields}, {"arm", arm}, {"show", show_captures}, {"delete", remove}};
+constexpr plain_verb snapshot_verbs[] = {
+    {"fields", show_fields}, {"arm", arm}, {"show", show_captures}, {"delete", remove}};
 
 }  // namespace
 
-exit_code snapshot(const invocation &call) { return run_verb(verbs, call, call.word(0, "VERB")); }
+exit_code snapshot(const invocation &call) { return run_verb(snapshot_verbs, call, call.word(0, "VERB")); }
 
 }  // namespace tarvex::shell

@@ -151,7 +151,7 @@ exit_code replay(const invocation &call)
   return again.counts().different == 0 ? exit_code::ok : exit_code::differences;
 }
 
-constexpr plain_verb verbs[] = {{"on", turn_on}, {"off", turn_off}, {"follow", follow}};
+constexpr plain_verb trace_verbs[] = {{"on", turn_on}, {"off", turn_off}, {"follow", follow}};
 
 }  // namespace
 
@@ -163,8 +163,8 @@ exit_code trace_calls(const invocation &call)
   }
   const std::string &word = call.words[0];
   if (word == "replay") return replay(call);
-  for (const plain_verb &each : verbs) {
-    if (each.name == word) return run_verb(verbs, call, word);
+  for (const plain_verb &each : trace_verbs) {
+    if (each.name == word) return run_verb(trace_verbs, call, word);
   }
   if (word.find_first_of("./") == std::string::npos) {  // more likely a mistake
     throw usage_error(no_such("verb", word, std::vector<std::string_view>{"on", "off", "follow", "replay"}) +

@@ -20,7 +20,7 @@ namespace {
 constexpr std::array<std::string_view, 5> add_words = {"value", "mask", "scope", "index", "sub"};
 constexpr std::array<std::string_view, 2> value_words = {"value", "mask"};
 
-void show(const invocation &call)
+void show_written(const invocation &call)
 {
   call.expect_at_most(1);
   report rows(call.out, call.chosen, "entries",
@@ -53,7 +53,7 @@ value_set_entry whole_entry(std::span<const std::string> words)
   return entry;
 }
 
-void add(const invocation &call)
+void add_entry(const invocation &call)
 {
   const value_set_entry entry = whole_entry(call.words.subspan(1));
   if (call.only_checked("adding an entry")) return;
@@ -65,7 +65,7 @@ std::uint32_t handle_word(const invocation &call)
   return static_cast<std::uint32_t>(parse_number(call.word(1, "HANDLE"), "handle", 32));
 }
 
-void modify(const invocation &call)
+void modify_entry(const invocation &call)
 {
   const std::uint32_t handle = handle_word(call);
   const value_set_entry entry = values_of(parse_own_words(call.words.subspan(2), value_words));
@@ -74,7 +74,7 @@ void modify(const invocation &call)
 }
 
 /// By its handle, or as it was added.
-void remove(const invocation &call)
+void delete_entry(const invocation &call)
 {
   std::uint32_t handle = 0;
   if (assignment_of(call.word(1, "HANDLE"))) {
@@ -90,10 +90,14 @@ void remove(const invocation &call)
   if (!call.only_checked("deleting an entry")) delete_from_value_set(call, handle);
 }
 
-constexpr plain_verb verbs[] = {{"show", show}, {"add", add}, {"modify", modify}, {"delete", remove}};
+constexpr plain_verb value_set_verbs[] = {
+    {"show", show_written}, {"add", add_entry}, {"modify", modify_entry}, {"delete", delete_entry}};
 
 }  // namespace
 
-exit_code value_set(const invocation &call) { return run_verb(verbs, call, call.has(0) ? call.words[0] : "show"); }
+exit_code value_set(const invocation &call)
+{
+  return run_verb(value_set_verbs, call, call.has(0) ? call.words[0] : "show");
+}
 
 }  // namespace tarvex::shell
