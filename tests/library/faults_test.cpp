@@ -88,13 +88,6 @@ std::string unlawfully_written(const exported_function &function, outcome seen)
   return {};
 }
 
-/// The same call with nothing refused, after one that failed.
-std::string difference(const outcome &good, const outcome &again)
-{
-  if (again.result != good.result || again.after != good.after || again.asked != good.asked) return "the next differs";
-  return again.wrong;
-}
-
 TEST(faults, every_driver_call_may_fail)
 {
   std::size_t failed = 0;
@@ -122,6 +115,7 @@ TEST(faults, every_driver_call_may_fail)
     }
   }
   std::cout << failed << " driver calls refused\n";
+  EXPECT_GT(failed, calls::functions.size() / 2) << "the driver's calls do not come by here";
 }
 
 TEST(faults, every_block_may_be_refused)

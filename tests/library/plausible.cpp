@@ -219,6 +219,12 @@ outcome outcome_of(const exported_function &function, const driver_function &ans
   return seen;
 }
 
+std::string difference(const outcome &good, const outcome &again)
+{
+  if (again.result != good.result || again.after != good.after || again.asked != good.asked) return "the next differs";
+  return again.wrong;
+}
+
 bool is_ignored(const std::string &name)
 {
   static const std::set<std::string> ignored = {

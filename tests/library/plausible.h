@@ -54,6 +54,9 @@ std::uint64_t obliging(const plausible_call &call, const recorded_call &asked);
 outcome outcome_of(const exported_function &function, const driver_function &answer = obliging,
                    unsigned refused_block = 0);
 
+/// The same call with nothing refused, after one that failed: how it differs from what it was before; empty where not.
+std::string difference(const outcome &good, const outcome &again);
+
 /// Services whose status is not looked at.
 bool is_ignored(const std::string &name);
 

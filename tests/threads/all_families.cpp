@@ -1,4 +1,5 @@
-// Every function of the library from eight threads at once, each over a driver of its own: what the drivers were
+// Every function of the library but those of its life (start and end are not for several threads, and the log of a
+// device is in threads.profiles) from eight threads at once, each over a driver of its own: what the drivers were
 // handed, what came back and what was printed is byte for byte what one thread alone has.
 //
 // SPDX-License-Identifier: Apache-2.0

@@ -16,10 +16,6 @@ FOLDER = tempfile.mkdtemp()
 PROMPT = "tvsh> "
 ENVIRONMENT = {**os.environ, "XDG_STATE_HOME": FOLDER, "TERM": "xterm"}
 ENVIRONMENT.pop("NO_COLOR", None)
-# The line editor never gives the names of added functions back; nothing of ours copies wide text.
-with open(os.path.join(FOLDER, "leaks"), "w", encoding="utf-8") as _known:
-    _known.write("leak:wcsdup\n")
-ENVIRONMENT["LSAN_OPTIONS"] = f"suppressions={_known.name}:print_suppressions=0"
 
 
 def expect(what, condition):

@@ -73,7 +73,7 @@ std::string common_beginning(const std::vector<std::string> &candidates)
   return std::string(common);
 }
 
-unsigned char complete_line(EditLine *editor, int)
+unsigned char complete_line(EditLine *editor, wint_t)
 {
   const LineInfo *const info = el_line(editor);
   const std::string_view line(info->buffer, static_cast<std::size_t>(info->cursor - info->buffer));
@@ -111,7 +111,8 @@ class edited_lines : public line_source {
     el_set(editor_, EL_EDITOR, "emacs");
     el_set(editor_, EL_HIST, &history, history_);
     el_set(editor_, EL_SIGNAL, 0);
-    el_set(editor_, EL_ADDFN, "complete", "completes the word", &complete_line);
+    // Wide: of narrow names the editor keeps copies that it never gives back.
+    el_wset(editor_, EL_ADDFN, L"complete", L"completes the word", &complete_line);
     el_set(editor_, EL_BIND, "^I", "complete", nullptr);
   }
   ~edited_lines() override
