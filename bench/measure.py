@@ -18,6 +18,7 @@ import time
 
 REPOSITORY = pathlib.Path(__file__).resolve().parent.parent
 LIBRARY = "libtv_bf_pd_mpls_baremetal.so.0"
+SWITCH = "TARVEX_HARDENING"  # the whole; each kind has one of its own, of a longer name
 
 
 def output_of(*command, **options):
@@ -83,12 +84,34 @@ class Measurement:
         return {"speeds": speeds, "entry_value": self.counted("entry_value_rounds", 1000)[0], "read_ns": read,
                 "entry_value_ns": text}
 
+    def stripped(self, folder):
+        """The library without what only debuggers read, in a folder."""
+        stripped = pathlib.Path(folder) / LIBRARY
+        output_of("strip", "-o", stripped, self.build / "src" / LIBRARY)
+        return stripped
+
+    def hardening(self):
+        """The basket and the library's size with all hardening, with each kind left off, and with none."""
+        listed = re.findall(rf"^({SWITCH}\w*):BOOL=", (self.build / "CMakeCache.txt").read_text(encoding="utf-8"), re.M)
+        figures = {}
+        for off in [None, *sorted(listed)]:
+            name = off.lower() if off else "all"
+            build = self.build / "hardening" / name
+            output_of("cmake", "-S", REPOSITORY, "-B", build, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=RelWithDebInfo",
+                      "-DBUILD_TESTING=OFF", *(f"-D{switch}={'OFF' if switch == off else 'ON'}" for switch in listed))
+            output_of("cmake", "--build", build, "-j", os.cpu_count(), "--target", "basket_rounds")
+            variant = Measurement(build, self.quick, self.routes)
+            with tempfile.TemporaryDirectory() as folder:
+                size = variant.stripped(folder).stat().st_size
+            figures[off or "all"] = {"calls": {f["what"]: f["library"] for f in variant.instructions()},
+                                     "stripped_bytes": size}
+        return figures
+
     def start(self):
         """The library as a file, and the time to load it."""
         library = self.build / "src" / LIBRARY
         with tempfile.TemporaryDirectory() as folder:
-            stripped = pathlib.Path(folder) / LIBRARY
-            output_of("strip", "-o", stripped, library)
+            stripped = self.stripped(folder)
             size = stripped.stat().st_size
             milliseconds = float(output_of(self.program("start"), stripped))
         relocations = output_of("readelf", "-rW", library)
@@ -176,8 +199,8 @@ def main():
     parser.add_argument("--results", type=pathlib.Path, required=True)
     parser.add_argument("--quick", action="store_true")
     parser.add_argument("--routes", type=pathlib.Path, required=True, help="a routing table for the shell")
-    parser.add_argument("part", choices=["instructions", "limit", "yardsticks", "texts", "start", "scale", "shell",
-                                         "build"])
+    parser.add_argument("part", choices=["instructions", "hardening", "limit", "yardsticks", "texts", "start",
+                                         "scale", "shell", "build"])
     asked = parser.parse_args()
 
     measurement = Measurement(asked.build.resolve(), asked.quick, asked.routes.resolve())

@@ -63,6 +63,24 @@ def instructions(report, figures):
                f"{worst['what']}: {worst['ratio']:.3f}")
 
 
+def hardening(report, figures):
+    kinds = {"TARVEX_HARDENING_FORTIFY": "`_FORTIFY_SOURCE`", "TARVEX_HARDENING_STACK_PROTECTOR": "stack protector",
+             "TARVEX_HARDENING_STACK_CLASH": "stack clash", "TARVEX_HARDENING_CONTROL_FLOW": "control flow",
+             "TARVEX_HARDENING_LINK": "link"}
+    columns = {**kinds, **{switch: switch for switch in sorted(figures) if switch not in kinds and switch != "all"},
+               "TARVEX_HARDENING": "all of it"}
+    columns = {switch: column for switch, column in columns.items() if switch in figures}
+    whole = figures["all"]
+    report.add("## What hardening costs", "The same calls in builds that leave one kind of hardening off: what a kind "
+               "costs is all of it minus all but this one. `link` is read-only relocations with all bound at start: the "
+               "basket is called once before the count, so that names looked up late would not show.")
+    report.table(["call", "hardened", *columns.values()],
+                 [(call, f"{count:.1f}", *(f"{count - figures[switch]['calls'][call]:+.1f}" for switch in columns))
+                  for call, count in whole["calls"].items()] +
+                 [("stripped library, bytes", whole["stripped_bytes"],
+                   *(f"{whole['stripped_bytes'] - figures[switch]['stripped_bytes']:+d}" for switch in columns))])
+
+
 def limit(report, figures):
     report.add("## Against the limit: time", "The same calls by Google Benchmark, processor time, the best of nine "
                "runs in mixed order.")
@@ -170,7 +188,7 @@ def build(report, figures):
             report.bar(f"{step} under {most} s", figures[step]["seconds"] < most, f"{figures[step]['seconds']:.0f} s")
 
 
-PARTS = [instructions, limit, yardsticks, texts, start, scale, shell, build]
+PARTS = [instructions, hardening, limit, yardsticks, texts, start, scale, shell, build]
 
 
 def main():

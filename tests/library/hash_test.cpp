@@ -251,6 +251,12 @@ TEST(hash, sets_are_refused_in_order)
     EXPECT_EQ(hash.get(invalid, attributes{}), "");
     if (!hash.by_name) return;
 
+    // The most records that are not taken for a mistake, and one more.
+    hash_unit whole{hash.calc.first};
+    whole.attach();
+    EXPECT_EQ(hash.get(0, read_back(hash, hash.all()), 0xff'ffff), "");
+    EXPECT_EQ(hash.get(invalid, {}, 0x100'0000), "");
+
     // A common number that is unknown comes ahead of the driver.
     for (std::uint32_t common = 0; common < 40; ++common) {
       if (std::ranges::find(hash.calc.common, common) != hash.calc.common.end()) continue;

@@ -1,6 +1,9 @@
 // Placement data: decoded, printed, as value text, and held against the hardware.
 //
 // SPDX-License-Identifier: Apache-2.0
+#include <algorithm>
+#include <ranges>
+
 #include "capture.h"
 #include "told_entry.h"
 
@@ -52,6 +55,10 @@ TEST(placement, of_entries_as_print_and_value_text)
     for (const recorded_call &call : driver().calls) {
       EXPECT_EQ(call.function, "pipe_mgr_plcmt_mat_data_get_entry");
       EXPECT_EQ(call.at<const char>(0), 't');
+      // Value, mask and data stand behind the records.
+      constexpr auto is_zero = [](std::uint8_t byte) { return byte == 0; };
+      EXPECT_TRUE(std::ranges::all_of(call.arguments[1].record | std::views::drop(sizeof(drv_match_spec_t)), is_zero));
+      EXPECT_TRUE(std::ranges::all_of(call.arguments[2].record | std::views::drop(sizeof(drv_action_spec_t)), is_zero));
     }
   });
 }

@@ -1,10 +1,12 @@
 // Print text: its bytes, how it is cut into writes, and what becomes of writes that fail or are cut short.
 //
 // SPDX-License-Identifier: Apache-2.0
+#include <fcntl.h>
 #include <pthread.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <csignal>
 #include <thread>
@@ -89,6 +91,19 @@ TEST(print_text, lines_at_and_beyond_the_longest_write)
     at = end;
   }
   expect_print("trapToCpu_match_spec_print", 20000, key, text);
+}
+
+TEST(print_text, lines_of_a_gigabyte)
+{
+  const auto &table = *std::ranges::find_if(
+      calls::tables, [](const auto &any) { return any.kind == calls::table_kind::exact && any.fields.size() == 1; });
+  const record key = random_record(table.record_size);
+  constexpr std::int32_t indent = 1 << 30;
+  const int nowhere = open("/dev/null", O_WRONLY);
+  // At indent 0 a field's line begins with a blank.
+  EXPECT_EQ(invoke<std::int32_t>(std::string(table.name) + "_match_spec_print", nowhere, indent, key.data()),
+            indent - 1 + static_cast<std::int32_t>(last_line(key_print(table, 0, key))));
+  close(nowhere);
 }
 
 std::atomic<int> interrupts;
