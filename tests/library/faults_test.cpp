@@ -118,6 +118,22 @@ TEST(faults, every_driver_call_may_fail)
   EXPECT_GT(failed, calls::functions.size() / 2) << "the driver's calls do not come by here";
 }
 
+TEST(faults, properties_that_the_driver_does_not_write_are_zero)
+{
+  std::size_t read = 0;
+  for (const exported_function &function : calls::functions) {
+    const outcome seen = outcome_of(function, [](const plausible_call &, const recorded_call &) { return 0; });
+    for (std::size_t i = 0; i < function.arguments.size(); ++i) {
+      if (function.arguments[i] != property_value_out && function.arguments[i] != property_argument_out) continue;
+      std::uint32_t word = 1;
+      std::memcpy(&word, seen.after[i].data(), sizeof word);
+      EXPECT_EQ(word, 0u) << function.name;
+      ++read;
+    }
+  }
+  EXPECT_EQ(read, 2 * std::size(calls::tables) + 1);
+}
+
 TEST(faults, every_block_may_be_refused)
 {
   std::size_t failed = 0;
