@@ -455,7 +455,8 @@ const command &command_named(std::string_view name)
 {
   const auto found = std::ranges::find(commands(), name, &command::name);
   if (found == commands().end()) {
-    throw usage_error(no_such("command", name, names_of(commands())) + " 'help' lists them");
+    const std::string wrong = no_such("command", name, names_of(commands()));
+    throw usage_error(wrong + (wrong.ends_with('?') ? "" : ";") + " 'help' lists them");
   }
   return *found;
 }
