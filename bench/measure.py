@@ -80,9 +80,11 @@ class Measurement:
         with tempfile.NamedTemporaryFile(mode="r", suffix=".json") as figures:
             output_of(self.program("text_speed"), "--json", figures.name)
             speeds = json.load(figures)
-        read, text = map(float, output_of(self.program("scale"), "read", 1000).split())
-        return {"speeds": speeds, "entry_value": self.counted("entry_value_rounds", 1000)[0], "read_ns": read,
-                "entry_value_ns": text}
+        reads = []
+        for entries in [1000] if self.quick else [1000, 10_000, 100_000, 1_000_000]:
+            read, text = map(float, output_of(self.program("scale"), "read", entries).split())
+            reads.append({"entries": entries, "read_ns": read, "entry_value_ns": text})
+        return {"speeds": speeds, "entry_value": self.counted("entry_value_rounds", 1000)[0], "reads": reads}
 
     def stripped(self, folder):
         """The library without what only debuggers read, in a folder."""

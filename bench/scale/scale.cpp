@@ -138,30 +138,45 @@ void race_writers(add_function add, std::uint32_t entries)
   std::printf("%.6f %.6f\n", one, two);
 }
 
+/// Nanoseconds of one read. Each waits for the answer of the one before, as a tool's does: the processor shall not hide
+/// what the next read waits for behind the text of this one. `read_entry` answers with 0, which the compiler cannot know.
+template <class Read>
+double time_of_reads(const std::vector<pd_entry_hdl_t> &handles, Read read_entry)
+{
+  const auto entries = static_cast<std::uint32_t>(handles.size());
+  const double seconds = seconds_of([&] {
+    std::uint32_t answer = 0;
+    for (std::uint32_t i = 0; i < entries; ++i) answer = read_entry(handles[(address_of(i) + answer) % entries]);
+  });
+  return seconds * 1e9 / entries;
+}
+
+/// 0, once what was read is there.
+std::uint32_t nothing_of(std::uint32_t read)
+{
+  static const volatile std::uint32_t no_bits = 0;
+  return read & no_bits;
+}
+
 void read_at_random(std::uint32_t entries)
 {
   standin_device_add(0);
   std::vector<pd_entry_hdl_t> handles;
   for (std::uint32_t i = 0; i < entries; ++i) handles.push_back(add_by_library(0, i));
-  const auto at_random = [&](auto read_entry) {
-    double best = std::numeric_limits<double>::max();
-    for (int turn = 0; turn < 5; ++turn) {
-      best = std::min(best, seconds_of([&] {
-                        for (std::uint32_t i = 0; i < entries; ++i) read_entry(handles[address_of(i) % entries]);
-                      }));
-    }
-    return best * 1e9 / entries;
-  };
-  const double typed = at_random([](pd_entry_hdl_t handle) {
-    p4_pd_tarvex_switch_ipv4Host_match_spec_t key;
-    std::uint32_t action[8], number;
-    std::uint8_t no_key;
-    p4_pd_tarvex_switch_ipv4Host_get_entry(session, 0, handle, 0, &key, nullptr, action, &number, &no_key);
-  });
-  const double text = at_random([](pd_entry_hdl_t handle) {
-    std::array<char, PD_ENTRY_TEXT_SIZE> to;
-    p4_pd_tarvex_switch_entry_value(session, 0, table, handle, 0, to.data());
-  });
+  double typed = std::numeric_limits<double>::max(), text = typed;
+  for (int turn = 0; turn < 7; ++turn) {
+    typed = std::min(typed, time_of_reads(handles, [](pd_entry_hdl_t handle) {
+      p4_pd_tarvex_switch_ipv4Host_match_spec_t key;
+      std::uint32_t action[8], number;
+      std::uint8_t no_key;
+      p4_pd_tarvex_switch_ipv4Host_get_entry(session, 0, handle, 0, &key, nullptr, action, &number, &no_key);
+      return nothing_of(key.ingIpv4_dip);
+    }));
+    text = std::min(text, time_of_reads(handles, [](pd_entry_hdl_t handle) {
+      std::array<char, PD_ENTRY_TEXT_SIZE> to;
+      return nothing_of(p4_pd_tarvex_switch_entry_value(session, 0, table, handle, 0, to.data()));
+    }));
+  }
   std::printf("%.1f %.1f\n", typed, text);
 }
 

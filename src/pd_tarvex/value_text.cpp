@@ -93,7 +93,10 @@ std::uint32_t table_value(const table_text &table, pd_sess_hdl_t sess_hdl, pd_de
   text_writer to(buf);
   to.text("((");
   to = entry_behind(to, table, entry);
-  to.text("),(").decimal(table.priority ? static_cast<std::int32_t>(entry.priority) : 0).text(",True))");
+  if (table.priority)
+    to.text("),(").decimal(static_cast<std::int32_t>(entry.priority)).text(",True))");
+  else
+    to.text("),(0,True))");
   return to.end();
 }
 
