@@ -139,7 +139,8 @@ void race_writers(add_function add, std::uint32_t entries)
 }
 
 /// Nanoseconds of one read. Each waits for the answer of the one before, as a tool's does: the processor shall not hide
-/// what the next read waits for behind the text of this one. `read_entry` answers with 0, which the compiler cannot know.
+/// what the next read waits for behind the text of this one. `read_entry` answers with 0, which the compiler cannot
+/// know.
 template <class Read>
 double time_of_reads(const std::vector<pd_entry_hdl_t> &handles, Read read_entry)
 {
@@ -166,16 +167,17 @@ void read_at_random(std::uint32_t entries)
   double typed = std::numeric_limits<double>::max(), text = typed;
   for (int turn = 0; turn < 7; ++turn) {
     typed = std::min(typed, time_of_reads(handles, [](pd_entry_hdl_t handle) {
-      p4_pd_tarvex_switch_ipv4Host_match_spec_t key;
-      std::uint32_t action[8], number;
-      std::uint8_t no_key;
-      p4_pd_tarvex_switch_ipv4Host_get_entry(session, 0, handle, 0, &key, nullptr, action, &number, &no_key);
-      return nothing_of(key.ingIpv4_dip);
-    }));
+                       p4_pd_tarvex_switch_ipv4Host_match_spec_t key;
+                       std::uint32_t action[8], number;
+                       std::uint8_t no_key;
+                       p4_pd_tarvex_switch_ipv4Host_get_entry(session, 0, handle, 0, &key, nullptr, action, &number,
+                                                              &no_key);
+                       return nothing_of(key.ingIpv4_dip);
+                     }));
     text = std::min(text, time_of_reads(handles, [](pd_entry_hdl_t handle) {
-      std::array<char, PD_ENTRY_TEXT_SIZE> to;
-      return nothing_of(p4_pd_tarvex_switch_entry_value(session, 0, table, handle, 0, to.data()));
-    }));
+                      std::array<char, PD_ENTRY_TEXT_SIZE> to;
+                      return nothing_of(p4_pd_tarvex_switch_entry_value(session, 0, table, handle, 0, to.data()));
+                    }));
   }
   std::printf("%.1f %.1f\n", typed, text);
 }
