@@ -139,7 +139,7 @@ class Measurement:
             fills.append({"entries": entries, "seconds": best["library"][0], "bytes_each": best["library"][1],
                           "driver_seconds": best["driver"][0]})
         own = [float(output_of(sys.executable, REPOSITORY / "bench/count_instructions.py", "--rounds", 1000, "--own",
-                               LIBRARY, self.program("scale"), "count", entries)) for entries in (1000, 100_000)]
+                               LIBRARY, self.program("scale"), "count", entries)) for entries in (sizes[0], sizes[-1])]
         writers = {way: list(map(float, output_of(self.program("scale"), "writers", way,
                                                   10_000 if self.quick else 500_000).split()))
                    for way in ("library", "driver")}

@@ -162,7 +162,8 @@ def scale(report, figures):
         "Memory of the stand-in", "entries", "bytes each",
         [("bytes each", [(f["entries"], f["bytes_each"]) for f in fills])]))
     small, large = figures["own_instructions"]
-    report.bar("the library's own instructions for an add the same at 1 000 and 100 000 entries", small == large,
+    report.bar(f"the library's own instructions for an add the same at {fills[0]['entries']:,} and "
+               f"{fills[-1]['entries']:,} entries", small == large,
                f"{small:.2f} and {large:.2f}")
     ratios = {way: two / one for way, (one, two) in figures["writers"].items()}
     beside = ratios["library"] / ratios["driver"]
