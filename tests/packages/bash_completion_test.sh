@@ -8,6 +8,9 @@ source "$completion" || exit 1
 complete -p tvsh | grep -q -- '-F _tvsh' || exit 1
 
 failed=0
+cd "$(mktemp -d)" || exit 1
+trap 'rm -r "$PWD"' EXIT
+mkdir loaded && touch loaded/one
 # expect WANTED WORD...: the completions of the last word, joined by bars.
 expect() {
   local wanted=$1 found
@@ -21,12 +24,17 @@ expect() {
 }
 expect '--command|--color' --co
 expect 'auto|always' --color a
+expect 'auto|always' --color = a
+expect 'auto|always|never' --color =
 expect 'members|meters|member|meter' -c "'me"
 expect 'schema' --command '"sche'
 expect 'dump ipv4Host' -c "'dump ipv4H"
 expect 'add ipv4Host dip=' -c "'add ipv4Host d"
 expect 'sim lookup' -c "'sim loo"
+expect 'add ipv4Host vrfId=a&b dip=' -c "'add ipv4Host vrfId=a&b di"
 expect '' --device ''
+expect 'loaded/' --raw load loa
+expect 'diff loaded/one' -c "'diff loaded/o"
 expect 'schema' sche
 expect 'ipv4Host' --attach socket --raw dump ipv4H
 expect 'nextHop=' --color = always add ipv4Host vrfId = 1 dip = 10.0.0.1 setNextHop n

@@ -27,7 +27,8 @@ bindkey '^I' complete-word
 """
 # What is typed ahead of the key, and what the line is then.
 GOES_ON = {
-    "tvsh --comm": "tvsh --command ",
+    "tvsh --comm": "tvsh --command=",
+    "tvsh --comm\t x": "tvsh --command x",
     "tvsh --color al": "tvsh --color always ",
     "tvsh -c 'sche": "tvsh -c 'schema' ",
     "tvsh -c 'dump ipv4H": "tvsh -c 'dump ipv4Host",
@@ -38,6 +39,10 @@ GOES_ON = {
     "tvsh --attach socket --raw dump ipv4H": "tvsh --attach socket --raw dump ipv4Host ",
     "tvsh add ipv4Host vrfId=1 setNextHop n": "tvsh add ipv4Host vrfId=1 setNextHop nextHop=",
     "tvsh --attach sock": "tvsh --attach socket ",
+    "tvsh --attach=sock": "tvsh --attach=socket ",
+    "tvsh --color=al": "tvsh --color=always ",
+    "tvsh load sock": "tvsh load socket ",
+    "tvsh save fol": "tvsh save folder/",
 }
 OFFERS = {
     "tvsh -c 'me": ["member +-- ", "members +-- ", "meters +-- "],
@@ -50,6 +55,7 @@ def main():
         shutil.copy(COMPLETION, pathlib.Path(folder) / "_tvsh")
         (pathlib.Path(folder) / ".zshrc").write_text(SETUP, encoding="ascii")
         (pathlib.Path(folder) / "socket").touch()
+        (pathlib.Path(folder) / "folder").mkdir()
         environment = {**os.environ, "ZDOTDIR": folder, "TERM": "dumb",
                        "PATH": f"{os.path.dirname(TVSH)}:{os.environ['PATH']}"}
         shell = pexpect.spawn("zsh", ["-d", "-i"], cwd=folder, env=environment, encoding="utf-8", timeout=60,

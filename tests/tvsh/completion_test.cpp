@@ -1,6 +1,9 @@
 // What the tab key offers.
 //
 // SPDX-License-Identifier: Apache-2.0
+#include <filesystem>
+#include <fstream>
+
 #include "command.h"
 #include "shell_fixture.h"
 
@@ -8,6 +11,27 @@ namespace tarvex::shell {
 namespace {
 
 using names = std::vector<std::string>;
+
+TEST(completion, goes_on_with_names_of_files)
+{
+  const std::filesystem::path folder = std::filesystem::path(testing::TempDir()) / "tvsh_completion";
+  std::filesystem::remove_all(folder);
+  std::filesystem::create_directories(folder / "states.d" / ".hidden");
+  for (const char *name : {"state.json", "states.d/one.json", "two words", ".hidden", "liver"})
+    std::ofstream(folder / name);
+  const std::pair<std::string, names> cases[] = {
+      {"load ", {"liver", "state.json", "states.d/"}},
+      {"save states", {"states.d/"}},
+      {"apply states.d/", {"states.d/one.json"}},
+      {"apply states.d/.", {"states.d/.hidden/"}},
+      {"load-routes " + (folder / "st").string(), {folder / "state.json", (folder / "states.d/").string()}},
+      {"load none/", {}},
+      {"load state.json r", {"replace"}},
+      {"diff li", {"live", "liver"}},
+      {"diff live s", {"state.json", "states.d/"}},
+  };
+  for (const auto &[line, expected] : cases) EXPECT_EQ(session::complete(line, folder), expected) << line;
+}
 
 TEST(completion, knows_commands_tables_actions_and_fields)
 {

@@ -33,7 +33,8 @@ enum class word_kind : std::uint8_t {
   entry,          // fields, actions and parameters of the table ahead
   default_entry,  // actions that can be the default, and their parameters
   member,         // actions and parameters of the profile ahead
-  file
+  file,
+  state,  // a saved state in a file, or the live one
 };
 
 enum class command_group : std::uint8_t { reading, writing, operating, simulating, shell };

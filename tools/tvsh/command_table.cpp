@@ -343,7 +343,7 @@ constexpr command all_commands[] = {
      "The fewest commands, as a script that -f runs on a switch that holds A. Without 'counts' counters and what is\n"
      "left of times to live are not compared, as traffic and time change them. Exit code 3 where there is any.",
      {"diff live live", "diff /tmp/tvsh-state.json /tmp/tvsh-state.json"},
-     {w::file, w::file, w::choice},
+     {w::state, w::state, w::choice},
      diff_choices,
      compare_states},
     {"apply",

@@ -2,6 +2,8 @@
 //
 // SPDX-License-Identifier: Apache-2.0
 #include <algorithm>
+#include <cctype>
+#include <filesystem>
 
 #include "command.h"
 #include "entry_words.h"
@@ -75,8 +77,29 @@ word_list table_words(word_kind kind, std::span<const std::string> words)
   return entry_names({}, defaults, words.subspan(1));
 }
 
+/// Files that a name may go on to, folders with a slash at their end. What would have to stand in quotes is left out.
+word_list files_from(const std::filesystem::path &folder, const std::string &begun)
+{
+  const std::string ahead = begun.substr(0, begun.rfind('/') + 1);
+  const bool hidden = begun.substr(ahead.size()).starts_with('.');
+  const auto plain = [](unsigned char c) {
+    return (std::isgraph(c) != 0 || c > 0x7f) && c != '"' && c != '\'' && c != '|' && c != '#';
+  };
+  word_list result;
+  std::error_code refused;
+  for (std::filesystem::directory_iterator at(folder / (ahead.empty() ? "." : ahead), refused), end;
+       !refused && at != end; at.increment(refused)) {
+    const std::string name = at->path().filename();
+    if (name.starts_with('.') != hidden || !std::ranges::all_of(name, plain)) continue;
+    std::error_code unknown;
+    result.push_back(ahead + name + (at->is_directory(unknown) ? "/" : ""));
+  }
+  return result;
+}
+
 /// `words`: behind the command's name and ahead of the word that is looked for.
-word_list candidates(const command &what, std::span<const std::string> words)
+word_list candidates(const command &what, std::span<const std::string> words, const std::filesystem::path &folder,
+                     const std::string &begun)
 {
   using enum word_kind;
   const word_kind kind = what.words[std::min(words.size(), what.words.size() - 1)];
@@ -102,14 +125,19 @@ word_list candidates(const command &what, std::span<const std::string> words)
       const profile_info *const row = words.empty() ? nullptr : row_of(calls::profiles, words[0]);
       return row == nullptr ? word_list{} : entry_names({}, row->actions, words.subspan(1));
     }
-    case file: return {};
+    case file: return files_from(folder, begun);
+    case state: {
+      word_list states = files_from(folder, begun);
+      states.emplace_back("live");
+      return states;
+    }
   }
   return {};
 }
 
 }  // namespace
 
-std::vector<std::string> session::complete(std::string_view line)
+std::vector<std::string> session::complete(std::string_view line, const std::filesystem::path &folder)
 {
   word_list words;
   std::string begun;
@@ -129,7 +157,7 @@ std::vector<std::string> session::complete(std::string_view line)
     all = {"include", "exclude", "count"};
   } else if (std::ranges::count(words, "|") == 0) {
     const command *const what = row_of(commands(), words[0]);
-    if (what != nullptr) all = candidates(*what, std::span(words).subspan(1));
+    if (what != nullptr) all = candidates(*what, std::span(words).subspan(1), folder, begun);
   }
   std::erase_if(all, [&](const std::string &name) { return !name.starts_with(begun); });
   std::ranges::sort(all);

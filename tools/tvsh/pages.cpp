@@ -132,7 +132,8 @@ _tvsh_words() {
   local ahead=
   [[ $1 != *' '* ]] || ahead="${1% *} "
   _tvsh_follow "$1"
-  COMPREPLY=("${COMPREPLY[@]/#/$ahead}")
+  local at
+  for at in "${!COMPREPLY[@]}"; do COMPREPLY[at]=$ahead${COMPREPLY[at]}; done
 }
 
 # Where the command begins that stands behind the options; bash breaks words at = and :.
@@ -158,11 +159,13 @@ _tvsh_command() {
   done
   [[ ${COMP_WORDS[COMP_CWORD]} != [=:]* && $line != *[=:] ]] || return
   _tvsh_follow "${line:+$line }${COMP_WORDS[COMP_CWORD]}"
-  [[ ${COMPREPLY[*]-} == *= ]] || compopt +o nospace 2>/dev/null
+  [[ ${COMPREPLY[*]-} == *[=/] ]] || compopt +o nospace 2>/dev/null
 }
 
 _tvsh() {
   local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
+  [[ $word != = ]] || word=
+  [[ $previous != = ]] || previous=${COMP_WORDS[COMP_CWORD - 2]}
   COMPREPLY=()
   compopt -o nospace 2>/dev/null
   case $previous in
@@ -189,8 +192,8 @@ _tvsh_follow() {
   local -a words
   if [[ $line == *' '* ]]; then
     words=(${(f)"$(${service:-tvsh} --complete $line 2>/dev/null)"})
-    compadd -S "$3" -- ${ahead}${^words:#*=}
-    compadd -S '' -- ${ahead}${^${(M)words:#*=}}
+    compadd -S "$3" -- ${ahead}${^words:#*[=/]}
+    compadd -S '' -- ${ahead}${^${(M)words:#*[=/]}}
     return
   fi
   words=(
@@ -278,7 +281,12 @@ std::string zsh_completion(const std::vector<program_option> &options)
   script.replace(script.find(place), place.size(), commands_told);
   for (const program_option &option : options) {
     const bool twice = option.names.size() > 1;
-    const std::string names = joined(option.names, twice ? "," : "");
+    std::string names;
+    for (const std::string &name : option.names) {
+      if (!names.empty()) names += ',';
+      names += name;
+      if (name.starts_with("--") && !option.argument.empty()) names += '=';  // or a blank
+    }
     script += twice ? "  '(" + joined(option.names, " ") + ")'{" + names + "}'" : "  '" + names;
     script += "[" + replaced(replaced(option.description, "[]:", "\\"), "'", "'\\'") + "]";
     if (!option.argument.empty()) {

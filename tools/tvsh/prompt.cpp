@@ -89,7 +89,7 @@ unsigned char complete_line(EditLine *editor, wint_t)
   const std::size_t blank = line.find_last_of(" \t|");
   const std::size_t begun = line.size() - (blank == std::string_view::npos ? 0 : blank + 1);
   std::string more = common_beginning(candidates).substr(begun);
-  if (candidates.size() == 1 && !candidates[0].ends_with('=')) more += ' ';
+  if (candidates.size() == 1 && !candidates[0].ends_with('=') && !candidates[0].ends_with('/')) more += ' ';
   if (more.empty()) {
     print_candidates(candidates);
     return CC_REDISPLAY;

@@ -33,9 +33,10 @@ class session : public interpreter {
 
   exit_code run(std::string_view line, output &out) override;
 
-  /// Words that can stand where the line ends; the last word of the line may have been begun.
-  static std::vector<std::string> complete(std::string_view line);
-  std::vector<std::string> completions(std::string_view line) override { return complete(line); }
+  /// Words that can stand where the line ends; the last word of the line may have been begun. Relative names of files
+  /// begin from the folder.
+  static std::vector<std::string> complete(std::string_view line, const std::filesystem::path &folder = {});
+  std::vector<std::string> completions(std::string_view line) override { return complete(line, folder); }
 
   void interrupt() noexcept override { interrupted_ = true; }
   void clear_interrupt() noexcept override { interrupted_ = false; }
