@@ -59,6 +59,7 @@ class live_reader {
     for (const hash_info &hash : calls::hashes) to_.hash(hash, read_hash(hash, call_.where()));
     for (const auto &[handle, entry] : written_.value_set) to_.value_set(entry);
     if (written_.learning_timeout) to_.learning_timeout(*written_.learning_timeout);
+    for (const std::string &each : notes_) call_.out.note(each);
   }
 
  private:
@@ -146,12 +147,13 @@ class live_reader {
     }
   }
 
-  /// Others than this shell may have taken the member off since.
+  /// Remembered, not read: others than this shell may have deleted the member since.
   void hand_on_fallback(const profile_info &profile, std::uint32_t member)
   {
     if (member_reader(profile, call_.where(), call_.chosen.hardware).read_if_there(member) == nullptr) {
-      return call_.out.note(std::string("the fallback member of ") + profile.name + " is left out: member " +
-                            std::to_string(member) + " is gone");
+      notes_.push_back(std::string("the fallback member of ") + profile.name + " is left out: member " +
+                       std::to_string(member) + " is gone");
+      return;
     }
     require_given(given_[&profile].members, member);
     to_.fallback(profile, member);
@@ -277,6 +279,7 @@ class live_reader {
   state_visitor &to_;
   const own_writes written_;
   std::map<const profile_info *, handed_on> given_;
+  std::vector<std::string> notes_;  // told by a reading that came to its end
   std::uint64_t done_ = 0;
   std::uint64_t total_ = 0;
 };
