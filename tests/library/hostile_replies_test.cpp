@@ -130,7 +130,12 @@ bool may_stop_in(const std::string &name)
 }
 
 /// Whether there may be more than one: texts, bytes, lists.
-bool is_list(argument_kind kind) { return calls::row_of(kind).size <= 1 || kind == argument_kind::hash_attrs_out; }
+bool is_list(argument_kind kind)
+{
+  using enum argument_kind;
+  if (kind == no_key_out || kind == is_member_out || kind == is_group_out) return false;
+  return calls::row_of(kind).size <= 1 || kind == hash_attrs_out;
+}
 
 /// Where memory is written behind the one value that it is for, in words; empty where it is not.
 std::string written_behind(const exported_function &function, const outcome &seen)
