@@ -203,8 +203,8 @@ def main():
     folder = pathlib.Path(sys.argv[1])
     results = json.loads((folder / "results.json").read_text(encoding="utf-8"))
     report = Report(folder)
-    report.add("# Benchmarks", f"Written by `{COMMAND}`, which makes figures and plots anew; `{COMMAND} PART` makes "
-               "those of one part: " + ", ".join(f"`{part.__name__}`" for part in PARTS) + ".")
+    report.add("# Benchmarks", f"Written by `{COMMAND}`, which makes figures and plots of all parts but `build` "
+               f"anew; `{COMMAND} PART` makes those of one: " + ", ".join(f"`{part.__name__}`" for part in PARTS) + ".")
     report.table(["part", "date", "machine", "load before"], [
         (part.__name__, results[part.__name__]["date"],
          "{cores} cores of {processor}, {memory_gb} GB, {system}, {compiler}".format(
