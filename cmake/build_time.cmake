@@ -10,6 +10,6 @@ set(TARVEX_QUICKLY_COMPILED $<$<CONFIG:RelWithDebInfo>:-O1>)
 
 # Small files with one subject each read the same headers again; compiled some at a time, they are read once. Never
 # those of the library: what it is made of does not hang on how long that takes.
-option(TARVEX_COMPILE_TOGETHER "compile files of programs and the stand-in some at a time; OFF suits who changes one" ON)
+option(TARVEX_COMPILE_TOGETHER "compile files of programs and stand-in some at a time; OFF suits who changes one" ON)
 set(CMAKE_UNITY_BUILD ${TARVEX_COMPILE_TOGETHER})
 set(CMAKE_UNITY_BUILD_BATCH_SIZE 8)
