@@ -27,7 +27,7 @@ def pipes():
     expect("one command", code == 0 and "ipv4Host" in out and "\033" not in out)
     expect("JSON by a program option", json.loads(run("-j", "-c", "tables")[1])["schema_version"] == 1)
     for arguments, wanted in ((["-c", "tabels"], 1), (["-c", "show ipv4Host handle=1"], 2), (["--nonsense"], 1),
-                              (["-c", "load-routes /nowhere"], 4), (["-f", "/nowhere/script"], 4),
+                              (["-c", "load-routes /nowhere"], 4), (["-f", "/nowhere/script"], 4), (["-f", "/"], 4),
                               (["-c", "tables", "-f", "x"], 1), (["--color=pink"], 1), (["--help"], 0)):
         expect(f"exit code of {arguments}", run(*arguments)[0] == wanted)
     for words in (["tables", "ipv4Host"], ["-j", "dump", "ipv4Host", "--raw"], ["help", "dump"], ["dump", "x"]):

@@ -18,8 +18,12 @@ namespace {
 TEST_F(state_test, what_is_saved_and_loaded_is_saved_as_the_same_file)
 {
   build();
+  // The freed handle is the next one to be given.
+  for (const char *value : {"0x9100", "0x88a8", "0x7000"}) lines_of(std::string("value-set add value=") + value);
+  lines_of("value-set delete value=0x9100");
+  lines_of("value-set add value=0x9101");
   const answer saved = run("save a.json");
-  EXPECT_NE(saved.notes.find("1 value-set entry, 1 fallback member, 1 group size, 1 idle-time setting, 1 whole "
+  EXPECT_NE(saved.notes.find("4 value-set entries, 1 fallback member, 1 group size, 1 idle-time setting, 1 whole "
                              "register, 1 learning timeout"),
             std::string::npos)
       << saved.notes;

@@ -40,6 +40,8 @@ TEST(values, are_shown_by_their_display_kind)
       {"tunnelTermination", "tunnelType", "5/6", "5/0x6", "0x5/0x6"},
       {"tunnelTermination", "tunnelType", "5", "5", "0x5"},
       {"tunnelTermination", "tunnelType", "5/0", "5/0x0", "0x5/0x0"},
+      {"tunnelTermination", "dmac", "02:00:00:00:00:00/8", "02:00:00:00:00:00/ff:00:00:00:00:00",
+       "0x20000000000/0xff0000000000"},
       {"tunnelTermination", "dmac", "02:00:00:00:00:00/ff:00:00:00:00:00", "02:00:00:00:00:00/ff:00:00:00:00:00",
        "0x20000000000/0xff0000000000"},
   };
@@ -71,6 +73,7 @@ TEST(values, that_are_none_are_refused)
            {"tunnelType", "1/8"},
            {"tunnelType", "340282366920938463463374607431768211457"},
            {"dip", "10.0.0.0/33"},
+           {"dmac", "02:00:00:00:00:00/49"},
            {"dip", "1.2.3.4.5"},
            {"dip", "10.0.0.0/8/8"},
            {"dmac", "00:00:00:00:00"},

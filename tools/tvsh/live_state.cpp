@@ -57,7 +57,10 @@ class live_reader {
     for (const table_info &table : calls::tables) read_entries(table);
     read_cells();
     for (const hash_info &hash : calls::hashes) to_.hash(hash, read_hash(hash, call_.where()));
-    for (const auto &[handle, entry] : written_.value_set) to_.value_set(entry);
+    // Handles come back in another order when the state is loaded.
+    std::multiset<value_set_entry> value_set;
+    for (const auto &[handle, entry] : written_.value_set) value_set.insert(entry);
+    for (const value_set_entry &entry : value_set) to_.value_set(entry);
     if (written_.learning_timeout) to_.learning_timeout(*written_.learning_timeout);
     for (const std::string &each : notes_) call_.out.note(each);
   }

@@ -5,11 +5,13 @@
 #include <signal.h>
 #include <unistd.h>
 
+#include <array>
+#include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
-#include <iterator>
 #include <string>
 
 #include "driver_library.h"
@@ -68,10 +70,18 @@ class running_library {
 
 std::string read_all(const std::string &name)
 {
-  if (name == "-") return {std::istreambuf_iterator<char>(std::cin), {}};
-  std::ifstream file(name, std::ios::binary);
-  std::string text{std::istreambuf_iterator<char>(file), {}};
-  if (!file) throw file_error(name + ": cannot be read");
+  std::ifstream file;
+  errno = 0;
+  if (name != "-") file.open(name, std::ios::binary);
+  std::istream &from = name == "-" ? std::cin : file;
+  std::string text;
+  std::array<char, 65536> part;
+  while (from.read(part.data(), part.size()) || from.gcount() > 0)
+    text.append(part.data(), static_cast<std::size_t>(from.gcount()));
+  // A folder can be opened, and not read.
+  if (from.bad() || (name != "-" && !file.is_open())) {
+    throw file_error(name + ": cannot be read" + (errno == 0 ? "" : std::string(": ") + std::strerror(errno)));
+  }
   return text;
 }
 

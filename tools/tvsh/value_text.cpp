@@ -245,7 +245,8 @@ void parse_match(const shown_field &field, std::string_view text, std::uint8_t *
   if (field.has_prefix()) {
     write_prefix_length(field, parse_length(field, behind), record);
   } else if (field.has_mask()) {
-    const bool length = is_address(field) && behind.find_first_of(".:x") == std::string_view::npos;
+    // The mask of a MAC address is shown as one; a length is taken here as behind the others.
+    const bool length = field.display != display_kind::number && behind.find_first_of(".:x") == std::string_view::npos;
     write_mask(field,
                length ? all_ones(field.bits) & ~all_ones(field.bits - parse_length(field, behind))
                       : parse_value(field, behind),
