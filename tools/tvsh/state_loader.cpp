@@ -55,23 +55,32 @@ void state_loader::group(const profile_info &profile, const profile_group &state
   // What the file did not tell is no more known now.
   if (!state.size) call_.shell.written()->group_sizes.erase({profile.selector_table, handle});
   known.groups[state.id] = handle;
-  const auto change = [&](family_id family, std::uint32_t member, const char *what) {
-    call_of(function_for(family, profile, grp_hdl))
-        .give(grp_hdl, handle)
-        .give(mbr_hdl, member)
-        .give(member_state, std::uint64_t{P4_PD_GRP_MBR_STATE_INACTIVE})
-        .must(std::string(what) + " a member of a group of " + profile.name);
-  };
   for (const group_member &each : state.members) {
-    change(family_id::add_member_to_group, known.members.at(each.id), "adding");
-    if (!each.active) change(family_id::group_member_state_set, known.members.at(each.id), "disabling");
+    const std::uint32_t member = known.members.at(each.id);
+    change_group(profile, handle, family_id::add_member_to_group, member, "adding");
+    if (!each.active) change_group(profile, handle, family_id::group_member_state_set, member, "disabling");
   }
-  if (state.members.empty() && !known.members.empty()) {
-    // No entry can refer to a group that never had a member.
-    change(family_id::add_member_to_group, known.members.begin()->second, "adding");
-    change(family_id::del_member_from_group, known.members.begin()->second, "removing");
-  }
+  if (state.members.empty()) known.never_filled.insert(handle);
   ++written.groups;
+}
+
+void state_loader::change_group(const profile_info &profile, std::uint32_t group, family_id family,
+                                std::uint32_t member, const char *what)
+{
+  call_of(function_for(family, profile, grp_hdl))
+      .give(grp_hdl, group)
+      .give(mbr_hdl, member)
+      .give(member_state, std::uint64_t{P4_PD_GRP_MBR_STATE_INACTIVE})
+      .must(std::string(what) + " a member of a group of " + profile.name);
+}
+
+void state_loader::fill_once(const profile_info &profile, std::uint32_t group)
+{
+  handles &known = handles_[&profile];
+  if (known.members.empty() || known.never_filled.erase(group) == 0) return;
+  const std::uint32_t member = known.members.begin()->second;
+  change_group(profile, group, family_id::add_member_to_group, member, "adding");
+  change_group(profile, group, family_id::del_member_from_group, member, "removing");
 }
 
 void state_loader::fallback(const profile_info &profile, std::uint32_t member)
@@ -101,6 +110,7 @@ std::uint32_t state_loader::write_entry(const table_info &table, const entry_sta
   } else {
     const handles &known = handles_[table.profile];
     reference = state.is_group ? known.groups.at(state.group) : known.members.at(state.member);
+    if (state.is_group) fill_once(*table.profile, reference);
     call = &call_of(function_for(indirect, table, kind));
   }
   std::uint32_t handle = 0;

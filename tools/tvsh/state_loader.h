@@ -64,10 +64,15 @@ class state_loader : public state_visitor {
   struct handles {
     std::map<std::uint32_t, std::uint32_t> members;
     std::map<std::uint32_t, std::uint32_t> groups;
+    std::set<std::uint32_t> never_filled;  // groups, by the switch's handles, that had no member since they were made
   };
 
   /// The call that writes, prepared once for each function.
   function_call &call_of(const exported_function &function);
+  void change_group(const profile_info &profile, std::uint32_t group, family_id family, std::uint32_t member,
+                    const char *what);
+  /// No entry can refer to a group that never had a member: it has one for a moment.
+  void fill_once(const profile_info &profile, std::uint32_t group);
   std::uint32_t write_entry(const table_info &table, const entry_state &state, family_id direct, family_id indirect,
                             const char *what);
 
