@@ -55,10 +55,18 @@ TEST(completion, knows_commands_tables_actions_and_fields)
       {"sim lo", {"lookup", "lose"}},
       {"tables | ", {"count", "exclude", "include"}},
       {"help sn", {"snapshot"}},
+      {"snapshot f", {"fields"}},
+      {"snapshot fields i", {"ingress"}},
+      {"snapshot arm egress last", {"last-stage="}},
+      {"snapshot show ", {}},
+      {"dump ipv4Host --r", {"--raw"}},
       {"nothing ", {}},
       {"dump 'ipv4", {}},
   };
   for (const auto &[line, expected] : cases) EXPECT_EQ(session::complete(line), expected) << line;
+  EXPECT_EQ(session::complete("snapshot arm ingress ").size(),
+            session::complete("snapshot fields ingress ").size() + 2);
+  EXPECT_GT(session::complete("snapshot fields egress ").size(), 100u);
 }
 
 }  // namespace

@@ -34,7 +34,8 @@ enum class word_kind : std::uint8_t {
   default_entry,  // actions that can be the default, and their parameters
   member,         // actions and parameters of the profile ahead
   file,
-  state,  // a saved state in a file, or the live one
+  snapshot,  // behind a choice: a direction, then its fields
+  state,     // a saved state in a file, or the live one
 };
 
 enum class command_group : std::uint8_t { reading, writing, operating, simulating, shell };

@@ -164,7 +164,7 @@ constexpr command all_commands[] = {
      "catches what a packet holds when it meets a trigger",
      "arm takes first-stage=N and last-stage=N too.",
      {"snapshot fields ingress vlan", "snapshot show"},
-     {w::choice, w::nothing, w::nothing},
+     {w::choice, w::snapshot, w::snapshot},
      snapshot_choices,
      snapshot},
 

@@ -9,6 +9,7 @@
 #include "entry_words.h"
 #include "fields.h"
 #include "session.h"
+#include "snapshot_fields.h"
 
 namespace tarvex::shell {
 
@@ -77,6 +78,19 @@ word_list table_words(word_kind kind, std::span<const std::string> words)
   return entry_names({}, defaults, words.subspan(1));
 }
 
+/// A direction behind what is to be done, then what it catches.
+word_list snapshot_words(std::span<const std::string> words)
+{
+  const bool arms = words[0] == "arm";
+  if (!arms && words[0] != "fields") return {};
+  if (words.size() == 1) return {"ingress", "egress"};
+  if (words[1] != "ingress" && words[1] != "egress") return {};
+  word_list result = arms ? word_list{"first-stage=", "last-stage="} : word_list{};
+  for (const snapshot_field &field : snapshot_fields(words[1] == "egress"))
+    result.push_back(std::string(field.name) + (arms ? "=" : ""));
+  return result;
+}
+
 /// Files that a name may go on to, folders with a slash at their end. What would have to stand in quotes is left out.
 word_list files_from(const std::filesystem::path &folder, const std::string &begun)
 {
@@ -125,6 +139,7 @@ word_list candidates(const command &what, std::span<const std::string> words, co
       const profile_info *const row = words.empty() ? nullptr : row_of(calls::profiles, words[0]);
       return row == nullptr ? word_list{} : entry_names({}, row->actions, words.subspan(1));
     }
+    case snapshot: return snapshot_words(words);
     case file: return files_from(folder, begun);
     case state: {
       word_list states = files_from(folder, begun);
@@ -158,6 +173,7 @@ std::vector<std::string> session::complete(std::string_view line, const std::fil
   } else if (std::ranges::count(words, "|") == 0) {
     const command *const what = row_of(commands(), words[0]);
     if (what != nullptr) all = candidates(*what, std::span(words).subspan(1), folder, begun);
+    if (begun.starts_with('-')) all = {"-j", "--json", "--raw", "--hw", "--dry-run"};
   }
   std::erase_if(all, [&](const std::string &name) { return !name.starts_with(begun); });
   std::ranges::sort(all);
