@@ -174,11 +174,11 @@ class Measurement:
             timed("clean build", "cmake", "--build", made, "-j", os.cpu_count())
             if not self.quick:
                 timed("tests", "ctest", "--test-dir", made, "-j", os.cpu_count())
-            rows = copy / "catalogue/fib.toml"
+            rows = copy / "catalogue/tarvex_switch/fib.toml"
             text = rows.read_text(encoding="utf-8")
             changed = text.replace('live = "all"', 'live = "0xf"', 1)
             if changed == text:
-                sys.exit("catalogue/fib.toml has no row to change")
+                sys.exit("catalogue/tarvex_switch/fib.toml has no row to change")
             rows.write_text(changed, encoding="utf-8")
             timed("after a row", "cmake", "--build", made, "-j", os.cpu_count())
         return figures

@@ -11,7 +11,7 @@ RESOURCE_KINDS = ("counter", "meter", "wred", "register")
 class Catalogue:
     """Groups, tables, actions, profiles and resources, tied to each other by name."""
 
-    def __init__(self, folder=REPOSITORY / "catalogue"):
+    def __init__(self, folder=REPOSITORY / "catalogue" / "tarvex_switch"):
         self.groups, self.tables, self.parameters = {}, {}, {}
         files = {path.stem: tomllib.loads(path.read_text()) for path in sorted(folder.glob("*.toml"))}
         for stem, rows in files.items():
