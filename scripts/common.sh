@@ -17,6 +17,17 @@ fail() {
   exit 1
 }
 
+# takes_no_arguments ARGUMENT...: for scripts without options; standard input is the text for --help.
+takes_no_arguments() {
+  (($# > 0)) || return 0
+  if [[ $1 == --help ]]; then
+    cat
+    exit 0
+  fi
+  cat >&2
+  fail "unknown argument '$1'"
+}
+
 # quietly LOG WHAT COMMAND...: runs a command into a log file; the user meets the log only if it fails.
 quietly() {
   local log=$1 what=$2 from=$SECONDS status=0
