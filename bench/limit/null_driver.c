@@ -123,7 +123,7 @@ pd_status_t pipe_mgr_get_entry(pd_sess_hdl_t sess_hdl, uint32_t tbl_hdl, uint32_
   return BF_SUCCESS;
 }
 
-pd_status_t pipe_mgr_mat_ent_direct_stat_query(pd_sess_hdl_t sess_hdl, uint32_t dev_id, uint32_t tbl_hdl,
+pd_status_t pipe_mgr_mat_ent_direct_stat_query(pd_sess_hdl_t sess_hdl, uint64_t dev_id, uint32_t tbl_hdl,
                                                pd_entry_hdl_t entry_hdl, drv_stat_data_t *data)
 {
   if (!null_driver_watches) return BF_SUCCESS;

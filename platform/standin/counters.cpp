@@ -90,16 +90,16 @@ pd_status_t pipe_mgr_stat_database_sync(pd_sess_hdl_t, pd_dev_tgt_t dev_tgt, uin
                         });
 }
 
-pd_status_t pipe_mgr_mat_ent_direct_stat_query(pd_sess_hdl_t, uint32_t dev_id, uint32_t tbl_hdl,
+pd_status_t pipe_mgr_mat_ent_direct_stat_query(pd_sess_hdl_t, uint64_t dev_id, uint32_t tbl_hdl,
                                                pd_entry_hdl_t entry_hdl, drv_stat_data_t *data)
 {
-  return serve_direct(__func__, dev_id, tbl_hdl, entry_hdl, reads(data));
+  return serve_direct(__func__, device_of(dev_id), tbl_hdl, entry_hdl, reads(data));
 }
 
-pd_status_t pipe_mgr_mat_ent_direct_stat_set(pd_sess_hdl_t, uint32_t dev_id, uint32_t tbl_hdl, pd_entry_hdl_t entry_hdl,
+pd_status_t pipe_mgr_mat_ent_direct_stat_set(pd_sess_hdl_t, uint64_t dev_id, uint32_t tbl_hdl, pd_entry_hdl_t entry_hdl,
                                              drv_stat_data_t *data)
 {
-  return serve_direct(__func__, dev_id, tbl_hdl, entry_hdl, writes(data));
+  return serve_direct(__func__, device_of(dev_id), tbl_hdl, entry_hdl, writes(data));
 }
 
 pd_status_t pipe_mgr_direct_stat_ent_database_sync(pd_sess_hdl_t, pd_dev_tgt_t dev_tgt, uint32_t tbl_hdl,

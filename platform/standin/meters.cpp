@@ -18,10 +18,10 @@ drv_res_spec_t by_own_handle(const match_table &table, drv_res_spec_t spec)
 
 }  // namespace
 
-pd_status_t pipe_mgr_mat_ent_set_resource(pd_sess_hdl_t, uint32_t dev_id, uint32_t tbl_hdl, pd_entry_hdl_t entry_hdl,
+pd_status_t pipe_mgr_mat_ent_set_resource(pd_sess_hdl_t, uint64_t dev_id, uint32_t tbl_hdl, pd_entry_hdl_t entry_hdl,
                                           drv_res_spec_t *resources, uint32_t count, uint32_t)
 {
-  return serve_entry(__func__, dev_id, tbl_hdl, entry_hdl,
+  return serve_entry(__func__, device_of(dev_id), tbl_hdl, entry_hdl,
                      [&](device &dev, match_table &table, entry_view entry) -> pd_status_t {
                        if (resources == nullptr && count != 0) return STANDIN_BAD_ARGUMENT;
                        for (std::uint32_t i = 0; i < count; ++i)

@@ -121,17 +121,17 @@ void drop_snapshots(std::uint32_t dev_id)
 
 using namespace tarvex::standin;
 
-pd_status_t bf_snapshot_create(uint32_t dev_id, uint32_t pipe_id, uint32_t start_stage, uint32_t end_stage,
+pd_status_t bf_snapshot_create(uint64_t dev_id, uint32_t pipe_id, uint32_t start_stage, uint32_t end_stage,
                                uint32_t direction, uint32_t *hdl)
 {
-  return serve(__func__, dev_id, 0, [&](device &) -> pd_status_t {
+  return serve(__func__, device_of(dev_id), 0, [&](device &) -> pd_status_t {
     if (hdl == nullptr || start_stage > end_stage || end_stage > most_stages || direction > STANDIN_SNAPSHOT_EGRESS)
       return STANDIN_BAD_ARGUMENT;
     snapshot_list &list = the_snapshots();
     const std::lock_guard lock(list.mutex);
     *hdl = 4 * ++list.made | (direction == STANDIN_SNAPSHOT_EGRESS ? egress_bit : 0);
     snapshot &made = list.by_handle[*hdl];
-    made.dev_id = dev_id;
+    made.dev_id = device_of(dev_id);
     made.pipe_id = pipe_id;
     return success;
   });

@@ -52,10 +52,11 @@ pd_status_t pipe_mgr_pvs_get_property(pd_sess_hdl_t, uint32_t dev_id, uint32_t p
                }));
 }
 
-pd_status_t pipe_mgr_pvs_entry_add(pd_sess_hdl_t, uint32_t dev_id, uint32_t pvs_hdl, uint32_t, uint32_t, uint32_t,
+pd_status_t pipe_mgr_pvs_entry_add(pd_sess_hdl_t, uint64_t dev_id, uint32_t pvs_hdl, uint32_t, uint32_t, uint32_t,
                                    uint32_t parser_value, uint32_t parser_value_mask, uint32_t *pvs_entry_hdl)
 {
-  return serve(__func__, dev_id, pvs_hdl, of_value_set(pvs_hdl, [&](device_services &services) -> pd_status_t {
+  return serve(__func__, device_of(dev_id), pvs_hdl,
+               of_value_set(pvs_hdl, [&](device_services &services) -> pd_status_t {
                  if (pvs_entry_hdl == nullptr) return STANDIN_BAD_ARGUMENT;
                  return services.value_set.add({parser_value, parser_value_mask}, pvs_entry_hdl);
                }));

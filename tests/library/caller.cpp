@@ -104,7 +104,10 @@ std::uint64_t call::run(std::uint8_t stack_pattern)
   for (std::size_t i = 0; i < values_.size(); ++i) {
     switch (form_of(function_.arguments[i])) {
       case argument_form::record: raw.set(i, blocks_[i].data()); break;
-      case argument_form::number: raw.set(i, values_[i] | junk); break;
+      // A device that goes through untouched keeps what stands above it, which is then the caller's.
+      case argument_form::number:
+        raw.set(i, function_.arguments[i] == whole_dev_id ? values_[i] : values_[i] | junk);
+        break;
       default: raw.set(i, values_[i]);
     }
   }

@@ -3,7 +3,8 @@
  * resolves them with its own driver, a laptop with the stand-in.
  *
  * How a device travels: `dev_tgt` is the whole target (device id in bits 0 to 31, pipe id in bits 32 to 47, the rest
- * 0). `dev_id` is a device alone; where a comment says "8 bits" the caller has zero-extended it from its low 8 bits.
+ * 0). `dev_id` is a device alone. Where a comment says "8 bits" the library has zero-extended it from its low 8 bits;
+ * where it has 64 bits, from its low 32 bits, so that the register that carries it holds no bit of the pipe.
  * All functions give a status, 0 for success, unless told otherwise. `flags` is always 0.
  *
  * SPDX-License-Identifier: Apache-2.0
@@ -178,10 +179,10 @@ pd_status_t pipe_mgr_stat_ent_database_sync(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t
                                             uint32_t index);
 pd_status_t pipe_mgr_stat_database_sync(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, uint32_t stat_hdl,
                                         pd_callback_t cb, void *cookie);
-/** A direct counter is addressed by its match table and the entry. `dev_id` holds the target's low 32 bits. */
-pd_status_t pipe_mgr_mat_ent_direct_stat_query(pd_sess_hdl_t sess_hdl, uint32_t dev_id, uint32_t tbl_hdl,
+/** A direct counter is addressed by its match table and the entry. */
+pd_status_t pipe_mgr_mat_ent_direct_stat_query(pd_sess_hdl_t sess_hdl, uint64_t dev_id, uint32_t tbl_hdl,
                                                pd_entry_hdl_t entry_hdl, drv_stat_data_t *data);
-pd_status_t pipe_mgr_mat_ent_direct_stat_set(pd_sess_hdl_t sess_hdl, uint32_t dev_id, uint32_t tbl_hdl,
+pd_status_t pipe_mgr_mat_ent_direct_stat_set(pd_sess_hdl_t sess_hdl, uint64_t dev_id, uint32_t tbl_hdl,
                                              pd_entry_hdl_t entry_hdl, drv_stat_data_t *data);
 pd_status_t pipe_mgr_direct_stat_ent_database_sync(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, uint32_t tbl_hdl,
                                                    pd_entry_hdl_t entry_hdl);
@@ -190,8 +191,7 @@ pd_status_t pipe_mgr_direct_stat_database_sync(pd_sess_hdl_t sess_hdl, pd_dev_tg
 
 /* ---- meters and WRED ------------------------------------------------------------------------------------------- */
 
-/** `dev_id` holds the target's low 32 bits. */
-pd_status_t pipe_mgr_mat_ent_set_resource(pd_sess_hdl_t sess_hdl, uint32_t dev_id, uint32_t tbl_hdl,
+pd_status_t pipe_mgr_mat_ent_set_resource(pd_sess_hdl_t sess_hdl, uint64_t dev_id, uint32_t tbl_hdl,
                                           pd_entry_hdl_t entry_hdl, drv_res_spec_t *resources, uint32_t count,
                                           uint32_t flags);
 pd_status_t pipe_mgr_meter_ent_set(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, uint32_t meter_hdl, uint32_t index,
@@ -253,13 +253,14 @@ pd_status_t pipe_mgr_lrn_digest_notification_deregister(pd_sess_hdl_t sess_hdl, 
 pd_status_t pipe_mgr_flow_lrn_notify_ack(pd_sess_hdl_t sess_hdl, uint32_t digest_hdl, void *digest_msg);
 pd_status_t pipe_mgr_flow_lrn_set_timeout(pd_sess_hdl_t sess_hdl, uint32_t dev_id /* 8 bits */, uint32_t timeout);
 
-/* ---- parser value set (the device comes untouched) --------------------------------------------------------------- */
+/* ---- parser value set (all 32 bits of the device) ------------------------------------------------------------------
+ */
 
 pd_status_t pipe_mgr_pvs_set_property(pd_sess_hdl_t sess_hdl, uint32_t dev_id, uint32_t pvs_hdl, uint32_t property,
                                       uint32_t value, uint32_t argument);
 pd_status_t pipe_mgr_pvs_get_property(pd_sess_hdl_t sess_hdl, uint32_t dev_id, uint32_t pvs_hdl, uint32_t property,
                                       uint32_t *value, uint32_t argument);
-pd_status_t pipe_mgr_pvs_entry_add(pd_sess_hdl_t sess_hdl, uint32_t dev_id, uint32_t pvs_hdl, uint32_t tgt_scope,
+pd_status_t pipe_mgr_pvs_entry_add(pd_sess_hdl_t sess_hdl, uint64_t dev_id, uint32_t pvs_hdl, uint32_t tgt_scope,
                                    uint32_t tgt_index, uint32_t tgt_sub_index, uint32_t parser_value,
                                    uint32_t parser_value_mask, uint32_t *pvs_entry_hdl);
 pd_status_t pipe_mgr_pvs_entry_modify(pd_sess_hdl_t sess_hdl, uint32_t dev_id, uint32_t pvs_hdl, uint32_t pvs_entry_hdl,
@@ -302,7 +303,7 @@ TARVEX_PD_LAYOUT(offsetof(snap_capture_sizes_t, total_size) == 0);
 TARVEX_PD_LAYOUT(offsetof(snap_capture_sizes_t, reserved_8) == 8);
 TARVEX_PD_LAYOUT(offsetof(snap_capture_sizes_t, ctrl_size) == 16);
 
-pd_status_t bf_snapshot_create(uint32_t dev_id, uint32_t pipe_id, uint32_t start_stage, uint32_t end_stage,
+pd_status_t bf_snapshot_create(uint64_t dev_id, uint32_t pipe_id, uint32_t start_stage, uint32_t end_stage,
                                uint32_t direction, uint32_t *hdl);
 pd_status_t bf_snapshot_delete(uint32_t hdl);
 pd_status_t bf_snapshot_capture_trigger_set(uint32_t hdl, void *value_rec, void *mask_rec);
