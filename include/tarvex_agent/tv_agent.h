@@ -70,6 +70,16 @@ tv_agent_status_t tv_agent_start(const char *path);
 tv_agent_status_t tv_agent_start_with(const tv_agent_settings_t *settings);
 
 /**
+ * Says by which status the driver answers a read beyond the last cell of a counter, meter or register, for the agent
+ * that is started next. Where it is unknown and the driver is not the stand-in switch, every refusal of such a read
+ * ends the client's command: a cell is never taken for one that is not there. It is no member of the settings, whose
+ * size programs have compiled in.
+ *
+ * @param status  of the driver, or TV_AGENT_STATUS_UNKNOWN, which is what it is at first
+ */
+void tv_agent_set_end_of_cells_status(int64_t status);
+
+/**
  * Stops the agent: interrupts the commands of its clients, waits for them, and removes the socket. It forgets what
  * clients wrote that the library cannot read back. It may be started again.
  *

@@ -27,6 +27,12 @@ def another_driver():
         expect(f"it drives: {code} {out} {errors}", code == 0 and out.startswith("entry 1\n") and "10.0.0.1" in out)
     expect("another end of walks is a refusal", driven("--end-status=77", "-c", "dump ipv4Host")[0] == 2)
     expect("another word for none is a refusal", driven("--none-status=77", "-c", "default ipv4Host")[0] == 2)
+    saved = os.path.join(FOLDER, "saved")
+    code, _, errors = driven("-f", "-", text=f"save {saved}\n")
+    expect(f"no refusal is taken for the end of the cells: {code} {errors}",
+           code == 2 and ", cell " in errors and "--end-of-cells-status=80" in errors and not os.path.exists(saved))
+    code, out, errors = driven("--end-of-cells-status=80", "-f", "-", text=f"save {saved}\n")
+    expect(f"its end of the cells is known: {code} {out} {errors}", code == 0 and "saved to" in out)
     code, _, errors = driven("-c", "sim age 1")
     expect(f"nothing is simulated: {errors}", code == 1 and "the driver is another one" in errors)
     code, _, errors = driven("-c", "delete ipv4Host handle=5")

@@ -46,10 +46,17 @@ class agent {
     if (server_ != nullptr) {
       return failed(TV_AGENT_RUNNING, "the agent runs already, at " + server_->path());
     }
-    tell_driver_statuses({status_of(settings.end_status), status_of(settings.none_status)});
+    tell_driver_statuses(
+        {status_of(settings.end_status), status_of(settings.none_status), status_of(end_of_cells_status_)});
     server_ = std::make_unique<server>(settings.path, target{settings.sess_hdl, settings.dev_id, 0xffff});
     process_ = getpid();
     return TV_AGENT_OK;
+  }
+
+  void set_end_of_cells_status(int64_t status)
+  {
+    const std::lock_guard lock(mutex_);
+    end_of_cells_status_ = status;
   }
 
   /// Whether it ran. At the program's end, too, when what belongs to threads is gone.
@@ -78,6 +85,7 @@ class agent {
   std::mutex mutex_;
   std::unique_ptr<server> server_;
   pid_t process_ = 0;
+  int64_t end_of_cells_status_ = TV_AGENT_STATUS_UNKNOWN;
 };
 
 /// Stopped at the latest when the program ends in good order.
@@ -120,6 +128,8 @@ tv_agent_status_t tv_agent_start_with(const tv_agent_settings_t *settings)
     return the_agent.start(*settings);
   });
 }
+
+void tv_agent_set_end_of_cells_status(int64_t status) { the_agent.set_end_of_cells_status(status); }
 
 tv_agent_status_t tv_agent_stop(void)
 {

@@ -318,9 +318,11 @@ constexpr command all_commands[] = {
      "saves the state of the switch to a file",
      "Entries, defaults, members, groups, counters, meters, registers and settings, as JSON. What the switch does not\n"
      "tell (value-set entries, fallback members, sizes of groups, idle-time settings, the learning timeout) is what\n"
-     "this shell wrote. Of counters, meters and registers by index the first N cells are looked at (4096), and\n"
-     "beyond them those that this shell wrote. The file is there whole or not at all. A new one is the\n"
-     "user's alone; one that is there keeps its mode, and a link goes on pointing at it.",
+     "this shell wrote. Of counters, meters and registers by index the first N cells are read (4096), and\n"
+     "beyond them those that this shell wrote. A cell that the driver refuses to read fails the save; of another\n"
+     "driver than the stand-in, --end-of-cells-status says which status means that there is no such cell. The file\n"
+     "is written whole or not at all. A new one is the user's alone; an existing one keeps its mode, and a link\n"
+     "goes on pointing at it.",
      {"save /tmp/tvsh-state.json", "save /tmp/tvsh-state.json cells=16"},
      {w::file, w::nothing, w::nothing},
      {},

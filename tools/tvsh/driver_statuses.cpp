@@ -33,4 +33,19 @@ bool says_gone(pd_status_t status)
   return none && stand_in() != nullptr;
 }
 
+bool ends_cells(pd_status_t status)
+{
+  if (known.no_cell) return status == *known.no_cell;
+  return status == STANDIN_BAD_INDEX && stand_in() != nullptr;
+}
+
+std::string hint_at_cells_end(pd_status_t status)
+{
+  if (known.no_cell || stand_in() != nullptr) return {};
+  const std::string number = std::to_string(status);
+  return "; if this driver means by " + number +
+         " that there is no such cell, start with --end-of-cells-status=" + number +
+         "; cells=0 reads only the cells that this shell wrote";
+}
+
 }  // namespace tarvex::shell

@@ -3,6 +3,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "live_state.h"
 
+#include <algorithm>
 #include <set>
 
 #include "counted.h"
@@ -244,32 +245,44 @@ class live_reader {
     }
   }
 
-  /// Cells that are as those that are not told of stay out of the state.
+  /// Looks at the first cells, until the driver says that there are no more, and at all that the shell wrote.
   template <typename Value>
   void read_cells_of(const resource_info &resource, function_call &read, Value value)
   {
-    const auto rest = written_.register_rests.find(resource.handle);
-    const cell_value left_out = rest != written_.register_rests.end() ? cell_value(rest->second) : cell_value{};
-    const auto of_writes = written_.cells.find(resource.handle);
-    const cell_set known = of_writes != written_.cells.end() ? of_writes->second : cell_set{};
-    cell_set all = known;
-    if (how_.cells != 0) all.add({0, how_.cells - 1});
-    for (const auto &[first, last] : all.ranges()) {
-      for (std::uint64_t index = first; index <= last; ++index) {
-        if (index % 1024 == 0) call_.shell.check_interrupt();
-        const auto status = static_cast<pd_status_t>(read.give(cell_index, index).make());
-        if (status == BF_SUCCESS) {
-          const cell_value found = value();
-          const bool plain = rest != written_.register_rests.end() ? same_cell(found, left_out) : is_blank(found);
-          if (!plain) to_.cell(resource, {static_cast<std::uint32_t>(index), found});
-          continue;
+    std::uint64_t next = 0;
+    while (next < how_.cells && read_cell(resource, read, next, value)) ++next;
+    const auto written = written_.cells.find(resource.handle);
+    if (written == written_.cells.end()) return;
+    for (const auto &[first, last] : written->second.ranges()) {
+      for (std::uint64_t index = std::max<std::uint64_t>(first, next); index <= last; ++index) {
+        if (!read_cell(resource, read, index, value)) {
+          throw shell_error(exit_code::refused, std::string(resource.name) + ", cell " + std::to_string(index) +
+                                                    ": this shell wrote it, but the driver has no such cell now");
         }
-        if (known.holds(static_cast<std::uint32_t>(index)) || index >= how_.cells) {
-          throw refused_error(status, std::string("reading ") + resource.name + ", cell " + std::to_string(index));
-        }
-        index = how_.cells - std::uint64_t{1};  // behind the last cell that there is
       }
     }
+  }
+
+  /// False where there is no such cell. Cells that are as those that are not told of stay out of the state.
+  template <typename Value>
+  bool read_cell(const resource_info &resource, function_call &read, std::uint64_t index, Value value)
+  {
+    if (index % 1024 == 0) call_.shell.check_interrupt();
+    const auto status = static_cast<pd_status_t>(read.give(cell_index, index).make());
+    if (ends_cells(status)) return false;
+    if (status != BF_SUCCESS) throw cell_refused(resource, index, status);
+    const cell_value found = value();
+    const auto rest = written_.register_rests.find(resource.handle);
+    const bool plain =
+        rest != written_.register_rests.end() ? same_cell(found, cell_value(rest->second)) : is_blank(found);
+    if (!plain) to_.cell(resource, {static_cast<std::uint32_t>(index), found});
+    return true;
+  }
+
+  static refused_error cell_refused(const resource_info &resource, std::uint64_t index, pd_status_t status)
+  {
+    return {status, std::string("reading ") + resource.name + ", cell " + std::to_string(index),
+            hint_at_cells_end(status)};
   }
 
   struct handed_on {

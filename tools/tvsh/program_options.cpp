@@ -54,6 +54,11 @@ argument_parser::argument_parser()
                   "the driver's status where a table has no default entry; else every status without a handle")
       ->type_name("STATUS")
       ->needs(driver);
+  app_.add_option("--end-of-cells-status", wanted_.statuses.no_cell,
+                  "the driver's status beyond the last cell of a counter, meter or register; else every refusal is an "
+                  "error")
+      ->type_name("STATUS")
+      ->needs(driver);
   app_.add_option("--color", wanted_.colour, "colours: auto (on a terminal, and not with NO_COLOR), always, never")
       ->check(CLI::IsMember({"auto", "always", "never"}))
       ->capture_default_str();

@@ -99,6 +99,9 @@ bool holds_state(const invocation &call)
 
 void clear_state(const invocation &call, std::uint32_t cells)
 {
+  // Cells that cannot be read are found out now, while the switch holds all that it held.
+  state_counter readable;
+  read_live_cells(call, {cells}, readable);
   for (const table_info &table : calls::tables | std::views::reverse) {
     if (!table.fields.empty()) delete_entries(call, table);
     if (!default_entry(table, call.where())) continue;

@@ -111,15 +111,15 @@ exit_code save_state(const invocation &call)
   const std::string file = call.path(call.word(0, "FILE"));
   const state_words words = parse_state_words(call, 1, "");
   if (call.only_checked("saving to " + file)) return exit_code::ok;
-  const std::uint64_t entries = read_until_unchanged([&] {
+  const state_counts saved = read_until_unchanged([&] {
     replaced_file to(file);
     state_file_writer writer(to);
     read_live_state(call, words.reading, writer);
     writer.finish();
     to.keep();
-    return writer.entries();
+    return writer.counts;
   });
-  call.out.line(counted(entries, "entry", "entries") + " saved to " + file);
+  call.out.line(saved.text() + " saved to " + file);
   tell_what_was_remembered(call);
   return exit_code::ok;
 }

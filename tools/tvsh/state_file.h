@@ -19,14 +19,14 @@
 #include "entry_contents.h"
 #include "json_text.h"
 #include "replaced_file.h"
-#include "switch_state.h"
+#include "state_counts.h"
 
 namespace tarvex::shell {
 
 inline constexpr int state_file_version = 1;
 
-/// Members and groups get running numbers of the file's own.
-class state_file_writer : public state_visitor {
+/// Members and groups get running numbers of the file's own. Counts what it writes.
+class state_file_writer : public state_counter {
  public:
   explicit state_file_writer(replaced_file &file);
 
@@ -43,7 +43,6 @@ class state_file_writer : public state_visitor {
 
   /// Behind the last part.
   void finish();
-  std::uint64_t entries() const { return entries_; }
 
  private:
   struct numbers {
@@ -65,7 +64,6 @@ class state_file_writer : public state_visitor {
   std::string section_;
   std::string owner_;
   std::map<const profile_info *, numbers> numbers_;
-  std::uint64_t entries_ = 0;
 };
 
 /// Called now and then with the bytes read, of how many; may throw.

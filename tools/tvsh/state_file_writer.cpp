@@ -84,6 +84,7 @@ void state_file_writer::counter(const pd_counter_value_t &value)
 
 void state_file_writer::member(const profile_info &profile, const profile_member &state)
 {
+  state_counter::member(profile, state);
   auto &given = numbers_[&profile].members;
   const auto id = static_cast<std::uint32_t>(given.size() + 1);
   given[state.id] = id;
@@ -95,6 +96,7 @@ void state_file_writer::member(const profile_info &profile, const profile_member
 
 void state_file_writer::group(const profile_info &profile, const profile_group &state)
 {
+  state_counter::group(profile, state);
   numbers &given = numbers_[&profile];
   const auto id = static_cast<std::uint32_t>(given.groups.size() + 1);
   given.groups[state.id] = id;
@@ -111,6 +113,7 @@ void state_file_writer::group(const profile_info &profile, const profile_group &
 
 void state_file_writer::fallback(const profile_info &profile, std::uint32_t member)
 {
+  state_counter::fallback(profile, member);
   begin("fallbacks", profile.name);
   json_.number("member", numbers_[&profile].members.at(member));
   end();
@@ -118,6 +121,7 @@ void state_file_writer::fallback(const profile_info &profile, std::uint32_t memb
 
 void state_file_writer::idle(const table_info &table, const idle_setting &setting)
 {
+  state_counter::idle(table, setting);
   begin("idle", table.name);
   json_.text("mode", setting.notify ? "notify" : "poll");
   json_.number("interval", setting.interval);
@@ -152,6 +156,7 @@ void state_file_writer::entry_body(const table_info &table, const entry_state &s
 
 void state_file_writer::default_entry(const table_info &table, const entry_state &state)
 {
+  state_counter::default_entry(table, state);
   begin("defaults", table.name);
   entry_body(table, state);
   end();
@@ -159,23 +164,24 @@ void state_file_writer::default_entry(const table_info &table, const entry_state
 
 void state_file_writer::entry(const table_info &table, const entry_state &state)
 {
+  state_counter::entry(table, state);
   begin("entries", table.name);
   contents_.key(table, state);
   entry_body(table, state);
   end();
-  ++entries_;
 }
 
 void state_file_writer::cell(const resource_info &resource, const cell_state &state)
 {
+  state_counter::cell(resource, state);
   begin(section_of(resource.kind), resource.name);
   if (state.index) {
     json_.number("index", *state.index);
   } else {
     json_.text("index", "all");
   }
-  if (const auto *const counts = std::get_if<pd_counter_value_t>(&state.value)) {
-    counter(*counts);
+  if (const auto *const count = std::get_if<pd_counter_value_t>(&state.value)) {
+    counter(*count);
   } else if (const auto *const rates = std::get_if<pd_meter_spec_t>(&state.value)) {
     meter(*rates);
   } else if (const auto *const wred = std::get_if<pd_wred_spec_t>(&state.value)) {
@@ -191,6 +197,7 @@ void state_file_writer::cell(const resource_info &resource, const cell_state &st
 
 void state_file_writer::hash(const hash_info &hash, const hash_state &state)
 {
+  state_counter::hash(hash, state);
   begin("hashes", hash.name);
   json_.number("seed", state.seed);
   std::string fields;
@@ -203,6 +210,7 @@ void state_file_writer::hash(const hash_info &hash, const hash_state &state)
 
 void state_file_writer::value_set(const value_set_entry &entry)
 {
+  state_counter::value_set(entry);
   begin("value_sets", "fabric_port");
   json_.number("value", entry.value);
   json_.number("mask", entry.mask);
@@ -214,6 +222,7 @@ void state_file_writer::value_set(const value_set_entry &entry)
 
 void state_file_writer::learning_timeout(std::uint32_t timeout)
 {
+  state_counter::learning_timeout(timeout);
   begin("learning", "macLearningDigest");
   json_.number("timeout", timeout);
   end();

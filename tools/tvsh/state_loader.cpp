@@ -5,7 +5,6 @@
 
 #include <algorithm>
 
-#include "counted.h"
 #include "hash_settings.h"
 #include "remembered_writes.h"
 #include "session.h"
@@ -15,12 +14,6 @@
 namespace tarvex::shell {
 
 using enum argument_kind;
-
-std::string state_counts::text() const
-{
-  return counted(members, "member") + ", " + counted(groups, "group") + ", " + counted(entries, "entry", "entries") +
-         ", " + counted(defaults, "default entry", "default entries") + ", " + counted(settings, "setting");
-}
 
 state_loader::state_loader(const invocation &call) : call_(call)
 {
@@ -149,7 +142,7 @@ void state_loader::entry(const table_info &table, const entry_state &state)
 void state_loader::cell(const resource_info &resource, const cell_state &state)
 {
   write_cell(call_, resource, state);
-  ++written.settings;
+  ++written.cells;
 }
 
 void state_loader::hash(const hash_info &hash, const hash_state &state)

@@ -9,38 +9,9 @@
 #include <string>
 
 #include "invocation.h"
-#include "switch_state.h"
+#include "state_counts.h"
 
 namespace tarvex::shell {
-
-/// What a state holds or what of it was written.
-struct state_counts {
-  std::uint64_t members = 0;
-  std::uint64_t groups = 0;
-  std::uint64_t entries = 0;
-  std::uint64_t defaults = 0;
-  std::uint64_t settings = 0;  // everything else
-
-  /// "5 members, 2 groups, 100 entries, 1 default entry, 8 settings"
-  std::string text() const;
-};
-
-/// Counts, and writes nothing.
-class state_counter : public state_visitor {
- public:
-  void member(const profile_info &, const profile_member &) override { ++counts.members; }
-  void group(const profile_info &, const profile_group &) override { ++counts.groups; }
-  void fallback(const profile_info &, std::uint32_t) override { ++counts.settings; }
-  void idle(const table_info &, const idle_setting &) override { ++counts.settings; }
-  void default_entry(const table_info &, const entry_state &) override { ++counts.defaults; }
-  void entry(const table_info &, const entry_state &) override { ++counts.entries; }
-  void cell(const resource_info &, const cell_state &) override { ++counts.settings; }
-  void hash(const hash_info &, const hash_state &) override { ++counts.settings; }
-  void value_set(const value_set_entry &) override { ++counts.settings; }
-  void learning_timeout(std::uint32_t) override { ++counts.settings; }
-
-  state_counts counts;
-};
 
 /// Members and groups get the handles that the switch gives them; what refers to them follows. All throw refused_error.
 class state_loader : public state_visitor {

@@ -42,8 +42,8 @@ std::string status_text(pd_status_t status)
   return words + " (" + name + ", " + number + ')';
 }
 
-refused_error::refused_error(pd_status_t status, const std::string &what)
-    : shell_error(exit_code::refused, what + ": the driver refused: " + status_text(status)), status_(status)
+refused_error::refused_error(pd_status_t status, const std::string &what, const std::string &hint)
+    : shell_error(exit_code::refused, what + ": the driver refused: " + status_text(status) + hint), status_(status)
 {
 }
 

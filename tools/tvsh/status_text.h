@@ -14,7 +14,7 @@ namespace tarvex::shell {
 /// The driver, or the library in its place, refused an operation.
 class refused_error : public shell_error {
  public:
-  refused_error(pd_status_t status, const std::string &what);
+  refused_error(pd_status_t status, const std::string &what, const std::string &hint = {});
   pd_status_t status() const { return status_; }
 
  private:
