@@ -37,25 +37,25 @@ macro(package component name group summary text)
   set(CPACK_DEBIAN_${upper}_DESCRIPTION "${summary}\n${text}")
 endmacro()
 
-package(library libtv-bf-pd-mpls-baremetal0 libs "control-plane interface of the tarvex_switch pipeline"
+package(library ${TARVEX_LIBRARY_PACKAGE}0 libs "control-plane interface of the ${TARVEX_PIPELINE_NAME} pipeline"
 "A shared library through which a program fills and reads the match tables,
 action profiles, counters, meters, registers and hash settings of the switch
-pipeline tarvex_switch in its profile mpls_baremetal. The driver of the switch
+pipeline ${TARVEX_PIPELINE_NAME} in its profile ${TARVEX_PIPELINE_PROFILE}. The driver of the switch
 comes from elsewhere.")
-package(standin libtarvex-standin0 libs "stand-in switch for the tarvex_switch pipeline"
+package(standin libtarvex-standin0 libs "stand-in switch for the ${TARVEX_PIPELINE_NAME} pipeline"
 "A switch kept in memory that answers the driver calls of the control-plane
 library, for tests and for machines that have no switch.")
-package(trace libtarvex-trace0 libs "trace of the driver calls of a tarvex_switch program"
+package(trace libtarvex-trace0 libs "trace of the driver calls of a ${TARVEX_PIPELINE_NAME} program"
 "Stands between the control-plane library and the switch driver of a program
 that is started with it, and writes down every call.")
-package(agent libtarvex-agent0 libs "shell for the tarvex_switch pipeline within a program"
+package(agent libtarvex-agent0 libs "shell for the ${TARVEX_PIPELINE_NAME} pipeline within a program"
 "Lets a program that controls a switch serve the shell tvsh from within.")
-package(development libtv-bf-pd-mpls-baremetal-dev libdevel
-  "development files of the tarvex_switch control-plane interface"
+package(development ${TARVEX_LIBRARY_PACKAGE}-dev libdevel
+  "development files of the ${TARVEX_PIPELINE_NAME} control-plane interface"
 "Headers, links and build-system files for programs that use the library and
 the stand-in switch: CMake package tarvex, pkg-config modules tarvex_pd,
 tarvex_standin, tarvex_agent and tarvex_trace.")
-package(tools tarvex-tools net "shell for switches with the tarvex_switch pipeline"
+package(tools tarvex-tools net "shell for switches with the ${TARVEX_PIPELINE_NAME} pipeline"
 "The program tvsh reads and writes the tables of the switch by name, from a
 prompt or a script. It brings the stand-in switch along.")
 
@@ -84,8 +84,8 @@ list(TRANSFORM symbols PREPEND " ")
 list(TRANSFORM symbols APPEND "@Base ${PROJECT_VERSION}")
 list(JOIN symbols "\n" symbols)
 file(WRITE ${control}/library/symbols
-  "libtv_bf_pd_mpls_baremetal.so.0 ${CPACK_DEBIAN_LIBRARY_PACKAGE_NAME} #MINVER#\n"
-  "* Build-Depends-Package: libtv-bf-pd-mpls-baremetal-dev\n${symbols}\n")
+  "lib${TARVEX_LIBRARY}.so.0 ${CPACK_DEBIAN_LIBRARY_PACKAGE_NAME} #MINVER#\n"
+  "* Build-Depends-Package: ${TARVEX_LIBRARY_PACKAGE}-dev\n${symbols}\n")
 list(APPEND CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${control}/library/symbols)
 # Where packages of one build find each other's libraries.
 set(CPACK_TARVEX_LIBRARIES

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 
+#include "pipeline_names.h"
 #include "tarvex_pd/types.h"
 
 /// The C library's end of a failed assertion. <assert.h> hides it from release builds, in which ours stand too.
@@ -25,8 +26,6 @@ namespace tarvex::pd {
 /// The low 8 bits of a device, a flag or a target, zero-extended. Callers may leave anything above them in the
 /// register, and compilers disagree on who clears it, so the library's own parameters are 32 bits wide and cut here.
 [[gnu::always_inline]] constexpr std::uint32_t low_byte(std::uint64_t v) { return v & 0xffu; }
-
-inline constexpr char pd_source[] = "bf_tarvex_switch_mpls_baremetal/src/pd";
 
 /// A reply of the driver that contradicts the pipeline stops the process, in release builds too. `function` is the
 /// exported function that was called.

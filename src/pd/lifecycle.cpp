@@ -45,7 +45,7 @@ pd_status_t p4_pd_tarvex_switch_init(void)
 {
   p4_pd_ms_init();
   for (ms_state *&state : profile_states) state = p4_pd_ms_init_state();
-  if (bf_drv_register("p4_pd_tarvex_switch_pd", &bf_drv_hdl) != BF_SUCCESS)
+  if (bf_drv_register(client_name, &bf_drv_hdl) != BF_SUCCESS)
     __assert_fail("r == BF_SUCCESS", pd_source, __LINE__, __func__);
 
   drv_client_callbacks_t callbacks{};
@@ -69,7 +69,7 @@ pd_status_t p4_pd_tarvex_switch_dev_remove(uint32_t dev_id)
 pd_status_t p4_pd_tarvex_switch_dev_log(uint32_t dev_id, cJSON *log)
 {
   if (log == nullptr) return BF_SUCCESS;
-  put(log, "name", cJSON_CreateString("tarvex_switch"));
+  put(log, "name", cJSON_CreateString(pipeline_name));
   cJSON *profiles = put(log, "act_profs", cJSON_CreateArray());
   for (std::size_t i = 0; i < profile_count; ++i) {
     cJSON *profile = cJSON_CreateObject();

@@ -9,7 +9,7 @@ namespace tarvex::pd {
 
 [[noreturn, gnu::cold, gnu::noinline]] inline void stop_in_text(const char *assertion, const char *function)
 {
-  __assert_fail(assertion, "bf_tarvex_switch_mpls_baremetal/src/pd_tarvex", __LINE__, function);
+  __assert_fail(assertion, pd_tarvex_source, __LINE__, function);
 }
 
 }  // namespace tarvex::pd

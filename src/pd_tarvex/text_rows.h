@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "pipeline_names.h"
 #include "tarvex_pd/actions.h"
 #include "tarvex_pd/types.h"
 
@@ -34,9 +35,6 @@ extern const std::uint8_t wide_live_bits[][16];
 inline constexpr std::uint8_t wide_member = 16;
 
 inline std::string_view name_of(const text_row &row) { return {member_names + row.name, row.name_size}; }
-
-/// What stands ahead of every name of the pipeline.
-inline constexpr std::string_view exported_prefix = "p4_pd_tarvex_switch_";
 
 struct action_text {
   std::string_view full_name;

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <span>
+#include <string_view>
 #include <type_traits>
 
 namespace tarvex::calls {
@@ -99,6 +100,15 @@ struct hash_info {
   std::uint32_t handle;
   std::uint32_t first_input;
   std::span<const std::uint32_t> common;  // common number of each field
+};
+
+struct pipeline_info {
+  const char *name;
+  const char *profile;
+  const char *library;      // without "lib" and ".so"
+  const char *client;       // name under which the driver knows the library
+  const char *sources;      // folder that failed assertions name
+  std::string_view prefix;  // what exported functions begin with
 };
 
 /// What an exported function does; each is told once, and exists for many rows.
@@ -383,6 +393,7 @@ struct exported_function {
 };
 
 // Generated. Tables in handle order, actions in enumeration order, profiles in the order of their states.
+extern const pipeline_info pipeline;
 extern const std::span<const argument_row> arguments;
 extern const std::span<const exported_function> functions;
 extern const std::span<const table_info> tables;

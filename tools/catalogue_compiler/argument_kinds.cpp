@@ -27,8 +27,7 @@ constexpr argument_kind_row kind_rows[] = {
     {"match_spec_out", "{key} *", "match_spec", "receives the key, unless the entry has none"},
     {"priority_out", "uint32_t *", "priority", "receives the priority, with or without a key"},
     {"action_name_out", "char *", "action_name",
-     "receives the action's name with its prefix and NUL, at most P4_PD_TARVEX_SWITCH_ACTION_NAME_SIZE bytes; may be "
-     "null"},
+     "receives the action's name with its prefix and NUL, at most {PREFIX}ACTION_NAME_SIZE bytes; may be null"},
     {"any_action_spec_out", "void *", "action_spec",
      "receives the parameters of the action that the entry has, in that action's structure: give room for the largest "
      "of the table; that of plcmt_action_t does for all. Not written for an action without parameters"},

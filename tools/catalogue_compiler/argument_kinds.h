@@ -12,7 +12,7 @@ struct argument_kind_row {
   std::string_view kind;
   std::string_view type;  // {key} and {params} stand for the structures of the row
   std::string_view name;
-  std::string_view doc;
+  std::string_view doc;  // {PREFIX} stands for the prefix of macros
 };
 
 std::span<const argument_kind_row> argument_kinds();

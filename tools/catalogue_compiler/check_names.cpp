@@ -21,12 +21,13 @@ constexpr std::string_view keywords =
     "signed sizeof static static_assert static_cast struct switch template this thread_local throw true "
     "try typedef typeid typename union unsigned using virtual void volatile wchar_t while xor xor_eq ";
 
+bool is_digit(char c) { return c >= '0' && c <= '9'; }
+bool is_letter_or_digit(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || is_digit(c); }
+
 bool is_identifier(std::string_view name)
 {
-  const auto letter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_'; };
-  const auto digit = [](char c) { return c >= '0' && c <= '9'; };
-  return !name.empty() && letter(name.front()) &&
-         std::all_of(name.begin(), name.end(), [&](char c) { return letter(c) || digit(c); });
+  return !name.empty() && !is_digit(name.front()) &&
+         std::all_of(name.begin(), name.end(), [](char c) { return is_letter_or_digit(c) || c == '_'; });
 }
 
 bool check_characters(const subject &s, std::string_view key, const std::string &name)
@@ -35,6 +36,21 @@ bool check_characters(const subject &s, std::string_view key, const std::string 
   if (name.empty() || is_identifier(name)) return true;
   s.error(key, "'" + name + "' is not a C identifier; use letters, digits and '_', and no digit first");
   return false;
+}
+
+void check_file_name(const subject &s, std::string_view key, const std::string &name)
+{
+  constexpr std::string_view others = "_+.-";
+  const auto fits = [&](char c) { return is_letter_or_digit(c) || others.find(c) != std::string_view::npos; };
+  if (!std::all_of(name.begin(), name.end(), fits))
+    s.error(key, "'" + name + "' becomes a part of file names; use letters, digits, '_', '+', '.' and '-'");
+}
+
+void check_c_string(const subject &s, std::string_view key, const std::string &text)
+{
+  const auto fits = [](char c) { return c >= ' ' && c <= '~' && c != '"' && c != '\\'; };
+  if (!std::all_of(text.begin(), text.end(), fits))
+    s.error(key, "'" + text + "' becomes a string of C; use printable ASCII but for '\"' and '\\'");
 }
 
 void check_identifier(const subject &s, const std::string &name)
@@ -82,6 +98,14 @@ void check_members(const table &t, const subject &about)
 
 void check_names(const model &m, diagnostics &diag)
 {
+  if (m.pipeline.sound) {
+    const subject s(diag, "pipeline", m.pipeline);
+    check_characters(s, "name", m.pipeline.name);
+    check_file_name(s, "library", m.pipeline.library);
+    check_file_name(s, "profile", m.pipeline.profile);
+    check_c_string(s, "client", m.pipeline.client);
+    check_c_string(s, "sources", m.pipeline.sources);
+  }
   // Tables, actions and profiles have functions of the same families, so no two of them share a name.
   name_space owners, resources, calculations, layouts;
   for (const table &t : m.tables) {

@@ -205,6 +205,9 @@ void emit_call_table(const model &m, const functions &all, const std::filesystem
   argument_rows(to);
   function_rows(to, m, all);
   to.line().line("}  // namespace").line();
+  const pipeline &p = m.pipeline;
+  to.line("const pipeline_info pipeline = {\"", p.name, "\", \"", p.profile, "\", \"", p.library, "\", \"", p.client,
+          "\", \"", p.sources, "\", \"", export_prefix, "\"};");
   for (const char *what :
        {"argument_row:arguments", "exported_function:functions", "table_info:tables", "action_info:actions",
         "profile_info:profiles", "resource_info:resources", "hash_info:hashes"}) {

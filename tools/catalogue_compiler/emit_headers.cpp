@@ -86,8 +86,8 @@ void emit_actions(const model &m, const functions &all, const std::filesystem::p
   begin_header(to, "actions", "Actions of the pipeline: their enumeration and their parameters.", {"driver_records"});
   to.line("/** Every action by name, whatever tables use it. */").line("typedef enum pd_action_enum {");
   for (std::size_t i = 0; i < m.actions.size(); ++i)
-    to.line("  P4_PD_TARVEX_SWITCH_ACTION_", m.actions[i].name, " = ", std::to_string(i), ",");
-  to.line("  P4_PD_TARVEX_SWITCH_ACTION_NONE = ", std::to_string(m.actions.size()), " /**< no action has this name */");
+    to.line("  ", macro_prefix(), "ACTION_", m.actions[i].name, " = ", std::to_string(i), ",");
+  to.line("  ", macro_prefix(), "ACTION_NONE = ", std::to_string(m.actions.size()), " /**< no action has this name */");
   to.line("} pd_action_enum_t;").line();
   for (const action &a : m.actions)
     if (!a.params.empty())
@@ -155,13 +155,12 @@ void emit_public_headers(const model &m, const functions &all, const std::filesy
 
   generated_file umbrella;
   umbrella.line("/*").line(" * The whole control-plane interface.").line(" *");
-  umbrella.line(
-      " * Threads: any number of threads may call at once, but for p4_pd_tarvex_switch_init and _cleanup, which one "
-      "thread");
-  umbrella.line(
-      " * calls before and after all other use. The library takes no lock and keeps no state but what init makes; what "
-      "may");
-  umbrella.line(" * be done to a device at the same time is the driver's affair.").line(" *");
+  umbrella.paragraph(" * ", " * ",
+                     "Threads: any number of threads may call at once, but for " + export_prefix +
+                         "init and _cleanup, which one thread calls before and after all other use. The library takes "
+                         "no lock and keeps no state but what init makes; what may be done to a device at the same "
+                         "time is the driver's affair.");
+  umbrella.line(" *");
   umbrella.line(" * Generated from the catalogue; do not edit.").line(" *");
   umbrella.line(" * SPDX-License-Identifier: Apache-2.0").line(" */");
   umbrella.line("#ifndef TARVEX_PD_TARVEX_PD_H").line("#define TARVEX_PD_TARVEX_PD_H").line();

@@ -38,7 +38,7 @@ void action_descriptors(generated_file &to, const action &a)
     to.line("inline constexpr std::uint32_t ", n, "_index_resources[] = {", handles, "};");
   }
   const std::string full = "\"" + export_prefix + n + "\"";
-  to.line("inline constexpr action_row ", n, " = {", full, ", sizeof ", full, ", ", "P4_PD_TARVEX_SWITCH_ACTION_" + n,
+  to.line("inline constexpr action_row ", n, " = {", full, ", sizeof ", full, ", ", macro_prefix() + "ACTION_" + n,
           ", ", to_string(a.data_bits), ", ", to_string(a.data_bytes), ", ",
           a.params.empty() ? "0" : "sizeof(" + action_spec_type(a) + ")", ", ",
           array_or_null(a.params.empty(), n + "_params"), ", ", to_string(a.params.size()), ", ",
@@ -211,14 +211,14 @@ void emit_names(const model &m, const std::filesystem::path &folder)
   to.line("#include \"restorable_profiles.h\"").line("#include \"tarvex_pd/actions.h\"");
   to.line("#include \"tarvex_pd/lifecycle.h\"").line();
   std::size_t longest = 0;
-  to.line("const char *const p4_pd_tarvex_switch_action_name_strings[P4_PD_TARVEX_SWITCH_ACTION_COUNT] = {");
+  to.line("const char *const ", export_prefix, "action_name_strings[", macro_prefix(), "ACTION_COUNT] = {");
   for (const action &a : m.actions) {
     to.line("    \"", export_prefix, a.name, "\",");
     longest = std::max(longest, export_prefix.size() + a.name.size());
   }
   to.line("};").line();
-  to.line("static_assert(P4_PD_TARVEX_SWITCH_ACTION_COUNT == ", to_string(m.actions.size()), ");");
-  to.line("static_assert(P4_PD_TARVEX_SWITCH_ACTION_NAME_SIZE == ", to_string(longest + 1), ");").line();
+  to.line("static_assert(", macro_prefix(), "ACTION_COUNT == ", to_string(m.actions.size()), ");");
+  to.line("static_assert(", macro_prefix(), "ACTION_NAME_SIZE == ", to_string(longest + 1), ");").line();
   to.line("namespace tarvex::pd {").line().line("const char *const profile_names[profile_count] = {");
   for (const profile &p : m.profiles) to.line("    \"", p.name, "\",");
   to.line("};").line();
@@ -232,6 +232,25 @@ void emit_names(const model &m, const std::filesystem::path &folder)
     to.line("    {", hex(p.action_data_table), ", ", p.name, "_actions, ", to_string(p.actions.size()), "},");
   to.line("};").line().line("}  // namespace tarvex::pd");
   to.write(folder / "names.cpp");
+}
+
+/// Constants of the library that name the pipeline.
+void emit_pipeline_names(const pipeline &p, const std::filesystem::path &folder)
+{
+  generated_file to;
+  begin_source(to, "What the pipeline is called.");
+  to.line("#pragma once").line().line("#include <string_view>").line();
+  to.line("namespace tarvex::pd {").line();
+  to.line("inline constexpr char pipeline_name[] = \"", p.name, "\";");
+  to.line("/// What exported names begin with.");
+  to.line("inline constexpr std::string_view exported_prefix = \"", export_prefix, "\";");
+  to.line("/// The library as the driver knows it.");
+  to.line("inline constexpr char client_name[] = \"", p.client, "\";");
+  to.line("// What failed assertions name as their file.");
+  to.line("inline constexpr char pd_source[] = \"", p.sources, "/pd\";");
+  to.line("inline constexpr char pd_tarvex_source[] = \"", p.sources, "/pd_tarvex\";");
+  to.line().line("}  // namespace tarvex::pd");
+  to.write(folder / "pipeline_names.h");
 }
 
 void emit_symbols(const functions &all, const std::filesystem::path &folder)
@@ -262,6 +281,7 @@ void emit_library_sources(const model &m, const functions &all, const std::files
   emit_resource_exports(m, all, pd);
   emit_hash_exports(m, all, pd);
   emit_names(m, pd);
+  emit_pipeline_names(m.pipeline, pd);
   emit_symbols(all, folder);
 }
 

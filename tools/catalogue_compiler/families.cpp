@@ -1,9 +1,20 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "families.h"
 
+#include <algorithm>
+#include <cctype>
+
 namespace catalogue {
 
-const std::string export_prefix = "p4_pd_tarvex_switch_";
+std::string export_prefix;
+
+std::string macro_prefix()
+{
+  std::string prefix = export_prefix;
+  std::transform(prefix.begin(), prefix.end(), prefix.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+  return prefix;
+}
 
 std::string match_spec_type(const table &t) { return export_prefix + t.name + "_match_spec_t"; }
 std::string action_spec_type(const action &a) { return export_prefix + a.name + "_action_spec_t"; }
@@ -20,6 +31,7 @@ std::string action_descriptor(const action &a) { return "actions::" + a.name; }
 
 std::vector<exported_function> list_functions(const model &m)
 {
+  export_prefix = "p4_pd_" + m.pipeline.name + "_";
   std::vector<exported_function> all;
   add_fixed_functions(all);
   for (const action &a : m.actions) {

@@ -71,8 +71,11 @@ void add_hash_families(std::vector<exported_function> &to, const hash_calculatio
 void add_table_families(std::vector<exported_function> &to, const table &t);
 void add_idle_time_families(std::vector<exported_function> &to, const table &t);
 
-/// "p4_pd_tarvex_switch_"
-extern const std::string export_prefix;
+/// What exported functions begin with, as "p4_pd_acme_" for the pipeline acme; empty until list_functions takes it from
+/// the model.
+extern std::string export_prefix;
+/// The same for macros and enumerators, in capitals.
+std::string macro_prefix();
 
 std::string match_spec_type(const table &t);
 std::string action_spec_type(const action &a);

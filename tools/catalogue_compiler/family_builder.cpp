@@ -121,7 +121,8 @@ argument function_builder::make(const slot &s) const
   std::string type(kind.type);
   if (made_.of_table != nullptr) type = replaced(type, "{key}", match_spec_type(*made_.of_table));
   if (made_.of_action != nullptr) type = replaced(type, "{params}", action_spec_type(*made_.of_action));
-  argument a{kind.kind, type, std::string(kind.name), std::string(s.doc.empty() ? kind.doc : s.doc)};
+  argument a{kind.kind, type, std::string(kind.name),
+             replaced(s.doc.empty() ? kind.doc : s.doc, "{PREFIX}", macro_prefix())};
   // The same kind twice: the later one is numbered.
   for (const argument &other : made_.arguments)
     if (other.name == a.name) a.name += "_2";

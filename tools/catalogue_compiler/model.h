@@ -189,6 +189,15 @@ struct snapshot_layout : origin {
   std::vector<snapshot_field> fields;
 };
 
+/// What the library and everything in it is called.
+struct pipeline : origin {
+  std::string name;     // "tarvex_switch": exported names begin with "p4_pd_tarvex_switch_"
+  std::string profile;  // the compiled variant
+  std::string library;  // file name without "lib" and ".so"
+  std::string client;   // name under which the driver knows the library
+  std::string sources;  // what failed assertions name as the folder of the sources
+};
+
 /// One catalogue file with tables.
 struct group {
   std::string file;  // "fib" of fib.toml
@@ -196,6 +205,7 @@ struct group {
 };
 
 struct model {
+  catalogue::pipeline pipeline;
   std::vector<group> groups;                      // in the order of their first table's handle
   std::vector<table> tables;                      // handle order
   std::vector<action> actions;                    // enumeration order

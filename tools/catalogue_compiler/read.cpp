@@ -59,6 +59,11 @@ void catalogue_reader::read_rows(const toml::table &root, const std::string &ste
   const bool is_group = file.has("table") || file.has("action");
   const std::string title = is_group ? file.text("title") : file.extra_text("title");
   if (is_group) made.groups.push_back({stem, title});
+  file.extra_table("pipeline", [&](const toml::table &node) {
+    if (!made.pipeline.at.file.empty())
+      file.error("pipeline", "the pipeline is named in " + made.pipeline.at.file + " already");
+    made.pipeline = read_pipeline(node, file);
+  });
   file.each_extra("table", [&](const toml::table &node) {
     made.tables.push_back(read_table(node, file));
     made.tables.back().group = made.groups.size() - 1;
@@ -144,6 +149,7 @@ model read_catalogue(const std::filesystem::path &folder, diagnostics &diag)
   }
   // A row that could not be read would be missed in every total.
   if (rows_read) {
+    if (m.pipeline.at.file.empty()) diag.error(whole, "no file names the pipeline; add a [pipeline] table");
     check_snapshot_layouts(m, whole, diag);
     if (reader.totals) {
       check_totals(m, *reader.totals, diag);

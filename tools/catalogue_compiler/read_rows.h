@@ -9,6 +9,7 @@
 
 namespace catalogue {
 
+pipeline read_pipeline(const toml::table &node, row &file);
 table read_table(const toml::table &node, row &file);
 action read_action(const toml::table &node, row &file);
 profile read_profile(const toml::table &node, row &file);
