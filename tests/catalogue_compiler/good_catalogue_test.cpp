@@ -89,10 +89,9 @@ name = "later"
 handle = 0x1000007
 kind = "keyless"
 actions = [
-  { name = "last", enum = 5, handle = 0x20000009, default = true, data_bits = 0, data_bytes = 0, resources = [] }]
+  { name = "last", enum = 5, handle = 0x20000009, default = true, data_bits = 0, data_bytes = 0 }]
 [[action]]
 name = "last"
-params = []
 )");
   folder.write("totals.toml", "");
   const model more = read_catalogue(folder.path(), diag);

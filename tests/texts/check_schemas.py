@@ -12,32 +12,26 @@ import tomllib
 
 
 def number(live, bits):
-    """A live mask of the catalogue as a number."""
-    if live == "all":
-        return (1 << bits) - 1
-    return live if isinstance(live, int) else int(live, 0)
-
-
-def display(kind):
-    return None if kind == "none" else kind
+    """A live mask of the catalogue as a number; all bits are live where the row does not say."""
+    return (1 << bits) - 1 if live is None else int(live, 0)
 
 
 def key_rows(table):
     """What each row of a table's key must read as."""
     for field in table.get("fields", []):
         short, name, bits = field["short"], field["name"], field["bits"]
-        live = number(field["live"], bits)
-        yield (short, name, bits, live, display(field["display"]), None, None)
-        if field["match"] == "ternary":
+        live = number(field.get("live"), bits)
+        yield (short, name, bits, live, field.get("display"), None, None)
+        if field.get("match") == "ternary":
             yield (short + "Mask", name + "_mask", bits, live, None, None, None)
-        elif field["match"] == "lpm":
+        elif field.get("match") == "lpm":
             yield (short + "PrefixLength", name + "_prefix_length", 16, 0xFFFF, None, None, None)
 
 
 def action_rows(uses, parameters):
     """What each action of a table or profile must read as."""
     for name in sorted((use["name"] for use in uses), key=str.encode):
-        yield (name, tuple((p["name"], display(p["display"]), p["bits"], None) for p in parameters[name]))
+        yield (name, tuple((p["name"], p.get("display"), p["bits"], None) for p in parameters[name]))
 
 
 def expected_literals(catalogue):

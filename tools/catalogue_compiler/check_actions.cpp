@@ -64,7 +64,7 @@ void check_use(const model &m, const used_action &used, const subject &s)
     return;
   }
   if (used.by_table != nullptr && !used.by_table->keyed() && !u.is_default) {
-    s.error("default", "a keyless table has its action by default only, so it must be true");
+    s.error("default", "a keyless table has its action by default only; write 'default = true'");
   }
   if (!u.sound || !all_sound(*a, a->params)) return;
   check_sum(s, "data_bits", u.data_bits, a->data_bits, "parameters");

@@ -46,11 +46,11 @@ action_use read_action_use(const toml::table &node, row &owner, bool of_table)
   u.name = r.text("name");
   u.enum_value = r.number("enum");
   u.handle = r.number("handle");
-  if (of_table) u.is_default = r.flag("default");
+  if (of_table) u.is_default = r.mark("default");
   u.data_bits = r.number("data_bits");
   u.data_bytes = r.number("data_bytes");
   if (of_table) {
-    r.each("resources", [&](const toml::table &inner) { u.resources.push_back(read_resource_use(inner, r)); });
+    r.each_extra("resources", [&](const toml::table &inner) { u.resources.push_back(read_resource_use(inner, r)); });
   }
   static_cast<origin &>(u) = r.finish();
   return u;
@@ -70,7 +70,7 @@ action read_action(const toml::table &node, row &file)
   row r(node, file, "action");
   action a;
   a.name = r.text("name");
-  r.each("params", [&](const toml::table &inner) { a.params.push_back(read_parameter(inner, r)); });
+  r.each_extra("params", [&](const toml::table &inner) { a.params.push_back(read_parameter(inner, r)); });
   a.record_bytes = r.extra_number("record_bytes");
   static_cast<origin &>(a) = r.finish();
   return a;

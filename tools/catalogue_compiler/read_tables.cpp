@@ -13,8 +13,7 @@ constexpr word<table_kind> table_kinds[] = {{"exact", table_kind::exact},
                                             {"lpm", table_kind::lpm},
                                             {"keyless", table_kind::keyless}};
 
-constexpr word<match_kind> match_kinds[] = {
-    {"exact", match_kind::exact}, {"ternary", match_kind::ternary}, {"lpm", match_kind::lpm}};
+constexpr word<match_kind> match_kinds[] = {{"ternary", match_kind::ternary}, {"lpm", match_kind::lpm}};
 
 constexpr std::string_view keyed_only[] = {"key_bits",     "key_bytes", "fields",   "record_bytes",
                                            "record_order", "profile",   "idle_time"};
@@ -28,7 +27,7 @@ field read_key_field(const toml::table &node, row &owner)
   f.type = read_storage(r);
   f.bits = r.number("bits");
   read_live_mask(r, f);
-  f.match = r.choice<match_kind>("match", match_kinds);
+  f.match = r.extra_choice<match_kind>("match", match_kind::exact, match_kinds);
   f.key = read_byte_range(r, "key", true);
   f.display = read_display(r);
   f.room = r.extra_number("room");

@@ -12,9 +12,8 @@ namespace {
 constexpr word<storage> storage_words[] = {
     {"u8", storage::u8}, {"u16", storage::u16}, {"u32", storage::u32}, {"u8[16]", storage::bytes16}};
 
-constexpr word<std::string_view> display_words[] = {{"none", ""},        {"dec", "dec"},     {"mac", "mac"},
-                                                    {"port", "port"},    {"vport", "vport"}, {"v4addr", "v4addr"},
-                                                    {"v6addr", "v6addr"}};
+constexpr word<std::string_view> display_words[] = {{"dec", "dec"},     {"mac", "mac"},       {"port", "port"},
+                                                    {"vport", "vport"}, {"v4addr", "v4addr"}, {"v6addr", "v6addr"}};
 
 /// Takes a decimal number off the front of `text`; false if there is none.
 bool take_number(std::string_view &text, unsigned &number)
@@ -79,7 +78,7 @@ bool exceeds(const std::array<std::uint8_t, 16> &mask, const std::array<std::uin
 
 storage read_storage(row &r) { return r.choice<storage>("type", storage_words); }
 
-std::string read_display(row &r) { return std::string(r.choice<std::string_view>("display", display_words)); }
+std::string read_display(row &r) { return std::string(r.extra_choice<std::string_view>("display", {}, display_words)); }
 
 byte_range read_byte_range(row &r, std::string_view key, bool may_be_partition)
 {
@@ -95,20 +94,20 @@ byte_range read_byte_range(row &r, std::string_view key, bool may_be_partition)
 
 void read_live_mask(row &r, field &f)
 {
-  const std::string text = r.text("live");
   const auto whole = all_ones(f.bits);
-  f.live_all = text == "all";
   f.live = whole;
-  if (text.empty() || f.live_all) return;
+  f.live_all = !r.optional("live");
+  const std::string text = f.live_all ? "" : r.text("live");
+  if (text.empty()) return;
   f.live = {};
   if (!parse_mask(text, f.live)) {
-    r.error("live", "'" + text + "' is no mask; write 'all', or '0x' and hexadecimal digits in lower case");
+    r.error("live", "'" + text + "' is no mask; write '0x' and hexadecimal digits in lower case");
   } else if (f.live == std::array<std::uint8_t, 16>{}) {
     r.error("live", "no bit of the field is live");
   } else if (f.bits != 0 && exceeds(f.live, whole)) {
     r.error("live", "live mask " + text + " is wider than the field's " + std::to_string(f.bits) + " bits");
   } else if (f.live == whole) {
-    r.error("live", "live mask " + text + " is the whole field; write 'all'");
+    r.error("live", "live mask " + text + " is the whole field; leave it out");
   }
 }
 

@@ -65,20 +65,17 @@ std::uint32_t row::extra_number(std::string_view key)
   return number(key);
 }
 
-bool row::flag(std::string_view key)
-{
-  const toml::node *node = required(key);
-  if (node == nullptr) return false;
-  const auto value = node->value_exact<bool>();
-  if (!value) wrong_type(key, *node, "true or false");
-  return value.value_or(false);
-}
-
 bool row::mark(std::string_view key)
 {
   if (!optional(key)) return false;
-  if (node_[key].value_exact<bool>() == false) error(key, "'" + std::string(key) + "' is false; leave it out");
-  return flag(key);
+  const toml::node &node = *node_.get(key);
+  const auto value = node.value_exact<bool>();
+  if (!value) {
+    wrong_type(key, node, "true");
+  } else if (!*value) {
+    error(key, "'" + std::string(key) + "' is false; leave it out");
+  }
+  return value.value_or(false);
 }
 
 template <class Value>

@@ -37,12 +37,13 @@ class row {
   row(const toml::table &node, row &parent, std::string_view kind, std::string_view name_key = "name");
 
   bool has(std::string_view key) const { return node_.contains(key); }
+  /// The same for a key that this sort of row may have.
+  bool optional(std::string_view key);
 
   std::string text(std::string_view key);
   std::uint32_t number(std::string_view key);
   /// A number that stands only where the rule does not give it, so it is never 0.
   std::uint32_t extra_number(std::string_view key);
-  bool flag(std::string_view key);
   /// A mark that stands only on the rows that have it, so it is never false.
   bool mark(std::string_view key);
   std::vector<std::string> extra_texts(std::string_view key);
@@ -63,11 +64,21 @@ class row {
     return Value{};
   }
 
+  /// A word that stands only where it is not the usual one, which `words` does not hold.
+  template <class Value>
+  Value extra_choice(std::string_view key, Value usual, std::span<const word<Value>> words)
+  {
+    return optional(key) ? choice(key, words) : usual;
+  }
+
   /// Calls `read` with each table of the array `key`, in their order; a row without the array has none.
   template <class Read>
   void each_extra(std::string_view key, Read read)
   {
-    if (optional(key)) each(key, read);
+    if (!optional(key)) return;
+    if (const toml::array *elements = node_[key].as_array(); elements != nullptr && elements->empty())
+      error(key, "'" + std::string(key) + "' is empty; leave it out");
+    each(key, read);
   }
   template <class Read>
   void each(std::string_view key, Read read)
@@ -113,7 +124,6 @@ class row {
   template <class Value>
   std::vector<Value> values(std::string_view key, std::string_view wanted);
   const toml::node *required(std::string_view key);
-  bool optional(std::string_view key);
   void wrong_type(std::string_view key, const toml::node &node, std::string_view wanted);
   void report(const position &at, std::string message);
   position place(const toml::source_region &region) const;

@@ -16,9 +16,11 @@ class Catalogue:
         files = {path.stem: tomllib.loads(path.read_text()) for path in sorted(folder.glob("*.toml"))}
         for stem, rows in files.items():
             for action in rows.get("action", []):
-                self.parameters[action["name"]] = action.get("params", [])
+                self.parameters[action["name"]] = [{"display": "none", **each} for each in action.get("params", [])]
             for table in rows.get("table", []):
-                self.tables[table["name"]] = {"fields": [], "actions": [], **table, "group": stem}
+                self.tables[table["name"]] = {"actions": [], **table, "group": stem}
+                self.tables[table["name"]]["fields"] = [{"match": "exact", "display": "none", **field}
+                                                        for field in table.get("fields", [])]
         self.tables = dict(sorted(self.tables.items(), key=lambda item: item[1]["handle"]))
         for table in self.tables.values():
             stem = table["group"]

@@ -65,7 +65,7 @@ def strip(parts):
 
 
 def live_bits(field):
-    return "all" if field["live"] == "all" else code(field["live"])
+    return code(field["live"]) if "live" in field else "all"
 
 
 def key_of(table):
