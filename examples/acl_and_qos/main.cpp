@@ -2,23 +2,29 @@
 // deleted and looked up, and all that the switch says is compared with a plain search over the list of the rules.
 //
 // SPDX-License-Identifier: Apache-2.0
+#include <algorithm>
 #include <charconv>
+#include <iterator>
+#include <string_view>
 
 #include "packet_walk.h"
 #include "program.h"
+#include "switch_device.h"
 
 namespace {
 
 using namespace tarvex::examples;
 
-constexpr char usage[] = R"(usage: acl_and_qos [SEED]
+constexpr char usage[] = R"(usage: acl_and_qos [--quiet] [SEED]
 
 Programs access lists and quality of service of a stand-in switch: traps to the CPU, policers, mirror sessions, halo
 stages, drops, classes and rewrites. Takes a few packets through the tables and prints what each one hits; then looks up
 others at random, reads all rules back, changes some, deletes some, and compares with what it wrote at each step.
 
-  SEED    picks other packets (default 1)
-  --help  this text
+  SEED       picks other packets (default 1)
+  --quiet    leaves out the packets and prints counts alone
+  --help     this text
+  --version  the version
 )";
 
 constexpr unsigned packets_a_table = 500;
@@ -34,9 +40,13 @@ std::uint64_t parse_seed(const std::optional<std::string> &argument)
   return seed;
 }
 
-std::string run(const std::optional<std::string> &argument, tally &compared)
+std::string run(program_arguments arguments, tally &compared)
 {
-  std::mt19937_64 random(parse_seed(argument));
+  std::vector<const char *> others;
+  std::ranges::remove_copy(arguments, std::back_inserter(others), std::string_view("--quiet"),
+                           [](const char *argument) { return std::string_view(argument); });
+  const bool quiet = others.size() != arguments.size();
+  std::mt19937_64 random(parse_seed(only_argument(others)));
   switch_device device;
   acl_tables acl;
   halo_tables halo;
@@ -60,7 +70,7 @@ std::string run(const std::optional<std::string> &argument, tally &compared)
     std::printf("%-26s %4zu rules\n", table->name(), table->size());
     rules += table->size();
   }
-  const std::size_t packets = walk_packets(acl, halo, qos, compared);
+  const std::size_t packets = walk_packets(acl, halo, qos, quiet, compared);
   const auto done = [&] {
     return std::to_string(rules) + " rules written, " + std::to_string(packets) + " packets taken through, " +
            std::to_string(changed) + " rules changed, " + std::to_string(removed) + " deleted";
@@ -90,4 +100,4 @@ std::string run(const std::optional<std::string> &argument, tally &compared)
 
 }  // namespace
 
-int main(int argc, char **argv) { return run_program(argc, argv, "acl_and_qos", usage, run); }
+int main(int argc, char **argv) { return run_comparison({"acl_and_qos", usage, {}}, argc, argv, run); }

@@ -43,14 +43,14 @@ constexpr packet packets[] = {
 /// Takes packets through the tables, one table to a line.
 class packet_walk {
  public:
-  packet_walk(acl_tables &acl, halo_tables &halo, qos_tables &qos, tally &compared)
-      : acl_(acl), halo_(halo), qos_(qos), compared_(compared)
+  packet_walk(acl_tables &acl, halo_tables &halo, qos_tables &qos, bool quiet, tally &compared)
+      : acl_(acl), halo_(halo), qos_(qos), quiet_(quiet), compared_(compared)
   {
   }
 
   void take(const packet &p)
   {
-    std::printf("%s\n", p.name);
+    if (!quiet_) std::printf("%s\n", p.name);
     hit(acl_.dmac, {p.port, p.dmac_oui, 0, p.dmac_station, 0});
     const std::uint32_t access_result = p.ether_type == 0x0800 ? classify(p) : 0;
     const bool trapped = trap(p);
@@ -73,8 +73,9 @@ class packet_walk {
     return print(rules, rules.hit(key, compared_));
   }
 
-  static const rule *print(const rule_table &table, const rule *found)
+  const rule *print(const rule_table &table, const rule *found) const
   {
+    if (quiet_) return found;
     std::printf("  %-22s %s\n", table.name(), found != nullptr ? found->text().c_str() : "no entry");
     return found;
   }
@@ -164,6 +165,7 @@ class packet_walk {
   acl_tables &acl_;
   halo_tables &halo_;
   qos_tables &qos_;
+  bool quiet_;
   tally &compared_;
   std::uint16_t source_mirror_ = 0;
   std::uint16_t destination_mirror_ = 0;
@@ -171,9 +173,9 @@ class packet_walk {
 
 }  // namespace
 
-std::size_t walk_packets(acl_tables &acl, halo_tables &halo, qos_tables &qos, tally &compared)
+std::size_t walk_packets(acl_tables &acl, halo_tables &halo, qos_tables &qos, bool quiet, tally &compared)
 {
-  packet_walk walk(acl, halo, qos, compared);
+  packet_walk walk(acl, halo, qos, quiet, compared);
   for (const packet &each : packets) walk.take(each);
   return std::size(packets);
 }

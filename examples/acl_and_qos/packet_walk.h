@@ -29,7 +29,7 @@ struct packet {
   std::uint16_t interface = 1;
 };
 
-/// Takes the packets of this example through all tables and prints what they hit. Gives their number.
-std::size_t walk_packets(acl_tables &acl, halo_tables &halo, qos_tables &qos, tally &compared);
+/// Takes the packets of this example through all tables and prints what they hit, unless `quiet`. Returns their number.
+std::size_t walk_packets(acl_tables &acl, halo_tables &halo, qos_tables &qos, bool quiet, tally &compared);
 
 }  // namespace tarvex::examples

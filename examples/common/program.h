@@ -1,38 +1,41 @@
-// The frame of an example program: its result line and its exit status, and its argument where it has but one.
+// The frame of an example program: --help and --version, the result line, and the exit status however it ends.
 //
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <optional>
-#include <stdexcept>
+#include <span>
 #include <string>
+#include <vector>
 
-#include "switch_device.h"
+#include "exit_status.h"
 #include "tally.h"
 
 namespace tarvex::examples {
 
-enum exit_status { all_well = 0, wrong_use = 1, refused_by_driver = 2, differences_found = 3, bad_file = 4 };
-
-/// How each example ends, for its usage text.
-inline constexpr char exit_status_text[] =
-    "Exit status: 0 all as expected; 1 wrong use; 2 the driver refused; 3 differences; 4 a file cannot be used.\n";
-
-struct usage_error : std::runtime_error {
-  using std::runtime_error::runtime_error;
+struct program_info {
+  const char *name;
+  const char *usage;                  // how it is called and what it does, without the exit statuses
+  std::vector<exit_status> statuses;  // besides those that every program has
 };
 
-struct file_error : std::runtime_error {
-  using std::runtime_error::runtime_error;
-};
+using program_arguments = std::span<const char *const>;
 
-/// Runs `run`, which keeps the tally and gives what it did, as one line, or nothing where the usage text is wanted.
-int run_program(const char *name, const char *usage,
-                const std::function<std::optional<std::string>(tally &compared)> &run);
+/// Runs `run` with the arguments after the program's name. An error that it throws ends the program with one sentence
+/// and the exit status of the error, and so does output that could not be written.
+int run_program(const program_info &about, int argc, char **argv,
+                const std::function<exit_status(program_arguments)> &run);
 
-/// The same for a program of one argument, which may be left out.
-int run_program(int argc, char **argv, const char *name, const char *usage,
-                std::string (*run)(const std::optional<std::string> &argument, tally &compared));
+/// The same for a program that compares. `run` keeps the tally and returns what was done, as one line.
+int run_comparison(const program_info &about, int argc, char **argv,
+                   const std::function<std::string(program_arguments, tally &compared)> &run);
+
+/// The argument of a program that takes one at most.
+std::optional<std::string> only_argument(program_arguments arguments);
+
+/// "1 entry", "2 entries". `several` is `one` with an s by default.
+std::string counted(std::uint64_t count, const std::string &one, const std::string &several = "");
 
 }  // namespace tarvex::examples

@@ -7,22 +7,19 @@
 #include <tarvex_standin/standin.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <iterator>
-#include <stdexcept>
 #include <string>
 #include <type_traits>
 #include <vector>
+
+#include "exit_status.h"
 
 namespace tarvex::examples {
 
 inline constexpr pd_sess_hdl_t session = 1;
 inline constexpr pd_dev_id_t device_id = 0;
 inline constexpr pd_dev_tgt_t all_pipes = pd_dev_tgt_t{PD_ALL_PIPES} << 32 | device_id;
-
-/// The driver did not do what it was asked for; the text says what, and its status.
-struct driver_refused : std::runtime_error {
-  using std::runtime_error::runtime_error;
-};
 
 /// A status as a user can read it.
 std::string to_text(pd_status_t status);

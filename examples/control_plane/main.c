@@ -21,15 +21,21 @@
 
 #include "tarvex_agent/tv_agent.h"
 #include "tarvex_pd/tarvex_pd.h"
+#include "tarvex_pd/version.h"
 #include "tarvex_standin/standin.h"
 
 enum { device = 0, session = 1, host_routes = 4, moved_every = 200 /* milliseconds */ };
-enum { all_well = 0, wrong_use = 1, refused_by_driver = 2, bad_file = 4 };
+enum { all_well = 0, wrong_use = 1, refused_by_driver = 2, file_failed = 4 };
 
 static const char usage[] =
-    "usage: control_plane SOCKET\n"
+    "usage: control_plane SOCKET | --help | --version\n"
     "Programs routes, and lives until its input ends or a signal comes. 'tvsh --attach SOCKET' looks into its switch.\n"
-    "Exit status: 0 ended as told; 1 wrong use; 2 the driver refused; 4 the socket cannot be made.\n";
+    "\n"
+    "Exit status:\n"
+    "  0  done, and as expected\n"
+    "  1  wrong use\n"
+    "  2  the driver refused\n"
+    "  4  a file, a socket or the output failed\n";
 
 static int well(pd_status_t status, const char *what)
 {
@@ -87,6 +93,13 @@ static void live(int signals)
   }
 }
 
+static int output_written(void)
+{
+  if (fflush(stdout) == 0) return 1;
+  perror("control_plane: standard output cannot be written");
+  return 0;
+}
+
 static int run(const char *path)
 {
   sigset_t ends;
@@ -99,28 +112,33 @@ static int run(const char *path)
   if (!program_routes()) return refused_by_driver;
   if (tv_agent_start(path) != TV_AGENT_OK) {
     fprintf(stderr, "control_plane: %s\n", tv_agent_error());
-    return bad_file;
+    return file_failed;
   }
   printf("%d routes; attach with: tvsh --attach %s\n", host_routes, path);
-  fflush(stdout);
-  live(signals);
+  const int written = output_written();
+  if (written) live(signals);
   tv_agent_stop();
   close(signals);
-  return all_well;
+  return written ? all_well : file_failed;
 }
 
 int main(int argc, char **argv)
 {
-  const int help = argc == 2 && strcmp(argv[1], "--help") == 0;
-  if (argc != 2 || help) {
-    fputs(usage, help ? stdout : stderr);
-    return help ? all_well : wrong_use;
+  if (argc == 2 && (strcmp(argv[1], "--help") == 0 || strcmp(argv[1], "--version") == 0)) {
+    fputs(strcmp(argv[1], "--help") == 0 ? usage : "control_plane (tarvex_pd) " TARVEX_VERSION "\n", stdout);
+    return output_written() ? all_well : file_failed;
+  }
+  const char *const path = argc == 2 ? argv[1] : argc == 3 && strcmp(argv[1], "--") == 0 ? argv[2] : NULL;
+  if (path == NULL || (argc == 2 && path[0] == '-')) {
+    if (path != NULL) fprintf(stderr, "control_plane: there is no option '%s'\n", path);
+    fputs(usage, stderr);
+    return wrong_use;
   }
   if (!well(standin_device_add(device), "adding the device") ||
       !well(p4_pd_tarvex_switch_init(), "starting the library")) {
     return refused_by_driver;
   }
-  const int status = run(argv[1]);
+  const int status = run(path);
   p4_pd_tarvex_switch_cleanup();
   standin_device_remove(device);
   return status;

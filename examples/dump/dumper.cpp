@@ -10,6 +10,7 @@
 
 #include "literal.h"
 #include "program.h"
+#include "switch_device.h"
 #include "tarvex_pd/dispatch.h"
 
 namespace tarvex::examples {

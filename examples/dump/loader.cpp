@@ -6,6 +6,7 @@
 
 #include "dumper.h"
 #include "program.h"
+#include "switch_device.h"
 
 namespace {
 
@@ -121,8 +122,9 @@ void load_indirect()
        "pointing at a group");
 }
 
-std::string run(const std::optional<std::string> &table, tally &compared)
+std::string run(program_arguments arguments, tally &compared)
 {
+  const auto table = only_argument(arguments);
   switch_device device;
   load_hosts();
   load_prefixes();
@@ -134,4 +136,4 @@ std::string run(const std::optional<std::string> &table, tally &compared)
 
 }  // namespace
 
-int main(int argc, char **argv) { return run_program(argc, argv, "dump", usage, run); }
+int main(int argc, char **argv) { return run_comparison({"dump", usage, {}}, argc, argv, run); }

@@ -7,6 +7,7 @@
 #include "profile.h"
 #include "program.h"
 #include "state_file.h"
+#include "switch_device.h"
 
 namespace {
 
@@ -19,8 +20,9 @@ LAG, tunnel and mirror tables to them, and takes members down and up. Then has t
 groups, as a control plane has that was started again, and restores them: from the log of the device, by way of FILE,
 and by the replay of the switch. Compares all of it at each step.
 
-  FILE    where the log is written, as JSON; it stays there (default: a temporary file that is removed)
-  --help  this text
+  FILE       where the log is written, as JSON; it stays there (default: a temporary file that is removed)
+  --help     this text
+  --version  the version
 )";
 
 constexpr std::uint64_t seed = 1;
@@ -70,9 +72,9 @@ std::string sum_of(const std::vector<profile> &profiles)
          std::to_string(all.entries) + " entries, ";
 }
 
-std::string run(const std::optional<std::string> &path, tally &compared)
+std::string run(program_arguments arguments, tally &compared)
 {
-  const state_file file(path);
+  const state_file file(only_argument(arguments));
   std::mt19937_64 random(seed);
   switch_device device;
   auto profiles = make_profiles();
@@ -111,4 +113,4 @@ std::string run(const std::optional<std::string> &path, tally &compared)
 
 }  // namespace
 
-int main(int argc, char **argv) { return run_program(argc, argv, "ecmp_fabric", usage, run); }
+int main(int argc, char **argv) { return run_comparison({"ecmp_fabric", usage, {}}, argc, argv, run); }

@@ -14,6 +14,7 @@
 #include <memory>
 
 #include "program.h"
+#include "switch_device.h"
 
 namespace tarvex::examples {
 namespace {

@@ -15,6 +15,7 @@
 #include "oui_list.h"
 #include "plan.h"
 #include "program.h"
+#include "switch_device.h"
 #include "switch_events.h"
 
 namespace {
@@ -62,8 +63,9 @@ void print_figures(const Names &names, const Figures &figures)
   for (const auto &[name, figure] : names) std::printf("  %-22s %10" PRIu64 "\n", name, figures.*figure);
 }
 
-std::string run(const options &wanted, tally &compared)
+std::string run(tarvex::examples::program_arguments arguments, tally &compared)
 {
+  const options wanted = parse_options(arguments);
   const oui_list identifiers = find_ouis();
   const plan planned = make_plan(identifiers.ouis, wanted.addresses, wanted.seed);
   std::printf("%" PRIu64 " stations, identifiers of %s\n", wanted.addresses, identifiers.origin.c_str());
@@ -104,9 +106,5 @@ std::string run(const options &wanted, tally &compared)
 
 int main(int argc, char **argv)
 {
-  return tarvex::examples::run_program("l2_learning", usage_text, [&](tally &compared) -> std::optional<std::string> {
-    const options wanted = parse_options({argv + 1, static_cast<std::size_t>(argc > 0 ? argc - 1 : 0)});
-    if (wanted.help) return std::nullopt;
-    return run(wanted, compared);
-  });
+  return tarvex::examples::run_comparison({"l2_learning", usage_text, {}}, argc, argv, run);
 }

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "program.h"
+#include "switch_device.h"
 
 namespace tarvex::l2_learning {
 namespace {
@@ -36,6 +37,7 @@ with some of local administration.
   --addresses N   how many stations, 1 to 1000000 (default 10000)
   --seed N        other stations, other traffic (default 1)
   --help          this text
+  --version       the version
 )";
 
 options parse_options(std::span<const char *const> arguments)
@@ -47,9 +49,7 @@ options parse_options(std::span<const char *const> arguments)
       if (++at == arguments.end()) throw examples::usage_error(argument + " takes a number");
       return parse_number(argument, *at);
     };
-    if (argument == "--help") {
-      result.help = true;
-    } else if (argument == "--addresses") {
+    if (argument == "--addresses") {
       result.addresses = number();
     } else if (argument == "--seed") {
       result.seed = number();

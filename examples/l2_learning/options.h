@@ -11,7 +11,6 @@ namespace tarvex::l2_learning {
 struct options {
   std::uint64_t addresses = 10000;
   std::uint64_t seed = 1;
-  bool help = false;
 };
 
 inline constexpr std::uint64_t most_addresses = 1'000'000;

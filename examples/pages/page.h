@@ -14,13 +14,13 @@
 
 enum { device = 0, session = 1 };
 
-/** Ends the program where a call did not go well. */
+/** Ends the program if a call failed; 2 is the exit status for a driver that refused. */
 static inline void must(pd_status_t status, const char *what)
 {
   if (status == BF_SUCCESS) return;
   const char *const name = standin_status_name(status);
   fprintf(stderr, "%s: status %u (%s)\n", what, (unsigned)status, name != NULL ? name : "of the library");
-  exit(1);
+  exit(2);
 }
 
 static inline pd_dev_tgt_t all_pipes(void) { return pd_dev_tgt(device, PD_ALL_PIPES); }
@@ -35,6 +35,9 @@ static inline void end(void)
 {
   must(p4_pd_tarvex_switch_cleanup(), "stopping the library");
   must(standin_device_remove(device), "removing the device");
+  if (fflush(stdout) == 0 && !ferror(stdout)) return;
+  perror("standard output cannot be written");
+  exit(4);
 }
 
 #endif

@@ -3,20 +3,17 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "exit_status.h"
 #include "fib_entries.h"
 #include "lookup_key.h"
 
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 namespace tarvex::route_load {
 
-/// The driver did not do what it was asked for; the text says what, and its status.
-struct driver_refused : std::runtime_error {
-  using std::runtime_error::runtime_error;
-};
+using examples::driver_refused;
 
 using entry_handle = std::uint32_t;
 
@@ -32,7 +29,8 @@ class fib_switch {
 
   virtual fib_entry read(fib_table table, entry_handle handle) = 0;
 
-  /// Whether the entry reads back as `expected` in every byte of its key and its parameters.
+  /// Whether the entry reads back as `expected` in every byte of its key and its parameters, and is found by that key:
+  /// a mask with holes reads back as a prefix length.
   virtual bool reads_back_as(const fib_entry &expected, entry_handle handle) = 0;
 
   /// The entry that a packet of this key hits.

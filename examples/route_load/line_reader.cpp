@@ -3,50 +3,23 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "line_reader.h"
 
-#include <cerrno>
 #include <cstring>
-#include <filesystem>
-#include <system_error>
 
 namespace tarvex::route_load {
+namespace {
 
-line_reader::line_reader(const std::string &path)
-    : path_(path), file_(gzopen(path.c_str(), "rb")), buffer_(longest_line)
-{
-  if (!file_) {
-    throw file_error(path_ + ": cannot be opened: " + std::strerror(errno != 0 ? errno : ENOMEM));
-  }
-  std::error_code no_size;
-  const auto size = std::filesystem::file_size(path, no_size);
-  bytes_total_ = no_size ? 0 : size;
-}
+constexpr std::string_view byte_order_mark = "\xef\xbb\xbf";  // some editors begin a file of UTF-8 with it
 
-std::uint64_t line_reader::bytes_read() const
-{
-  const auto offset = gzoffset(file_.get());
-  return offset < 0 ? 0 : static_cast<std::uint64_t>(offset);
-}
+}  // namespace
 
-/// Reads on behind what is left in the buffer. False at the end of the file.
+/// Reads on after what is left in the buffer. False at the end of the file.
 bool line_reader::fill()
 {
   std::memmove(buffer_.data(), buffer_.data() + begin_, end_ - begin_);
   end_ -= begin_;
   begin_ = 0;
-  const int got = gzread(file_.get(), buffer_.data() + end_, static_cast<unsigned>(buffer_.size() - end_));
-  // A stream that breaks off gives what it has first, so the error is looked at after good reads too.
-  int error = Z_OK;
-  const char *text = gzerror(file_.get(), &error);
-  if (error == Z_ERRNO) {
-    throw file_error(path_ + ": cannot be read: " + std::strerror(errno));
-  }
-  if (error == Z_BUF_ERROR) {
-    throw file_error(path_ + ": ends in the middle of its compressed data; fetch it again");
-  }
-  if (got < 0 || (error != Z_OK && error != Z_STREAM_END)) {
-    throw file_error(path_ + ": the compressed data is damaged: " + text);
-  }
-  end_ += static_cast<std::size_t>(got);
+  const std::size_t got = source_.read(buffer_.data() + end_, buffer_.size() - end_);
+  end_ += got;
   return got > 0;
 }
 
@@ -62,6 +35,7 @@ line_reader::result line_reader::next(std::string_view &line)
       line = {start, length};
       begin_ += length + (line_end != nullptr ? 1 : 0);
       ++line_number_;
+      if (line_number_ == 1 && line.starts_with(byte_order_mark)) line.remove_prefix(byte_order_mark.size());
       return too_long ? result::too_long : result::line;
     }
     if (at_end_) {

@@ -38,7 +38,9 @@ std::string name_of(fib_table table, entry_handle handle)
 
 std::string told(const fib_entry &got, const fib_entry &wanted)
 {
-  return got == wanted ? "with other bytes between the members of its structures" : "as " + to_string(got);
+  return got == wanted ? "the same, but its key does not lead to it (a mask with a hole) or bytes between the members "
+                         "of its structures differ"
+                       : "as " + to_string(got);
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include "library_switch.h"
 #include "loader.h"
 #include "options.h"
+#include "program.h"
 #include "resolver.h"
 #include "route_file.h"
 
@@ -17,14 +18,7 @@ namespace {
 
 using namespace tarvex::route_load;
 
-enum exit_status {
-  all_well = 0,
-  wrong_use = 1,
-  refused_by_driver = 2,
-  differences_found = 3,
-  bad_file = 4,
-  bad_line_in_strict = 5
-};
+using namespace tarvex::examples;
 
 template <typename Things, typename Text>
 void tell_first(std::uint64_t count, const Things &things, const char *what, Text text)
@@ -61,8 +55,9 @@ void tell_refused_blocks(const load_plan &plan)
   tell_first(plan.refused.size(), plan.refused, "blocks without a partition index", [](const refused_block &block) {
     const auto &layout = partition_layouts[static_cast<std::size_t>(block.space)];
     return "no partition index left for block " + to_string(block.block) + ": all " +
-           std::to_string(layout.last_index) + " of " + table_name(layout.partition) + " are given away; " +
-           std::to_string(block.routes) + " routes of the block are not loaded";
+           std::to_string(layout.last_index) + " of " + table_name(layout.partition) + " are in use; " +
+           counted(block.routes, "route") + (block.routes == 1 ? " of the block is" : " of the block are") +
+           " not loaded";
   });
 }
 
@@ -75,18 +70,21 @@ void print_entries(std::span<const fib_entry> entries)
   }
 }
 
-exit_status run(const options &wanted)
+exit_status run(program_arguments arguments)
 {
+  const options wanted = parse_options(arguments);
   double read_seconds = 0, load_seconds = 0, compare_seconds = 0, resolve_seconds = 0;
   const auto list = timed("reading", read_seconds,
                           [&](const progress_report &report) { return read_route_file(wanted.file, report); });
   tell_first(list.bad_lines.count(), list.bad_lines.kept(), "bad lines",
              [&](const bad_line &bad) { return wanted.file + ':' + std::to_string(bad.line) + ": " + bad.reason; });
-  std::printf("routes read     %10zu in %.2f s: %" PRIu64 " lines, %" PRIu64 " bad, %" PRIu64 " prefixes given again\n",
-              list.routes.size(), read_seconds, list.lines, list.bad_lines.count(), list.duplicates);
+  const std::string bad_lines = counted(list.bad_lines.count(), "bad line");
+  const std::string duplicates = counted(list.duplicates, "duplicate");
+  std::printf("routes read     %10zu in %.2f s: %s, %s, %s\n", list.routes.size(), read_seconds,
+              counted(list.lines, "line").c_str(), bad_lines.c_str(), duplicates.c_str());
   if (wanted.strict && list.bad_lines.count() != 0) {
-    std::printf("result: nothing loaded, %" PRIu64 " bad lines\n", list.bad_lines.count());
-    return bad_line_in_strict;
+    std::printf("result: nothing loaded: %s\n", bad_lines.c_str());
+    return bad_input;
   }
   if (list.routes.empty()) throw file_error(wanted.file + ": holds no route");
 
@@ -115,32 +113,23 @@ exit_status run(const options &wanted)
   tell_first(found.count(), found.kept(), "differences", [](const std::string &text) { return text; });
   std::printf("differences     %10" PRIu64 "\n", found.count());
   std::printf("peak memory     %10.1f MiB\n", peak_memory_mib());
-  std::printf("result: %s: %zu routes loaded, %zu not loaded, %" PRIu64 " entries compared, %" PRIu64
-              " addresses resolved, %" PRIu64 " differences, %.2f s\n",
-              found.count() == 0 ? "good" : "DIFFERENT", loaded, plan.routes_not_loaded, compared, resolved,
-              found.count(), read_seconds + load_seconds + compare_seconds + resolve_seconds);
-  return found.count() == 0 ? all_well : differences_found;
+  const exit_status status = found.count() != 0            ? differences_found
+                             : plan.routes_not_loaded != 0 ? incomplete
+                                                           : all_well;
+  std::printf("result: %s: %s loaded, %zu not loaded, %s, %s, %s compared, %s resolved, %s, %.2f s\n",
+              status == all_well     ? "good"
+              : status == incomplete ? "incomplete"
+                                     : "DIFFERENT",
+              counted(loaded, "route").c_str(), plan.routes_not_loaded, bad_lines.c_str(), duplicates.c_str(),
+              counted(compared, "entry", "entries").c_str(), counted(resolved, "address", "addresses").c_str(),
+              counted(found.count(), "difference").c_str(),
+              read_seconds + load_seconds + compare_seconds + resolve_seconds);
+  return status;
 }
 
 }  // namespace
 
 int main(int argc, char **argv)
-try {
-  std::setvbuf(stdout, nullptr, _IOLBF, 0);  // in step with standard error where both go to one file
-  const options wanted = parse_options({argv + 1, static_cast<std::size_t>(argc > 0 ? argc - 1 : 0)});
-  if (wanted.help) {
-    std::fputs(usage_text, stdout);
-    return all_well;
-  }
-  return run(wanted);
-} catch (const usage_error &error) {
-  std::fprintf(stderr, "route_load: %s\n%s", error.what(), usage_text);
-  return wrong_use;
-} catch (const file_error &error) {
-  std::fprintf(stderr, "route_load: %s\n", error.what());
-  return bad_file;
-} catch (const driver_refused &error) {
-  std::fprintf(stderr, "route_load: %s\n", error.what());
-  std::puts("result: the driver refused");
-  return refused_by_driver;
+{
+  return run_program({"route_load", usage_text, {differences_found, bad_input, incomplete}}, argc, argv, run);
 }

@@ -27,46 +27,50 @@ const char *const usage_text =
 Programs the routes of FILE into the forwarding tables of a stand-in switch, reads all entries back, resolves
 addresses through the tables, and compares both with the file.
 
-FILE holds lines 'prefix, blank or tab, origin AS number', plain or gzip; ';' and '#' begin a comment. Of a prefix given
-twice the later line counts. The next hop of a route is made from its AS number. Where the tables have no partition
-index left for a block of addresses, its routes are named as not loaded and left out of the comparison.
+FILE holds lines 'prefix, blank or tab, origin AS number', plain or gzip; ';' and '#' begin a comment. '-' is standard
+input. Of a prefix given twice the later line counts. The next hop of a route is made from its AS number. Where the
+tables have no partition index left for a block of addresses, its routes are reported as not loaded and left out of the
+comparison; the result is then 'incomplete', with an exit status of its own.
 
-  --strict      a bad line ends the run before anything is loaded (otherwise it is named, counted and passed over)
+  --strict      a bad line ends the run before anything is loaded (otherwise it is reported and skipped)
   --seed N      picks other addresses to resolve (default 1)
   --resolve N   how many (default 100000)
   --help        this text
-
-Exit status: 0 all as the file says; 1 wrong use; 2 the driver refused; 3 differences; 4 the file cannot be read or
-holds no route; 5 --strict and a bad line.
+  --version     the version
+  --            what follows is a file, whatever it begins with
 )";
 
 options parse_options(std::span<const char *const> arguments)
 {
   options result;
   bool file_given = false;
+  bool options_end = false;
+  const auto take_file = [&](std::string_view name) {
+    if (file_given) throw usage_error("one file at a time; '" + std::string(name) + "' is a second one");
+    // Only as an argument of its own, and not after '--', does it stand for standard input.
+    result.file = name == "-" && options_end ? "./-" : name;
+    file_given = true;
+  };
   for (auto at = arguments.begin(); at != arguments.end(); ++at) {
     const std::string_view argument = *at;
     const auto number = [&] {
       if (++at == arguments.end()) throw usage_error(std::string(argument) + " takes a number");
       return parse_count(argument, *at);
     };
-    if (argument == "--help" || argument == "-h") {
-      result.help = true;
-      return result;
-    }
-    if (argument == "--strict") {
+    if (options_end) {
+      take_file(argument);
+    } else if (argument == "--") {
+      options_end = true;
+    } else if (argument == "--strict") {
       result.strict = true;
     } else if (argument == "--seed") {
       result.seed = number();
     } else if (argument == "--resolve") {
       result.resolve = number();
-    } else if (argument.starts_with('-')) {
+    } else if (argument.starts_with('-') && argument != "-") {
       throw usage_error("there is no option '" + std::string(argument) + "'");
-    } else if (file_given) {
-      throw usage_error("one file at a time; '" + std::string(argument) + "' is a second one");
     } else {
-      result.file = argument;
-      file_given = true;
+      take_file(argument);
     }
   }
   if (!file_given) throw usage_error("no file given");

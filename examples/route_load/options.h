@@ -5,19 +5,17 @@
 
 #include <cstdint>
 #include <span>
-#include <stdexcept>
 #include <string>
+
+#include "exit_status.h"
 
 namespace tarvex::route_load {
 
-struct usage_error : std::runtime_error {
-  using std::runtime_error::runtime_error;
-};
+using examples::usage_error;
 
 struct options {
   std::string file;
   bool strict = false;
-  bool help = false;
   std::uint64_t seed = 1;
   std::uint64_t resolve = 100000;
 };

@@ -31,7 +31,7 @@ class table_access {
   virtual pd_status_t next(const switch_target &from, pd_entry_hdl_t after,
                            std::span<pd_entry_hdl_t> handles) const = 0;
   virtual pd_status_t read(const switch_target &from, pd_entry_hdl_t handle, fib_entry &entry) const = 0;
-  /// Whether key and parameters are as `expected` in each byte of their structures.
+  /// Whether key and parameters are as `expected` in each byte of their structures, and the key leads to the entry.
   virtual pd_status_t compare(const switch_target &from, pd_entry_hdl_t handle, const fib_entry &expected,
                               bool &same) const = 0;
 };
@@ -43,19 +43,21 @@ class typed_table_access final : public table_access {
   using get_first_function = pd_status_t (*)(pd_sess_hdl_t, pd_dev_tgt_t, pd_entry_hdl_t *);
   using get_next_function = pd_status_t (*)(pd_sess_hdl_t, pd_dev_tgt_t, pd_entry_hdl_t, std::uint32_t,
                                             pd_entry_hdl_t *);
+  using find_function = pd_status_t (*)(pd_sess_hdl_t, pd_dev_tgt_t, const Key *, pd_entry_hdl_t *);
   using get_entry_function = pd_status_t (*)(pd_sess_hdl_t, pd_dev_id_t, pd_entry_hdl_t, pd_flag8_t, Key *, char *,
                                              void *, std::uint32_t *, std::uint8_t *);
 
   /// `add` stands in the order of hop_kind; a fifth one is the action of a partition index and no result.
   /// `action_names` stands in the order of `add`.
   constexpr typed_table_access(fib_table table, get_handle_function get_handle, get_first_function get_first,
-                               get_next_function get_next, get_entry_function get_entry,
+                               get_next_function get_next, find_function find, get_entry_function get_entry,
                                const std::array<const char *, sizeof...(Add)> &action_names,
                                const std::tuple<Add...> &add)
       : table_(table),
         get_handle_(get_handle),
         get_first_(get_first),
         get_next_(get_next),
+        find_(find),
         get_entry_(get_entry),
         action_names_(action_names),
         add_(add)
@@ -115,6 +117,9 @@ class typed_table_access final : public table_access {
     const std::size_t action = action_of(expected);
     same = raw.no_key == 0 && std::memcmp(&raw.key, &key, sizeof key) == 0 && action_numbered(raw.action) == action;
     with_action(action, [&](auto function) { same = same && has_parameters_of(function, raw, expected); });
+    // What reads back is a prefix length, the same for a mask with holes. The driver finds a key by all of its mask.
+    pd_entry_hdl_t found = 0;
+    same = same && find_(from.session, from.all_pipes, &key, &found) == BF_SUCCESS && found == handle;
     return BF_SUCCESS;
   }
 
@@ -252,6 +257,7 @@ class typed_table_access final : public table_access {
   get_handle_function get_handle_;
   get_first_function get_first_;
   get_next_function get_next_;
+  find_function find_;
   get_entry_function get_entry_;
   std::array<const char *, sizeof...(Add)> action_names_;
   std::tuple<Add...> add_;

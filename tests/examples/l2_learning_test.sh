@@ -6,7 +6,8 @@
 program=$1 faulty=$2
 . "$(dirname "$0")/expect.sh"
 
-expect 0 'usage: l2_learning' '' --help
+expect_every_program_to_end_well --addresses 5
+expect_out_of_memory 60000 --addresses 1000000
 expect 1 '' "no option 'ten'" ten
 expect 1 '' '--seed takes a number' --seed
 expect 1 '' "takes a number, not '1x'" --addresses 1x
@@ -22,7 +23,7 @@ program=$faulty
 expect 0 "$good" '' --addresses 300
 for FAULT in 'lost station' 'short ttl' 'stray report' 'miscount' 'open interface' 'other hash'; do
   export FAULT
-  expect 3 'result: DIFFERENT: .* [1-9][0-9]* differences$' '^different: ' --addresses 300
+  expect 3 'result: DIFFERENT: .* [1-9][0-9]* differences\{0,1\}$' '^different: ' --addresses 300
 done
 # Entries that age too early are missed in a comparison, or by the driver where they are read meanwhile.
 FAULT='early ageing'

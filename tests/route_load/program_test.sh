@@ -7,6 +7,7 @@ program=$1 faulty=$2 small_list=$3
 . "$(dirname "$0")/../examples/expect.sh"
 cd "$work" || exit 1
 
+expect_every_program_to_end_well -- "$small_list"
 expect 1 '' 'no file given'
 expect 1 '' "no option '--fast'" --fast small
 expect 1 '' 'one file at a time' one two
@@ -26,13 +27,15 @@ expect 4 '' 'empty: holds no route' empty
     i=$((i + 1))
   done
 } >bad
-expect 5 'nothing loaded, 25 bad lines' '^bad:2: prefix length 33 is beyond' --strict bad
-expect 0 'good: 1 routes loaded, 0 not loaded, 1 entries compared' '^\.\.\. and 5 more bad lines' bad
-expect 0 '25 bad, 1 prefixes given again' '^bad:22: no prefix length' bad
+expect 5 'result: nothing loaded: 25 bad lines' '^bad:2: prefix length 33 is beyond' --strict bad
+expect 0 'good: 1 route loaded, 0 not loaded, 25 bad lines, 1 duplicate, 1 entry compared' '^\.\.\. and 5 more bad lines' bad
+expect 0 ': 27 lines, 25 bad lines, 1 duplicate' '^bad:22: no prefix length' bad
+expect 0 'good: 1 route loaded' '^-:2: ' - <bad
+cp bad ./--strict && expect 0 'good: 1 route loaded' '^--strict:2: ' -- --strict
 
 # One block for each /64: 2,047 get an index.
 awk 'BEGIN { print "2001:db8::/32 9"; for (i = 0; i < 2100; ++i) printf "2001:db8:0:%x::/80 %d\n", i, i + 1 }' >crowded
-expect 0 'good: 2048 routes loaded, 53 not loaded, .* 5000 addresses resolved, 0 differences' \
+expect 6 'incomplete: 2048 routes loaded, 53 not loaded, .* 5000 addresses resolved, 0 differences' \
   'no partition index left for block 2001:db8:0:7ff::/64: all 2047 of ipv6LgMaskPartition' --resolve 5000 crowded
 
 # All lengths of both families, nested.
@@ -40,7 +43,7 @@ awk 'BEGIN {
   for (i = 0; i <= 32; ++i) printf "0.0.0.0/%d %d\n", i, i + 100
   for (i = 0; i <= 128; ++i) printf "::/%d %d\n", i, i + 200
 }' | gzip >nested
-expect 0 'good: 162 routes loaded, 0 not loaded, 165 entries compared, 30000 .*, 0 differences' '' \
+expect 0 'good: 162 routes loaded, 0 not loaded, .* 165 entries compared, 30000 .*, 0 differences' '' \
   --resolve 30000 nested
 
 expect 0 'good: [1-9][0-9]\{4\} routes loaded, 0 not loaded, .* 100000 addresses resolved, 0 differences' '' \
@@ -54,6 +57,8 @@ export REFUSE_CALL=60
 expect 2 'result: the driver refused' 'adding ipv[46][A-Za-z]* .*: the driver answers status 74 (STANDIN_FULL)' nested
 unset REFUSE_CALL
 export FAULT='lost entry'
-expect 3 'DIFFERENT: .* [1-9][0-9]* differences' 'is missing in the switch' nested
+expect 3 'DIFFERENT: .* [1-9][0-9]* difference' 'is missing in the switch' nested
+FAULT='mask with a hole'
+expect 3 'DIFFERENT: .* 1 difference,' 'the same, but its key does not lead to it' --resolve 0 nested
 
 [ $failures -eq 0 ]

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 
 #include "next_hop.h"
 #include "route_lists.h"
@@ -137,6 +138,27 @@ TEST_F(route_file, files_that_cannot_be_read_to_their_end)
   EXPECT_THROW(read_route_file(file_), file_error);
   std::filesystem::resize_file(file_, size / 2);
   EXPECT_THROW(read_route_file(file_), file_error);
+  write_gzip("10.0.0.0/8 1\n");
+  std::ofstream(file_, std::ios::app | std::ios::binary) << "<html>";
+  EXPECT_THROW(read_route_file(file_), file_error);
+}
+
+TEST_F(route_file, compressed_parts_one_after_the_other_and_a_byte_order_mark)
+{
+  write_gzip(
+      "\xef\xbb\xbf"
+      "10.0.0.0/8 1\n10.1.0.0/16");
+  std::ostringstream first;
+  first << std::ifstream(file_, std::ios::binary).rdbuf();
+  write_gzip(
+      " 2\n\xef\xbb\xbf"
+      "10.2.0.0/16 3\n");
+  std::ostringstream both;
+  both << first.str() << std::ifstream(file_, std::ios::binary).rdbuf();
+  write(both.str());
+  const auto list = read_route_file(file_);
+  EXPECT_EQ(list.routes.size(), 2U);
+  EXPECT_EQ(list.bad_lines.count(), 1U) << "the mark begins a file, not a line";
 }
 
 TEST(next_hop, comes_from_the_as_number_by_the_rule)

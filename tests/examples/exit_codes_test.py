@@ -1,0 +1,20 @@
+#!/usr/bin/env python3
+"""Compares what programs say of their exit codes with the table of the document that has them all.
+usage: exit_codes_test.py DOCUMENT PROGRAM..."""
+# SPDX-License-Identifier: Apache-2.0
+import pathlib
+import re
+import subprocess
+import sys
+
+table = dict(re.findall(r"^\| (\d+) \| ([^|]*?) \|", pathlib.Path(sys.argv[1]).read_text(), re.MULTILINE))
+wrong = [] if len(table) >= 8 else [f"{sys.argv[1]}: no table of exit codes"]
+for program in sys.argv[2:]:
+    name = pathlib.Path(program).name
+    text = subprocess.run([program, "--help"], capture_output=True, text=True, check=True).stdout
+    said = dict(re.findall(r"^  (\d+)  (.*)$", text[text.find("Exit status:"):], re.MULTILINE))
+    wrong += [f"{name}: {code} is '{meaning}', in the document '{table.get(code)}'"
+              for code, meaning in said.items() if table.get(code) != meaning]
+    wrong += [f"{name} --help says nothing of exit code {code}" for code in "012" if code not in said]
+print(*wrong, sep="\n", end="\n" if wrong else "")
+sys.exit(1 if wrong else 0)
