@@ -6,7 +6,10 @@ SPDX-License-Identifier: Apache-2.0
 import io
 import json
 import os
+import re
+import signal
 import stat
+import subprocess
 import sys
 import tempfile
 
@@ -41,12 +44,35 @@ def pipes():
     script = "add ipv4Host vrfId=1 dip=10.0.0.1 onMiss\ndump ipv4Host | count\ndump x\nexit\n"
     for arguments in (["-f", "-"], []):
         code, out, errors = run(*arguments, text=script)
-        expect("a script from standard input", code == 1 and out == "entry 1\n1\n" and "-:3: stopped at: dump x" in errors)
+        expect("a script from standard input", code == 1 and out == "entry 1\n1\n" and 
+               "-:3: stopped at: dump x; 2 of 4 commands done, 2 not\n" in errors)
     with tempfile.NamedTemporaryFile("w", suffix=".tvsh") as file:
         file.write(script)
         file.flush()
         expect("a script names its file", f"{file.name}:3:" in run("-f", file.name)[2])
     expect("colour when asked for", "\033[1m" in run("--color=always", "-c", "tables")[1])
+
+
+def signals():
+    """A script in a pipe of ours is under way when the signal comes; what it did and did not is reported."""
+    commands = [f"add ipv4Host vrfId=1 dip=10.{number // 62500}.{number // 250 % 250}.{number % 250} onMiss\n" for number in range(200000)]
+    for how, code in (((signal.SIGTERM, False), 143), ((signal.SIGTERM, True), 143), ((signal.SIGINT, False), 130),
+                      ((signal.SIGINT, True), 0)):
+        number, ignored = how
+        with subprocess.Popen([TVSH, "-f", "-"], stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                              text=True, env=shell_program.ENVIRONMENT, restore_signals=False,
+                              preexec_fn=lambda: ignored and signal.signal(number, signal.SIG_IGN)) as script:
+            script.stdin.write("".join(commands))
+            script.stdin.close()
+            script.stdout.read(10)  # the first lines are done
+            script.send_signal(number)
+            out, errors = script.stdout.read(), script.stderr.read()
+        expect(f"{how}: {script.returncode} {errors}", script.returncode == code)
+        if code == 0:
+            continue
+        stop = re.fullmatch(r"-:(\d+): interrupted before: .*; (\d+) of 200000 commands done, (\d+) not\n", errors)
+        expect(f"{how} is reported: {errors}", stop and int(stop[1]) == int(stop[2]) + 1)
+        expect("what is done is done", int(out.split()[-1]) == int(stop[2]) and int(stop[2]) + int(stop[3]) == 200000)
 
 
 def start(term="xterm", **extra):
@@ -106,5 +132,5 @@ def dumb_terminal():
     plain.close()
 
 
-for test in (pipes, terminal, interrupts, dumb_terminal):
+for test in (pipes, signals, terminal, interrupts, dumb_terminal):
     test()

@@ -3,22 +3,22 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "interpreter.h"
 
+#include "script_lines.h"
+
 namespace tarvex::shell {
 
 exit_code interpreter::run_script(std::string_view text, std::string_view name, output &out)
 {
-  std::size_t number = 0;
-  while (!text.empty() && !ended) {
-    const std::size_t end = text.find('\n');
-    std::string_view line = text.substr(0, end);
-    text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-    if (line.ends_with('\r')) line.remove_suffix(1);
-    ++number;
-    const exit_code code = run(line, out);
+  script_lines lines(text);
+  std::uint64_t done = 0;
+  while (const auto line = ended ? std::nullopt : lines.next()) {
+    const bool signalled = stop_code() != exit_code::ok;
+    const exit_code code = signalled ? stop_code() : run(line->text, out);
     if (code != exit_code::ok) {
-      out.error(std::string(name) + ':' + std::to_string(number) + ": stopped at: " + std::string(line));
-      return code;
+      out.error(stop_text(name, *line, signalled ? "interrupted before" : "stopped at", done, lines));
+      return ended_by(code);
     }
+    ++done;
   }
   return exit_code::ok;
 }

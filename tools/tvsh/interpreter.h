@@ -3,6 +3,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <atomic>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -30,11 +31,29 @@ class interpreter {
 
   /// Ends the command that runs, at its next step. May be called from a signal handler or another thread.
   virtual void interrupt() noexcept = 0;
+  /// A signal wants the program to end: interrupts the command that runs, and no other command of a script follows.
+  /// `why` is the exit code. May be called from a signal handler.
+  void stop(exit_code why) noexcept
+  {
+    stop_code_ = why;
+    interrupt();
+  }
+  /// Not ok after stop().
+  exit_code stop_code() const noexcept { return stop_code_; }
+  /// The exit code of a program whose last command ended so: which signal interrupted it, the command cannot know.
+  exit_code ended_by(exit_code code) const noexcept
+  {
+    return code == exit_code::interrupted && stop_code() != exit_code::ok ? stop_code() : code;
+  }
+
   /// Forgets an interrupt that came while no command ran. Who runs a command calls it ahead.
   virtual void clear_interrupt() noexcept = 0;
 
   /// Set by the command that ends a session.
   bool ended = false;
+
+ private:
+  std::atomic<exit_code> stop_code_ = exit_code::ok;
 };
 
 }  // namespace tarvex::shell

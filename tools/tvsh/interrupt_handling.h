@@ -1,4 +1,4 @@
-// Ctrl-C, for as long as commands run.
+// Signals that end a command or a script, for as long as commands run.
 //
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
@@ -12,11 +12,12 @@
 namespace tarvex::shell {
 
 enum class interrupts : std::uint8_t {
-  all,   // every Ctrl-C is the command's
-  first  // a second one ends the program
+  command,  // at a prompt: Ctrl-C interrupts the command that runs, each time
+  script    // SIGTERM ends the script at its next command, and so does SIGINT unless it was ignored; a second one ends
+            // the program at once
 };
 
-/// Ctrl-C interrupts the command while this lives; a read that waits for a key ends. One at a time.
+/// Handles the signals while it lives. One at a time.
 class interrupt_handling {
  public:
   interrupt_handling(interpreter &shell, interrupts which);
@@ -25,7 +26,8 @@ class interrupt_handling {
   ~interrupt_handling();
 
  private:
-  struct sigaction before_ {};
+  struct sigaction interrupt_before_ {};
+  struct sigaction terminate_before_ {};
 };
 
 }  // namespace tarvex::shell

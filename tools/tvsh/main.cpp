@@ -88,8 +88,10 @@ std::string read_all(const std::string &name)
 /// The command or the script that the arguments have.
 exit_code run_given(const program_options &wanted, interpreter &shell, output &out)
 {
-  if (wanted.command) return shell.run(*wanted.command, out);
-  return shell.run_script(read_all(wanted.script.value_or("-")), wanted.script.value_or("-"), out);
+  const std::string script = wanted.command ? "" : read_all(wanted.script.value_or("-"));
+  const interrupt_handling signals(shell, interrupts::script);
+  if (!wanted.command) return shell.run_script(script, wanted.script.value_or("-"), out);
+  return shell.ended_by(shell.run(*wanted.command, out));
 }
 
 exit_code run_all(const program_options &wanted, interpreter &shell, stream_output &out)
@@ -131,7 +133,6 @@ exit_code attach(const program_options &wanted, stream_output &out)
              std::to_string(server.device));
     return run_all(wanted, shell, out);
   }
-  const interrupt_handling ctrl_c(shell, interrupts::first);
   return run_all(wanted, shell, out);
 }
 

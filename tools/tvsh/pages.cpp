@@ -101,8 +101,17 @@ what was compared is not the same
 4
 a file or a connection failed
 .TP
+5
+a file holds lines that cannot be, and nothing was done
+.TP
+6
+done but for a part, which is named
+.TP
 130
 interrupted
+.TP
+143
+a script was ended by SIGTERM
 .SH ENVIRONMENT
 .TP
 .B NO_COLOR

@@ -163,7 +163,7 @@ std::unique_ptr<line_source> make_lines(interpreter &shell)
 
 exit_code run_prompt(interpreter &shell, stream_output &out)
 {
-  const interrupt_handling ctrl_c(shell, interrupts::all);
+  const interrupt_handling ctrl_c(shell, interrupts::command);
   out.note("tvsh: 'help' lists the commands, the tab key completes, 'exit' ends");
   const std::unique_ptr<line_source> lines = make_lines(shell);
   while (!shell.ended) {

@@ -15,7 +15,10 @@ enum class exit_code : std::uint8_t {
   refused = 2,      // the driver refused
   differences = 3,  // what was compared is not the same
   file = 4,         // a file or a connection failed
-  interrupted = 130
+  bad_input = 5,    // a file holds lines that cannot be, and nothing was done
+  incomplete = 6,   // done but for a part, which is named
+  interrupted = 130,
+  terminated = 143  // SIGTERM ended a script
 };
 
 /// Ends the command; the text tells a user what was wrong and what to do.

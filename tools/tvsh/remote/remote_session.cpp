@@ -90,6 +90,7 @@ void remote_session::send(frame_kind kind, std::string_view payload)
   sigset_t before;
   sigemptyset(&interrupt);
   sigaddset(&interrupt, SIGINT);
+  sigaddset(&interrupt, SIGTERM);
   pthread_sigmask(SIG_BLOCK, &interrupt, &before);
   bool lost = false;
   try {
