@@ -1,4 +1,4 @@
-// Answers made of bytes. The imported functions themselves are made from their declarations, at build time.
+// Answers made of bytes.
 //
 // SPDX-License-Identifier: Apache-2.0
 #include "hostile_driver.h"
@@ -66,13 +66,7 @@ void hostile_driver::give_back(void *block)
   std::free(block);
 }
 
-reply::reply(std::string_view function)
-    : function_(function),
-      reads_(function.find("get_") != function.npos || function.find("query") != function.npos ||
-             function.find("read_") != function.npos)
-{
-  seen().add(function);
-}
+reply::reply(const driver::call_row &row) : row_(row) { seen().add(row.name); }
 
 std::uint64_t reply::status() { return input().now_and_then(32) ? input().number<std::uint32_t>() : 0; }
 
@@ -97,7 +91,7 @@ void reply::to(drv_match_spec_t *key)
   seen().add_record(key->partition_index);
   seen().add_record(key->key_bits);
   seen().add_record(key->priority);
-  if (!reads_) {
+  if (!fills()) {
     driver().key = *key;
     keep(driver().key_value, behind(key->key_value, key->key_bytes));
     keep(driver().key_mask, behind(key->key_mask, key->key_bytes));
@@ -128,7 +122,7 @@ void reply::to(drv_act_data_t *data) { fill_data(*data); }
 
 void reply::to(drv_action_spec_t *action)
 {
-  if (!reads_) {
+  if (!fills()) {
     driver().action = *action;
     keep(driver().data, behind(action->act_data.data, action->act_data.data_bytes));
     drv_action_spec_t shown = *action;
@@ -153,7 +147,7 @@ void reply::to(drv_action_spec_t *action)
 // Slots are written where the library has asked for the shape and made room for it.
 void reply::to(drv_stful_query_t *queries)
 {
-  const std::uint64_t count = function_.find("range") != function_.npos ? last_number_ : 1;
+  const std::uint64_t count = argument().room == driver::no_argument ? 1 : numbers_[argument().room];
   for (std::uint64_t k = 0; k < count && !input().empty(); ++k) {
     for (std::int32_t i = 0; driver().shape_told_ && i < driver().shape_.rows; ++i)
       for (std::int32_t j = 0; j < driver().shape_.values; ++j) fill(&queries[k].rows[i][j], 1);
@@ -177,16 +171,24 @@ void reply::to(pd_res_spec_t **list)
 
 void reply::to(void *memory)
 {
-  if (function_ == "bf_snapshot_capture_get") fill(memory, 256);
-  if (function_ == "bf_snapshot_capture_trigger_set") seen().add(behind(static_cast<std::uint8_t *>(memory), 712));
+  if (argument().kind == driver::value_kind::capture) fill(memory, 256);
+  if (argument().kind == driver::value_kind::trigger) seen().add(behind(static_cast<std::uint8_t *>(memory), 712));
+}
+
+template <>
+void *driver_call<&bf_sys_calloc>(size_t count, size_t size)
+{
+  return fuzz::driver().take(count, size);
+}
+
+template <>
+void driver_call<&bf_sys_free>(void *block)
+{
+  fuzz::driver().give_back(block);
 }
 
 }  // namespace tarvex::fuzz
 
-extern "C" {
+using tarvex::fuzz::driver_call;
 
-void *bf_sys_calloc(size_t count, size_t size) { return tarvex::fuzz::driver().take(count, size); }
-
-void bf_sys_free(void *block) { tarvex::fuzz::driver().give_back(block); }
-
-}  // extern "C"
+#include "driver_definitions.inc"

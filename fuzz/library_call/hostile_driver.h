@@ -5,6 +5,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -14,8 +15,8 @@
 #include <vector>
 
 #include "byte_source.h"
+#include "driver_functions.h"
 #include "fingerprint.h"
-#include "tarvex_platform/driver.h"
 
 namespace tarvex::fuzz {
 
@@ -61,13 +62,23 @@ hostile_driver &driver();
 /// The answer to one call: the arguments are shown to it in their order.
 class reply {
  public:
-  explicit reply(std::string_view function);
+  explicit reply(const driver::call_row &row);
 
+  template <typename T>
+  void to_next(T argument)
+  {
+    ++at_;
+    to(argument);
+  }
+
+  std::uint64_t status();
+
+ private:
   /// Numbers and records by value; functions, states and cookies are passed over.
   template <typename T>
   void to(T argument)
   {
-    if constexpr (std::is_integral_v<T>) last_number_ = argument;
+    if constexpr (std::is_integral_v<T>) numbers_[at_] = argument;
     if constexpr (!std::is_pointer_v<T>) seen().add_record(argument);
   }
   void to(std::uint32_t *number);
@@ -86,9 +97,6 @@ class reply {
   void to(pd_res_spec_t **list);
   void to(void *memory);
 
-  std::uint64_t status();
-
- private:
   byte_source &input() { return driver().input_; }
   fingerprint &seen() { return driver().seen; }
   void fill(void *memory, std::size_t size) { input().fill({static_cast<std::uint8_t *>(memory), size}); }
@@ -98,22 +106,27 @@ class reply {
   {
     if (record == nullptr) return;
     seen().add_record(*record);
-    if (reads_) fill(record, sizeof *record);
+    if (fills()) fill(record, sizeof *record);
   }
   void fill_data(drv_act_data_t &data);
 
-  std::string_view function_;
-  bool reads_;  // records are the driver's to fill
-  std::uint64_t last_number_ = 0;
+  const driver::argument_row &argument() const { return row_.rows[at_]; }
+  /// Whether the record is the driver's to fill.
+  bool fills() const { return argument().way != driver::direction::in; }
+
+  const driver::call_row &row_;
+  std::size_t at_ = static_cast<std::size_t>(-1);
+  std::array<std::uint64_t, driver::most_arguments> numbers_{};
   std::uint32_t *last_count_ = nullptr;
 };
 
 /// What every imported function does here.
-template <typename Result, typename... Arguments>
-Result answered(const char *function, Arguments... arguments)
+template <auto Function, typename... Arguments>
+driver::result_of<Function> driver_call(Arguments... arguments)
 {
-  reply given(function);
-  (given.to(arguments), ...);
+  using Result = driver::result_of<Function>;
+  reply given(driver::row_of<Function>);
+  (given.to_next(arguments), ...);
   if constexpr (std::is_pointer_v<Result>) {
     return reinterpret_cast<Result>(&driver());  // opaque to the library
   } else {

@@ -1,5 +1,4 @@
-// The recorder's copies and its allocator. The imported functions themselves are made from their declarations, at build
-// time.
+// The recorder's copies, and what every imported function does here.
 //
 // SPDX-License-Identifier: Apache-2.0
 #include "recorder.h"
@@ -10,6 +9,8 @@
 #include <mutex>
 #include <set>
 #include <utility>
+
+#include "driver_functions.h"
 
 namespace tarvex::test {
 
@@ -101,28 +102,41 @@ std::uint64_t recorder::note(recorded_call call)
   return reinterpret_cast<std::uint64_t>(state_of_profile(states_made++ % 5));
 }
 
-}  // namespace tarvex::test
+namespace {
 
-extern "C" {
-
-void *bf_sys_calloc(size_t count, size_t size)
+/// What every imported function does here.
+template <auto Function, typename... Arguments>
+driver::result_of<Function> driver_call(Arguments... arguments)
 {
-  auto &driver = tarvex::test::driver();
-  const tarvex::test::recording inside;
-  constexpr size_t largest = size_t{1} << 24;  // ends a request for a negative count before the sanitizers do
-  if (driver.refused_block != 0 && --driver.refused_block == 0) return nullptr;
-  // Resources, rows and register values of 8 bytes, and queries: anything else is a mistake.
-  if ((size != 8 && size != sizeof(drv_stful_query_t)) || count > largest / size) return nullptr;
-  ++driver.blocks_taken;
-  return *tarvex::test::live_blocks.insert(std::calloc(count, size)).first;
+  return recorded<driver::result_of<Function>>(driver::row_of<Function>.name.data(), arguments...);
 }
 
-void bf_sys_free(void *block)
+template <>
+void *driver_call<&bf_sys_calloc>(size_t count, size_t size)
 {
-  const tarvex::test::recording inside;
-  if (block != nullptr) ++tarvex::test::driver().blocks_given_back;
-  tarvex::test::live_blocks.erase(block);
+  recorder &here = test::driver();
+  const recording inside;
+  constexpr size_t largest = size_t{1} << 24;  // ends a request for a negative count before the sanitizers do
+  if (here.refused_block != 0 && --here.refused_block == 0) return nullptr;
+  // Resources, rows and register values of 8 bytes, and queries: anything else is a mistake.
+  if ((size != 8 && size != sizeof(drv_stful_query_t)) || count > largest / size) return nullptr;
+  ++here.blocks_taken;
+  return *live_blocks.insert(std::calloc(count, size)).first;
+}
+
+template <>
+void driver_call<&bf_sys_free>(void *block)
+{
+  const recording inside;
+  if (block != nullptr) ++test::driver().blocks_given_back;
+  live_blocks.erase(block);
   std::free(block);
 }
 
-}  // extern "C"
+}  // namespace
+}  // namespace tarvex::test
+
+using tarvex::test::driver_call;
+
+// The whole register of a device, as bits above it must not reach a driver.
+#include "driver_registers.inc"

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "echo_driver.h"
 
+#include "driver_functions.h"
+
 namespace tarvex::trace::test {
 
 echo &last_call()
@@ -9,9 +11,19 @@ echo &last_call()
   return call;
 }
 
+namespace {
+
+template <auto Function, typename... Arguments>
+driver::result_of<Function> driver_call(const Arguments &...arguments)
+{
+  last_call().function = driver::row_of<Function>.name;
+  last_call().arguments = bytes_of(arguments...);
+  return (driver::result_of<Function>)last_call().result;
+}
+
+}  // namespace
 }  // namespace tarvex::trace::test
 
-using namespace tarvex::trace::test;
+using tarvex::trace::test::driver_call;
 
-void *bf_sys_calloc(size_t count, size_t size) { return echoed<void *>(__func__, count, size); }
-void bf_sys_free(void *block) { echoed<pd_status_t>(__func__, block); }
+#include "driver_definitions.inc"

@@ -28,12 +28,4 @@ std::vector<std::string> bytes_of(const Arguments &...arguments)
   return {std::string(reinterpret_cast<const char *>(&arguments), sizeof arguments)...};
 }
 
-template <typename Result, typename... Arguments>
-Result echoed(const char *function, const Arguments &...arguments)
-{
-  last_call().function = function;
-  last_call().arguments = bytes_of(arguments...);
-  return (Result)last_call().result;
-}
-
 }  // namespace tarvex::trace::test

@@ -39,9 +39,10 @@ generated_file &generated_file::paragraph(std::string_view first, std::string_vi
 generated_file &generated_file::arguments(std::string head, const std::vector<std::string> &items,
                                           std::string_view tail)
 {
+  if (items.empty()) head += tail;
   for (std::size_t i = 0; i < items.size(); ++i) {
     const std::string item = items[i] + std::string(i + 1 < items.size() ? "," : tail);
-    const bool behind_open = head.back() == '(' || head.back() == ' ';
+    const bool behind_open = head.back() == '(' || head.back() == '<' || head.back() == ' ';
     if (head.size() + 1 + item.size() > width) {
       line(head);
       head = "    " + item;

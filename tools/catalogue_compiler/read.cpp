@@ -4,10 +4,7 @@
 #include "read.h"
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 #include <optional>
-#include <sstream>
 #include <system_error>
 
 #include "checks.h"
@@ -34,22 +31,10 @@ struct catalogue_reader {
 
 void catalogue_reader::read_file(const std::filesystem::path &path)
 {
-  const std::string shown = path.string();
-  std::ifstream in(path, std::ios::binary);
-  std::ostringstream content;
-  // A stream takes nothing of an empty file for a failure.
-  if (in.peek() != std::ifstream::traits_type::eof()) content << in.rdbuf();
-  if (!in.is_open() || in.bad() || content.bad()) {
+  if (const std::optional<toml::table> root = parse_file(path, diag)) {
+    read_rows(*root, path.stem().string(), path.string());
+  } else {
     files_read = false;
-    return diag.error({shown}, "cannot be read; check that it is a file and its permissions");
-  }
-  try {
-    read_rows(toml::parse(content.view(), shown), path.stem().string(), shown);
-  } catch (const toml::parse_error &e) {
-    files_read = false;
-    const toml::source_position at = e.source().begin;
-    diag.error({shown, static_cast<std::uint32_t>(at.line), static_cast<std::uint32_t>(at.column)},
-               std::string(e.description()));
   }
 }
 

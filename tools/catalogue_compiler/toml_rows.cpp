@@ -3,7 +3,31 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "toml_rows.h"
 
+#include <fstream>
+#include <sstream>
+
 namespace catalogue {
+
+std::optional<toml::table> parse_file(const std::filesystem::path &path, diagnostics &diag)
+{
+  const std::string shown = path.string();
+  std::ifstream in(path, std::ios::binary);
+  std::ostringstream content;
+  // A stream takes nothing of an empty file for a failure.
+  if (in.peek() != std::ifstream::traits_type::eof()) content << in.rdbuf();
+  if (!in.is_open() || in.bad() || content.bad()) {
+    diag.error({shown}, "cannot be read; check that it is a file and its permissions");
+    return std::nullopt;
+  }
+  try {
+    return toml::parse(content.view(), shown);
+  } catch (const toml::parse_error &e) {
+    const toml::source_position at = e.source().begin;
+    diag.error({shown, static_cast<std::uint32_t>(at.line), static_cast<std::uint32_t>(at.column)},
+               std::string(e.description()));
+    return std::nullopt;
+  }
+}
 
 std::string list_words(std::span<const std::string_view> words)
 {
@@ -29,7 +53,7 @@ row::row(const toml::table &node, row &parent, std::string_view kind, std::strin
   if (!name.empty()) subject_ += " '" + name + "'";
 }
 
-std::string row::text(std::string_view key)
+std::string row::text(std::string_view key, bool may_be_empty)
 {
   const toml::node *node = required(key);
   if (node == nullptr) return {};
@@ -38,7 +62,7 @@ std::string row::text(std::string_view key)
     wrong_type(key, *node, "a string");
     return {};
   }
-  if (value->empty()) error(key, "'" + std::string(key) + "' is empty");
+  if (value->empty() && !may_be_empty) error(key, "'" + std::string(key) + "' is empty");
   return *value;
 }
 
@@ -124,10 +148,12 @@ void row::refuse(std::string_view key, std::string_view why)
   error(key, "'" + std::string(key) + "' must be left out: " + std::string(why));
 }
 
-void row::error(std::string_view key, std::string message)
+void row::error(std::string_view key, std::string message) { report(place_of(key), std::move(message)); }
+
+position row::place_of(std::string_view key) const
 {
   const toml::node *node = node_.get(key);
-  report(place((node != nullptr ? *node : static_cast<const toml::node &>(node_)).source()), std::move(message));
+  return place((node != nullptr ? *node : static_cast<const toml::node &>(node_)).source());
 }
 
 origin row::finish()

@@ -6,7 +6,9 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <filesystem>
 #include <limits>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -27,6 +29,9 @@ using word = std::pair<std::string_view, Value>;
 /// "exact, ternary or lpm"
 std::string list_words(std::span<const std::string_view> words);
 
+/// The values of a file. Nothing, after an error, where it cannot be read or is no TOML.
+std::optional<toml::table> parse_file(const std::filesystem::path &path, diagnostics &diag);
+
 class row {
  public:
   /// A whole file; its errors have no subject.
@@ -40,7 +45,7 @@ class row {
   /// The same for a key that this sort of row may have.
   bool optional(std::string_view key);
 
-  std::string text(std::string_view key);
+  std::string text(std::string_view key, bool may_be_empty = false);
   std::uint32_t number(std::string_view key);
   /// A number that stands only where the rule does not give it, so it is never 0.
   std::uint32_t extra_number(std::string_view key);
@@ -119,6 +124,7 @@ class row {
   origin finish();
 
   const std::string &file() const { return file_; }
+  position place_of(std::string_view key) const;
 
  private:
   template <class Value>

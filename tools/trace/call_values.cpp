@@ -53,21 +53,27 @@ class call_writer {
   void inputs()
   {
     for (std::size_t i = 0; i < row_.count; ++i) {
-      if (!is_answer(row_, row_.rows[i].kind)) input(i);
+      if (goes_in(row_.rows[i])) input(i);
     }
   }
 
   void outputs()
   {
-    if (const std::size_t at = row_.place_of("act_hdl"); at < row_.count && comes_out(row_.rows[at].kind)) {
+    if (const std::size_t at = row_.place_of("act_hdl"); at < row_.count && !goes_in(row_.rows[at])) {
       answered_action(at);
     }
     for (std::size_t i = 0; i < row_.count; ++i) {
-      if (is_answer(row_, row_.rows[i].kind) && arguments_[i] != 0) output(i);
+      if (!goes_in(row_.rows[i]) && arguments_[i] != 0) output(i);
     }
   }
 
  private:
+  /// What is only an address is shown as it goes in.
+  static bool goes_in(const argument_row &argument)
+  {
+    return argument.way == direction::in || is_opaque(argument.kind);
+  }
+
   void answered_action(std::size_t at)
   {
     const auto *const handle = pointed_at<std::uint32_t>(arguments_[at]);
@@ -82,10 +88,17 @@ class call_writer {
   void input(std::size_t at)
   {
     using enum value_kind;
-    const auto &[name, kind, size] = row_.rows[at];
+    const std::string_view name = row_.rows[at].name;
+    const value_kind kind = row_.rows[at].kind;
     const word value = arguments_[at];
     switch (kind) {
       case number:
+      case device:
+      case entry_handle:
+      case member_handle:
+      case group_handle:
+      case value_set_handle:
+      case snapshot_handle:
         if (to_.json() || name != "flags" || value != 0) member(at).number(value);
         return;
       case handle: return records_.row_handle(name, static_cast<std::uint32_t>(value));
@@ -101,7 +114,7 @@ class call_writer {
     }
     if (value == 0) {
       member(at).name("null");
-    } else if (kind == pointer || kind == state) {
+    } else if (is_opaque(kind) || kind == state) {
       member(at).name(address_text(value));
     } else {
       record(at);
@@ -145,7 +158,8 @@ class call_writer {
         to_.close();
         break;
       case resources:
-        records_.resource_list({pointed_at<drv_res_spec_t>(value), static_cast<std::uint32_t>(arguments_[at + 1])});
+        records_.resource_list(
+            {pointed_at<drv_res_spec_t>(value), static_cast<std::uint32_t>(arguments_[row_.rows[at].room])});
         break;
       case register_value: to_.bytes(pointed_at<drv_stful_spec_t>(value)->bytes); break;
       case register_queries: queries(at); break;
@@ -156,8 +170,8 @@ class call_writer {
 
   void queries(std::size_t at)
   {
-    const std::size_t count_at = row_.place_of("count_read");
-    const std::uint32_t count = count_at < row_.count ? *pointed_at<std::uint32_t>(arguments_[count_at]) : 1;
+    const std::uint8_t filled = row_.rows[at].filled;
+    const std::uint32_t count = filled == driver::no_argument ? 1 : *pointed_at<std::uint32_t>(arguments_[filled]);
     to_.open('[');
     for (std::uint32_t i = 0; i < std::min(count, longest_list); ++i) {
       const drv_stful_query_t &query = pointed_at<drv_stful_query_t>(arguments_[at])[i];
@@ -175,24 +189,34 @@ class call_writer {
   void output(std::size_t at)
   {
     using enum value_kind;
-    const auto &[name, kind, size] = row_.rows[at];
     const word value = arguments_[at];
-    switch (kind) {
-      case number_out: return numbers_out(at);
-      case wide_number_out: member(at).hexadecimal(*pointed_at<std::uint64_t>(value)); return;
-      case signed_number_out: member(at).signed_number(*pointed_at<std::int32_t>(value)); return;
-      case resource_list_out: return listed_resources(at);
+    switch (row_.rows[at].kind) {
+      case number:
+      case entry_handle:
+      case member_handle:
+      case group_handle:
+      case value_set_handle:
+      case snapshot_handle: return numbers_out(at);
+      case handle: return records_.row_handle(row_.rows[at].name, *pointed_at<std::uint32_t>(value));
+      case signed_number: member(at).signed_number(*pointed_at<std::int32_t>(value)); return;
+      case resource_list: return listed_resources(at);
       default: return record(at);
     }
   }
 
   void numbers_out(std::size_t at)
   {
+    const argument_row &row = row_.rows[at];
+    if (row.size == sizeof(std::uint64_t)) {
+      member(at).hexadecimal(*pointed_at<std::uint64_t>(arguments_[at]));
+      return;
+    }
     const auto *const numbers = pointed_at<std::uint32_t>(arguments_[at]);
-    const std::string_view name = row_.rows[at].name;
-    if (name != "next_hdls")
-      return names_a_row(name) ? records_.row_handle(name, *numbers) : void(member(at).number(*numbers));
-    const auto count = static_cast<std::uint32_t>(arguments_[row_.place_of("n")]);
+    if (row.room == driver::no_argument) {
+      member(at).number(*numbers);
+      return;
+    }
+    const auto count = static_cast<std::uint32_t>(arguments_[row.room]);
     member(at).open('[');
     for (std::uint32_t i = 0; i < std::min(count, longest_list); ++i) to_.element().number(numbers[i]);
     to_.close(']');
@@ -200,7 +224,7 @@ class call_writer {
 
   void listed_resources(std::size_t at)
   {
-    const auto *const count = pointed_at<std::uint32_t>(arguments_[at - 1]);
+    const auto *const count = pointed_at<std::uint32_t>(arguments_[row_.rows[at].filled]);
     const pd_res_spec_t *const list = *pointed_at<const pd_res_spec_t *>(arguments_[at]);
     if (count == nullptr || list == nullptr) return;
     member(at).open('[');
@@ -245,14 +269,14 @@ void write_result(value_writer &to, const call_row &row, word result)
 {
   switch (row.result) {
     case result_kind::status: to.number(static_cast<std::uint32_t>(result)); break;
-    case result_kind::none: break;
+    case result_kind::nothing: break;
     case result_kind::state:
       if (const calls::profile_info *const profile = profile_of(pointed_at<void>(result))) {
         to.name(profile->name);
         break;
       }
       [[fallthrough]];
-    case result_kind::pointer: to.name(address_text(result)); break;
+    case result_kind::block: to.name(address_text(result)); break;
   }
 }
 

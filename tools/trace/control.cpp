@@ -49,12 +49,6 @@ void turn_all(bool on, function_list<Functions...>)
   (interposed<Functions>::turn(on), ...);
 }
 
-template <auto... Functions>
-bool is_driver_function(std::string_view name, function_list<Functions...>)
-{
-  return ((row_of<Functions>.name == name) || ...);
-}
-
 /// Guards the beginning and the end of traces against each other.
 std::mutex &control()
 {
@@ -143,7 +137,8 @@ std::uint64_t tarvex_trace_calls() { return the_trace().calls(); }
 
 void *tarvex_trace_next(const char *driver_function)
 {
-  return is_driver_function(driver_function, driver_functions{}) ? find_next(driver_function) : nullptr;
+  constexpr auto names = tarvex::driver::names_of(driver_functions{});
+  return std::ranges::find(names, driver_function) != names.end() ? find_next(driver_function) : nullptr;
 }
 
 ms_state *tarvex_trace_state(std::uint32_t profile) { return state_of(profile); }

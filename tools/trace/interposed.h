@@ -7,7 +7,6 @@
 #include <array>
 #include <atomic>
 
-#include "driver_functions.h"
 #include "traced_call.h"
 
 namespace tarvex::trace {
@@ -71,7 +70,7 @@ struct interposed<Function, Result (*)(Arguments...)> {
 
 /// What each exported definition does.
 template <auto Function, typename... Arguments>
-[[gnu::always_inline]] inline auto call(Arguments... arguments)
+[[gnu::always_inline]] inline auto driver_call(Arguments... arguments)
 {
   const auto to = interposed<Function>::target.load(std::memory_order_relaxed);
   if constexpr (row_of<Function>.result == result_kind::state) {

@@ -71,7 +71,7 @@ std::string text_end(const call_row &row, bool anything_ahead, std::span<const w
     if (!outputs.empty()) (text += anything_ahead ? ", " : "") += outputs;
   }
   text += ')';
-  if (row.result != result_kind::none) {
+  if (row.result != result_kind::nothing) {
     text += " = ";
     write_result(to, row, result);
   }
@@ -101,7 +101,7 @@ std::string json_line(const call_row &row, const call_entry &entry, std::string_
     write_outputs(to, row, arguments);
     to.close();
   }
-  if (row.result != result_kind::none) {
+  if (row.result != result_kind::nothing) {
     write_result(to.member(row.result == result_kind::status ? "status" : "result"), row, result);
   }
   if (row.result == result_kind::status) {

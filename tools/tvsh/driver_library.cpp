@@ -12,7 +12,7 @@
 #include <memory>
 #include <system_error>
 
-#include "driver_names.h"
+#include "driver_functions.h"
 #include "shell_error.h"
 
 namespace tarvex::shell {
@@ -33,8 +33,8 @@ void check(const std::string &path)
   const open_library opened(dlopen(path.c_str(), RTLD_LAZY | RTLD_LOCAL));
   if (!opened) throw file_error(std::string("the driver cannot be loaded: ") + dlerror());
   std::string missing;
-  for (const char *const name : driver_names) {
-    if (dlsym(opened.get(), name) == nullptr) missing += std::string(missing.empty() ? "" : ", ") + name;
+  for (const std::string_view name : names_of(driver::driver_functions{})) {
+    if (dlsym(opened.get(), name.data()) == nullptr) (missing += missing.empty() ? "" : ", ") += name;
   }
   if (!missing.empty()) throw file_error(path + ": is no whole driver; it lacks " + missing);
 }

@@ -5,45 +5,36 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
-#include <string_view>
 #include <unordered_map>
+
+#include "driver_kinds.h"
 
 namespace tarvex::trace {
 
-enum class handle_sort : std::uint8_t { entry, member, group, value_set_entry, snapshot };
-
-/// What a handle argument or a handle that comes out is of, by its name; nothing for other arguments.
-constexpr std::optional<handle_sort> sort_of(std::string_view argument)
-{
-  if (argument == "entry_hdl") return handle_sort::entry;
-  if (argument == "mbr_hdl") return handle_sort::member;
-  if (argument == "grp_hdl") return handle_sort::group;
-  if (argument == "pvs_entry_hdl") return handle_sort::value_set_entry;
-  if (argument == "hdl") return handle_sort::snapshot;
-  return std::nullopt;
-}
+using driver::value_kind;
 
 /// Where handles of a call are from: entries are known within their table, members and groups within their profile.
 struct handle_scope {
   std::uint32_t table = 0;
   std::uint32_t profile = 0;
 
-  std::uint32_t of(handle_sort sort) const
+  std::uint32_t of(value_kind sort) const
   {
-    return sort == handle_sort::entry ? table : sort == handle_sort::member || sort == handle_sort::group ? profile : 0;
+    return sort == value_kind::entry_handle                                        ? table
+           : sort == value_kind::member_handle || sort == value_kind::group_handle ? profile
+                                                                                   : 0;
   }
 };
 
 class handle_map {
  public:
-  std::uint32_t now(handle_sort sort, const handle_scope &scope, std::uint32_t recorded) const
+  std::uint32_t now(value_kind sort, const handle_scope &scope, std::uint32_t recorded) const
   {
     const auto found = changed_.find({sort, scope.of(sort), recorded});
     return found == changed_.end() ? recorded : found->second;
   }
 
-  void learn(handle_sort sort, const handle_scope &scope, std::uint32_t recorded, std::uint32_t given)
+  void learn(value_kind sort, const handle_scope &scope, std::uint32_t recorded, std::uint32_t given)
   {
     const key of{sort, scope.of(sort), recorded};
     if (recorded == given) {
@@ -55,7 +46,7 @@ class handle_map {
 
  private:
   struct key {
-    handle_sort sort;
+    value_kind sort;
     std::uint32_t scope;
     std::uint32_t recorded;
     bool operator==(const key &) const = default;

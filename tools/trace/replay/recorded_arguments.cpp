@@ -78,7 +78,7 @@ recorded_arguments::recorded_arguments(const call_row &row, const json &recorded
     for (const argument_row &argument : row.arguments()) {
       const std::string name(argument.name);
       try {
-        const bool goes_in = !comes_out(argument.kind);
+        const bool goes_in = argument.way == direction::in;
         if (goes_in && !recorded.contains(name)) throw trace_error("is missing");
         action(argument, goes_in ? recorded[name] : json());
       } catch (const std::exception &error) {  // of the JSON library's, too
@@ -88,8 +88,8 @@ recorded_arguments::recorded_arguments(const call_row &row, const json &recorded
   };
   each([&](const argument_row &argument, const json &value) { find_scope(argument, value); });
   each([&](const argument_row &argument, const json &value) {
-    words_.push_back(comes_out(argument.kind) ? address(memory(sizeof(std::uint64_t)))
-                                              : read(row, argument, value, recorded));
+    words_.push_back(argument.way != direction::in ? address(memory(sizeof(std::uint64_t)))
+                                                   : read(row, argument, value, recorded));
   });
 }
 
@@ -120,20 +120,23 @@ word recorded_arguments::read(const call_row &row, const argument_row &argument,
   // A reset to what the driver has for it.
   if (argument.kind == register_value && row.name.starts_with("pipe_stful_table_reset") && is_null(value)) return 0;
   switch (argument.kind) {
-    case number: {
-      const std::optional<handle_sort> sort = sort_of(argument.name);
-      if (sort) return handles_.now(*sort, scope_, trace::number<std::uint32_t>(value));
+    case entry_handle:
+    case member_handle:
+    case group_handle:
+    case value_set_handle:
+    case snapshot_handle: return handles_.now(argument.kind, scope_, trace::number<std::uint32_t>(value));
+    case number:
+    case device:
       return argument.size == sizeof(std::uint32_t) ? trace::number<std::uint32_t>(value)
                                                     : trace::number<std::uint64_t>(value);
-    }
     case handle: return trace::number<std::uint32_t>(value);
     case device_target: return trace::number<pd_dev_tgt_t>(value);
     case match_spec: return key(value);
     case action_spec: return action(value);
     case resources:
-      if (!value.is_array() || value.size() != recorded.at("count"))
+      if (!value.is_array() || value.size() != recorded.at(std::string(row.rows[argument.room].name)))
         throw trace_error("the count of resources is not that of the list");
-      return resource_list(value);
+      return all_resources(value);
     case register_value: return address(bytes(value, sizeof(drv_stful_spec_t)));
     case trigger: return address(bytes(value, sizeof(snap_trig_spec_t)));
     case idle_params: {
@@ -174,11 +177,11 @@ word recorded_arguments::action(const json &value)
     action->act_data.data_bytes = static_cast<std::uint16_t>(size);
     action->act_data.data = bytes(data, size);
   }
-  const auto handle = [&](handle_sort sort, const char *name) {
+  const auto handle = [&](value_kind sort, const char *name) {
     return handles_.now(sort, scope_, number<std::uint32_t>(value.at(name)));
   };
-  action->mbr_hdl = handle(handle_sort::member, "mbr_hdl");
-  action->grp_hdl = handle(handle_sort::group, "grp_hdl");
+  action->mbr_hdl = handle(value_kind::member_handle, "mbr_hdl");
+  action->grp_hdl = handle(value_kind::group_handle, "grp_hdl");
   const json &list = value.at("resources");
   if (list.size() > DRV_ACTION_MAX_RES) throw trace_error("an action has more resources than there is room for");
   action->res_count = static_cast<std::uint32_t>(list.size());
@@ -186,7 +189,7 @@ word recorded_arguments::action(const json &value)
   return address(action);
 }
 
-word recorded_arguments::resource_list(const json &list)
+word recorded_arguments::all_resources(const json &list)
 {
   auto *const all = record<drv_res_spec_t>(list.size() + 1);
   for (std::size_t i = 0; i < list.size(); ++i) fill_resource(list[i], all[i]);

@@ -33,7 +33,7 @@ class recorded_arguments {
             const nlohmann::json &recorded);
   word key(const nlohmann::json &value);
   word action(const nlohmann::json &value);
-  word resource_list(const nlohmann::json &list);
+  word all_resources(const nlohmann::json &list);
   void fill_resource(const nlohmann::json &value, drv_res_spec_t &resource);
   word members(value_kind kind, const nlohmann::json &value);
   /// Never null. Throws trace_error for more bytes or less.

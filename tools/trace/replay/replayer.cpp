@@ -5,11 +5,10 @@
 
 #include <dlfcn.h>
 
-#include <array>
+#include <algorithm>
 #include <unordered_map>
 #include <utility>
 
-#include "driver_functions.h"
 #include "recorded_arguments.h"
 #include "recorded_number.h"
 
@@ -34,7 +33,7 @@ std::uint32_t make_call(pd_status_t (*function)(Arguments...), [[maybe_unused]] 
 template <auto Function>
 constexpr callable callable_of()
 {
-  if constexpr (row_of<Function>.effect == call_effect::write) {
+  if constexpr (row_of<Function>.effect == call_effect::writes) {
     return {&row_of<Function>, [](void *code, std::span<const word> arguments) {
               return make_call(reinterpret_cast<decltype(Function)>(code), arguments);
             }};
@@ -76,7 +75,7 @@ json parsed(std::string_view line)
 /// A handle that came out then.
 struct answered_handle {
   std::size_t at;
-  handle_sort sort;
+  value_kind sort;
   std::uint32_t then;
 };
 
@@ -84,11 +83,17 @@ struct answered_handle {
 std::optional<answered_handle> handle_answered(const call_row &row, const json &call)
 {
   for (std::size_t i = 0; i < row.count; ++i) {
-    const std::optional<handle_sort> sort = sort_of(row.rows[i].name);
-    if (!sort || !comes_out(row.rows[i].kind)) continue;
-    return answered_handle{i, *sort, number<std::uint32_t>(call.at("results").at(std::string(row.rows[i].name)))};
+    if (!driver::is_made_handle(row.rows[i].kind) || row.rows[i].way == direction::in) continue;
+    return answered_handle{i, row.rows[i].kind,
+                           number<std::uint32_t>(call.at("results").at(std::string(row.rows[i].name)))};
   }
   return std::nullopt;
+}
+
+bool is_of_allocator(const call_row &row)
+{
+  const auto is_block = [](const argument_row &argument) { return argument.kind == value_kind::block; };
+  return row.result == result_kind::block || std::ranges::any_of(row.arguments(), is_block);
 }
 
 /// The last handle that goes in; 0 where there is none.
@@ -96,7 +101,7 @@ std::uint32_t handle_given(const call_row &row, std::span<const word> arguments)
 {
   std::uint32_t given = 0;
   for (std::size_t i = 0; i < row.count; ++i) {
-    if (sort_of(row.rows[i].name)) given = static_cast<std::uint32_t>(arguments[i]);
+    if (driver::is_made_handle(row.rows[i].kind)) given = static_cast<std::uint32_t>(arguments[i]);
   }
   return given;
 }
@@ -131,11 +136,11 @@ try {
   const callable &function = function_named(call.at("call").get<std::string>());
   if (number<unsigned>(call.at("depth")) != 0) {
     ++counts_.nested;
-  } else if (function.row->effect == call_effect::read) {
+  } else if (function.row->effect == call_effect::reads) {
     ++counts_.reads;
-  } else if (function.row->effect == call_effect::other) {
+  } else if (function.row->effect == call_effect::neither) {
     // Memory of the driver's is taken and given back in reads.
-    ++(function.row->name.starts_with("bf_sys") ? counts_.reads : counts_.left_out);
+    ++(is_of_allocator(*function.row) ? counts_.reads : counts_.left_out);
   } else if (number<std::uint32_t>(call.at("status")) != 0) {
     ++counts_.refused;
   } else {

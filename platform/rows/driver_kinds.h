@@ -1,0 +1,78 @@
+// Kinds of the driver's functions and arguments, each with its word in driver.toml, which is the enumerator's name.
+//
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string_view>
+
+namespace tarvex::driver {
+
+/// What an argument carries.
+enum class value_kind : std::uint8_t {
+  number,
+  signed_number,
+  device,
+  device_target,
+  handle,        // of a row of the pipeline
+  entry_handle,  // these five are made by the driver
+  member_handle,
+  group_handle,
+  value_set_handle,
+  snapshot_handle,
+  text,
+  state,  // of an action profile, in the member-selector service
+  match_spec,
+  action_spec,
+  action_data,
+  resources,
+  meter,
+  wred,
+  counter,
+  register_value,
+  register_queries,
+  idle_params,
+  capture_sizes,
+  trigger,
+  resource_list,  // stays the driver's
+  callback,
+  // Addresses whose contents only the driver or the library's caller knows.
+  cookie,
+  client_callbacks,
+  document,
+  digest_message,
+  placement,
+  capture,
+  block,
+};
+inline constexpr std::array<std::string_view, 33> value_kind_words = {
+    "number",           "signed_number",  "device",
+    "device_target",    "handle",         "entry_handle",
+    "member_handle",    "group_handle",   "value_set_handle",
+    "snapshot_handle",  "text",           "state",
+    "match_spec",       "action_spec",    "action_data",
+    "resources",        "meter",          "wred",
+    "counter",          "register_value", "register_queries",
+    "idle_params",      "capture_sizes",  "trigger",
+    "resource_list",    "callback",       "cookie",
+    "client_callbacks", "document",       "digest_message",
+    "placement",        "capture",        "block"};
+
+constexpr bool is_made_handle(value_kind kind)
+{
+  return kind >= value_kind::entry_handle && kind <= value_kind::snapshot_handle;
+}
+constexpr bool is_opaque(value_kind kind) { return kind >= value_kind::cookie; }
+
+enum class direction : std::uint8_t { in, out, inout };
+inline constexpr std::array<std::string_view, 3> direction_words = {"in", "out", "inout"};
+
+/// What a call does to the switch. Rows that are `callback` are no functions of the driver, but types of functions.
+enum class call_effect : std::uint8_t { reads, writes, neither, callback };
+inline constexpr std::array<std::string_view, 4> call_effect_words = {"reads", "writes", "neither", "callback"};
+
+enum class result_kind : std::uint8_t { status, state, block, nothing };
+inline constexpr std::array<std::string_view, 4> result_kind_words = {"status", "state", "block", "nothing"};
+
+}  // namespace tarvex::driver
