@@ -2,6 +2,7 @@
 //
 // SPDX-License-Identifier: Apache-2.0
 #include <algorithm>
+#include <nlohmann/json.hpp>
 
 #include "command.h"
 #include "shell_fixture.h"
@@ -156,9 +157,26 @@ TEST_F(errors_test, each_mistake_is_told_and_writes_nothing)
   for (const mistake &each : mistakes) {
     const answer got = run(each.line);
     EXPECT_EQ(got.code, each.code) << each.line << "\n" << got.errors;
-    EXPECT_NE(got.errors.find(each.told), std::string::npos) << each.line << "\n" << got.errors;
+    EXPECT_NE((got.errors + got.lines).find(each.told), std::string::npos) << each.line << "\n" << got.errors;
   }
   EXPECT_EQ(lines_of("count"), "");
+}
+
+// With -j the error is the command's document, and nothing goes beside it.
+TEST_F(errors_test, each_mistake_is_told_as_json)
+{
+  for (const mistake &each : mistakes) {
+    if (each.line.find_first_of("'|") != std::string_view::npos) continue;  // -j would not be a word of its own
+    const answer got = run(std::string(each.line) + " -j");
+    EXPECT_EQ(got.errors, "") << each.line;
+    const auto document = nlohmann::json::parse(got.lines, nullptr, false);
+    ASSERT_TRUE(document.is_object()) << each.line << "\n" << got.lines;
+    EXPECT_EQ(document["error"]["exit_code"], static_cast<int>(each.code)) << each.line;
+    EXPECT_NE(document["error"].value("message", "").find(each.told), std::string::npos) << got.lines;
+  }
+  shell.defaults.json = true;
+  EXPECT_EQ(run("tables '").lines,
+            "{\"schema_version\":2,\"error\":{\"message\":\"the quote ' has no end\",\"exit_code\":1}}\n");
 }
 
 TEST_F(errors_test, every_command_has_a_mistake_here)

@@ -28,7 +28,9 @@ def run(*arguments, **extra):
 def pipes():
     code, out, _ = run("-c", "tables ipv4Host")
     expect("one command", code == 0 and "ipv4Host" in out and "\033" not in out)
-    expect("JSON by a program option", json.loads(run("-j", "-c", "tables")[1])["schema_version"] == 1)
+    expect("JSON by a program option", json.loads(run("-j", "-c", "tables")[1])["schema_version"] == 2)
+    code, out, errors = run("-j", "--attach", "/nowhere", "-c", "count")
+    expect("an error that is no command's", (code, json.loads(out)["error"]["exit_code"], errors) == (4, 4, ""))
     for arguments, wanted in ((["-c", "tabels"], 1), (["-c", "show ipv4Host handle=1"], 2), (["--nonsense"], 1),
                               (["-c", "load-routes /nowhere"], 4), (["-f", "/nowhere/script"], 4), (["-f", "/"], 4),
                               (["-c", "tables", "-f", "x"], 1), (["--color=pink"], 1), (["--help"], 0)):

@@ -178,7 +178,7 @@ TEST_F(state_test, traffic_and_time_are_compared_when_asked)
             "idle ipv4Host ttl vrfId=1 dip=10.0.0.1 ttl=500\n"
             "counter ingL2DomainCounters decapType=1 ingL3Aintf=9 packets=2 bytes=128\n");
   lines_of("apply a.json counts");
-  EXPECT_EQ(lines_of("diff live a.json counts -j"), "{\"schema_version\":1,\"operations\":[\n]}\n");
+  EXPECT_EQ(lines_of("diff live a.json counts -j"), "{\"schema_version\":2,\"operations\":[\n]}\n");
 }
 
 TEST_F(state_test, a_bad_file_is_refused_before_anything_is_written)

@@ -74,7 +74,7 @@ TEST_F(updates_test, updates_are_shown_as_text_and_json)
   for (std::string line; std::getline(lines, line);) {
     const auto document = nlohmann::json::parse(line, nullptr, false);
     ASSERT_TRUE(document.is_object()) << line;
-    EXPECT_EQ(document["schema_version"], 1);
+    EXPECT_EQ(document["schema_version"], 2);
     EXPECT_EQ(document["profile"], "ecmpMemberActionProfile");
     seen += document["event"].get<std::string>() + (document.contains("group") ? " group\n" : " member\n");
   }

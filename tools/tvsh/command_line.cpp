@@ -73,6 +73,20 @@ std::vector<typed_word> split_words(std::string_view text)
   return words;
 }
 
+bool asks_for_json(std::string_view text, const options &defaults)
+{
+  if (defaults.json) return true;
+  try {
+    for (const typed_word &each : split_words(text)) {
+      if (each.bar) break;
+      if (each.text == "-j" || each.text == "--json") return true;
+    }
+  } catch (const usage_error &) {
+    // A quote without its end: nobody knows where the last word would have ended.
+  }
+  return false;
+}
+
 command_line parse_command_line(std::string_view text, const options &defaults)
 {
   command_line line;

@@ -35,6 +35,9 @@ struct typed_word {
 /// Throws usage_error for a quote without its end. `#` at the start of a word begins a comment.
 std::vector<typed_word> split_words(std::string_view text);
 
+/// Whether the line asks for JSON, which is known of a line with a mistake, too.
+bool asks_for_json(std::string_view text, const options &defaults);
+
 /// `defaults` are the options of the session. Throws usage_error.
 command_line parse_command_line(std::string_view text, const options &defaults);
 

@@ -48,7 +48,7 @@ exit_code show_counters(const invocation &call)
               {{"counter", counter.name}});
   for_each_cell(call, counter, read, [&](std::uint32_t cell) {
     read.must(std::string("reading ") + counter.name);
-    rows.number(cell).number(value.packets).number(value.bytes);
+    rows.number(cell).counter(value.packets).counter(value.bytes);
     if (counter.direct) {
       rows.cell(label_of(call, counter, cell));
     } else {

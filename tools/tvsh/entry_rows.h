@@ -35,7 +35,7 @@ class entry_rows {
   entry_rows(output &out, const options &chosen, const table_info &table);
 
   void show(const table_entry &entry);
-  void finish() { rows_.finish(); }
+  void finish(const std::optional<report::flag> &tail = {}) { rows_.finish(tail); }
 
  private:
   void show_key(const table_entry &entry);

@@ -81,7 +81,7 @@ exit_code add_entry(const invocation &call)
       .give(meter_spec, &meter)
       .give(entry_hdl_out, &handle);
   if (call.carry_out(write, std::string("adding an entry to ") + table.name)) {
-    call.out.line("entry " + std::to_string(handle));
+    call.made("entry", handle);
   }
   return exit_code::ok;
 }
@@ -144,7 +144,7 @@ exit_code set_default(const invocation &call)
   function_call write(*function_for(family_id::set_default_action, use), call.where());
   write.give(action_spec, record.data()).give(meter_spec, &meter).give(entry_hdl_out, &handle);
   if (call.carry_out(write, std::string("setting the default of ") + table.name)) {
-    call.out.line("entry " + std::to_string(handle));
+    call.made("entry", handle);
   }
   return exit_code::ok;
 }

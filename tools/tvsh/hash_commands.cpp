@@ -16,12 +16,16 @@ std::string of(const hash_info &hash) { return std::string(" of ") + hash.name; 
 void show(report &rows, const invocation &call, const hash_info &hash)
 {
   std::string fields;
+  std::string json = "[";
   const hash_state state = read_hash(hash, call.where());
   for (std::size_t i = 0; i < state.selected.size(); ++i) {
-    if (state.selected[i]) fields += (fields.empty() ? "" : " ") + std::to_string(i);
+    if (!state.selected[i]) continue;
+    if (!fields.empty()) fields += ' ', json += ',';
+    append_decimal(fields, i);
+    append_decimal(json, i);
   }
-  rows.cell(hash.name).hexadecimal(hash.handle).hexadecimal(state.seed).number(state.selected.size());
-  rows.cell(fields).end_row();
+  rows.cell(hash.name).handle(hash.handle).hexadecimal(state.seed).number(state.selected.size());
+  rows.cell_as(fields, json += ']').end_row();
 }
 
 void set_seed(const invocation &call, const hash_info &hash)

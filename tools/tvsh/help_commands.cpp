@@ -5,6 +5,7 @@
 
 #include "command.h"
 #include "commands.h"
+#include "report.h"
 #include "session.h"
 
 namespace tarvex::shell {
@@ -27,8 +28,15 @@ void list_commands(output &out)
       out.line(line += each.summary);
     }
   }
-  out.line("'help COMMAND' tells more. Every command takes -j (JSON, where it reads), --raw (hexadecimal), --hw (read");
+  out.line("'help COMMAND' tells more. Every command takes -j (JSON), --raw (hexadecimal), --hw (read");
   out.line("the hardware) and --dry-run (check only), and ends in '| include RE', '| exclude RE' or '| count'.");
+}
+
+void list_as_json(const invocation &call)
+{
+  report rows(call.out, call.chosen, "commands", {{"command"}, {"arguments"}, {"summary"}});
+  for (const command &each : commands()) rows.cell(each.name).cell(each.arguments).cell(each.summary).end_row();
+  rows.finish();
 }
 
 void put_lines(output &out, std::string_view text)
@@ -46,10 +54,22 @@ exit_code help(const invocation &call)
 {
   call.expect_at_most(1);
   if (!call.has(0)) {
-    list_commands(call.out);
+    if (call.chosen.json) {
+      list_as_json(call);
+    } else {
+      list_commands(call.out);
+    }
     return exit_code::ok;
   }
   const command &what = command_named(call.words[0]);
+  if (call.chosen.json) {
+    call.result({}, {{"command", what.name},
+                     {"usage", usage_of(what)},
+                     {"summary", what.summary},
+                     {"details", what.details},
+                     {"examples", what.examples}});
+    return exit_code::ok;
+  }
   put_lines(call.out, usage_of(what));
   call.out.line(what.summary);
   put_lines(call.out, what.details);

@@ -25,7 +25,7 @@ void list_tables(const invocation &call)
 {
   report rows(call.out, call.chosen, "tables", {{"table", 24}, {"handle", 9}});
   for (const table_info &table : calls::tables) {
-    if (table.idle_time) rows.cell(table.name).hexadecimal(table.handle).end_row();
+    if (table.idle_time) rows.cell(table.name).handle(table.handle).end_row();
   }
   rows.finish();
 }

@@ -3,6 +3,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "interpreter.h"
 
+#include "json_output.h"
 #include "script_lines.h"
 
 namespace tarvex::shell {
@@ -15,7 +16,12 @@ exit_code interpreter::run_script(std::string_view text, std::string_view name, 
     const bool signalled = stop_code() != exit_code::ok;
     const exit_code code = signalled ? stop_code() : run(line->text, out);
     if (code != exit_code::ok) {
-      out.error(stop_text(name, *line, signalled ? "interrupted before" : "stopped at", done, lines));
+      const std::string message = stop_text(name, *line, signalled ? "interrupted before" : "stopped at", done, lines);
+      if (defaults.json) {
+        out.line(error_document(ended_by(code), message, script_place{name, line->number}));
+      } else {
+        out.error(message);
+      }
       return ended_by(code);
     }
     ++done;

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "command_line.h"
 #include "output.h"
 #include "shell_error.h"
 
@@ -20,10 +21,10 @@ class interpreter {
   interpreter &operator=(const interpreter &) = delete;
   virtual ~interpreter() = default;
 
-  /// Runs one command. What goes wrong is told as an error of the output.
+  /// Runs one command. What goes wrong is reported as an error of the output or, with -j, in the command's document.
   virtual exit_code run(std::string_view line, output &out) = 0;
 
-  /// Runs one command after the other, each of a line, to the first that does not end well; its error names the line.
+  /// Runs the commands of a text, one a line, up to the first that fails; another error names its line.
   exit_code run_script(std::string_view text, std::string_view name, output &out);
 
   /// Words that can stand where the line ends; the last word of the line may have been begun.
@@ -48,6 +49,9 @@ class interpreter {
 
   /// Forgets an interrupt that came while no command ran. Who runs a command calls it ahead.
   virtual void clear_interrupt() noexcept = 0;
+
+  /// Options that commands have without being given them.
+  options defaults;
 
   /// Set by the command that ends a session.
   bool ended = false;

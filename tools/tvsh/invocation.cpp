@@ -3,6 +3,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "invocation.h"
 
+#include "json_output.h"
+#include "json_text.h"
 #include "session.h"
 #include "shell_error.h"
 
@@ -23,10 +25,49 @@ void invocation::expect_at_most(std::size_t count) const
   if (words.size() > count) throw argument_error("'" + words[count] + "' is one word too many");
 }
 
+result_member::result_member(std::string_view name, std::string_view text) : name_(name)
+{
+  append_json_text(json_, text);
+}
+
+result_member::result_member(std::string_view name, std::span<const std::string_view> texts) : name_(name)
+{
+  for (const std::string_view each : texts) {
+    json_ += json_.empty() ? '[' : ',';
+    append_json_text(json_, each);
+  }
+  json_ += json_.empty() ? "[]" : "]";
+}
+
 bool invocation::only_checked(const std::string &what) const
 {
-  if (chosen.dry_run) out.note("checked, and nothing written: " + what);
-  return chosen.dry_run;
+  if (!chosen.dry_run) return false;
+  if (chosen.json) {
+    result({}, {{"done", false}, {"checked", what}});
+  } else {
+    out.note("checked, and nothing written: " + what);
+  }
+  return true;
+}
+
+void invocation::result(std::string_view text, std::initializer_list<result_member> members) const
+{
+  if (!chosen.json) {
+    out.line(text);
+    return;
+  }
+  std::string document;
+  json_objects json(document);
+  json.open();
+  json.number("schema_version", schema_version);
+  for (const result_member &each : members) json.plain(each.name(), each.json());
+  json.close();
+  out.line(document);
+}
+
+void invocation::made(std::string_view kind, std::uint32_t handle) const
+{
+  result(std::string(kind) + ' ' + std::to_string(handle), {{"done", true}, {kind, handle}});
 }
 
 bool invocation::carry_out(function_call &call, const std::string &what) const

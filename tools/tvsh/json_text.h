@@ -9,7 +9,7 @@
 
 namespace tarvex::shell {
 
-/// The text between quotes.
+/// The text between quotes. Bytes that are no UTF-8, which a user may type, become U+FFFD.
 void append_json_text(std::string &to, std::string_view text);
 
 /// Writes objects to the end of a text.
@@ -19,7 +19,10 @@ class json_objects {
 
   void open();
   void open(std::string_view name);
+  /// Goes on with an object whose last value is complete.
+  void reopen() { first_ = false; }
   void close();
+  void boolean(std::string_view name, bool value) { plain(name, value ? "true" : "false"); }
   void number(std::string_view name, std::uint64_t value);
   void text(std::string_view name, std::string_view value);
   /// A value that is JSON already.

@@ -16,6 +16,7 @@
 
 #include "driver_library.h"
 #include "interrupt_handling.h"
+#include "json_output.h"
 #include "program_options.h"
 #include "prompt.h"
 #include "remote_session.h"
@@ -147,10 +148,21 @@ exit_code run(const program_options &wanted)
   return wanted.served ? serve(wanted, shell, out) : run_all(wanted, shell, out);
 }
 
+/// An error that is no command's: as text, or with -j as JSON where the answers of commands are.
+int fail(const shell_error &error, bool json)
+{
+  if (json) {
+    std::cout << error_document(error.code(), error.what()) << std::endl;
+  } else {
+    std::cerr << "tvsh: " << error.what() << '\n';
+  }
+  return static_cast<int>(error.code());
+}
+
 }  // namespace
 
 int main(int argc, char **argv)
-try {
+{
   argument_parser arguments;
   program_options wanted;
   try {
@@ -158,14 +170,15 @@ try {
   } catch (const CLI::ParseError &error) {
     return arguments.tell(error) == 0 ? 0 : static_cast<int>(exit_code::usage);
   }
-  if (wanted.page) return write_page(*wanted.page, arguments);
-  if (wanted.begun) return write_completions(*wanted.begun);
-  if (wanted.driver) {
-    drive_by(*wanted.driver, argv);
-    tell_driver_statuses(wanted.statuses);
+  try {
+    if (wanted.page) return write_page(*wanted.page, arguments);
+    if (wanted.begun) return write_completions(*wanted.begun);
+    if (wanted.driver) {
+      drive_by(*wanted.driver, argv);
+      tell_driver_statuses(wanted.statuses);
+    }
+    return static_cast<int>(run(wanted));
+  } catch (const shell_error &error) {
+    return fail(error, wanted.defaults.json);
   }
-  return static_cast<int>(run(wanted));
-} catch (const shell_error &error) {
-  std::cerr << "tvsh: " << error.what() << '\n';
-  return static_cast<int>(error.code());
 }

@@ -23,6 +23,8 @@ class output {
   /// A remark to the person, beside the data.
   virtual void note(std::string_view text) = 0;
   virtual void error(std::string_view text) = 0;
+  /// The driver's status that the command failed with, after its error.
+  virtual void refused_with(std::uint32_t /*status*/) {}
   /// Told now and then during long work.
   virtual void progress(std::string_view label, std::uint64_t done, std::uint64_t total) = 0;
   /// Sends what is kept back; for commands that wait between their lines.

@@ -84,7 +84,27 @@ else it runs the commands that come on its input, to the first that does not end
 .SH OPTIONS
 )";
 
-constexpr std::string_view page_tail = R"(.SH EXIT STATUS
+constexpr std::string_view page_tail = R"(.SH JSON
+With
+.B \-j
+each command writes one document to standard output, also where it fails, is interrupted, or only writes to the switch;
+.B monitor
+and
+.B trace follow
+write an object a line.
+A document has
+.BR schema_version ,
+which is 2.
+What was written has
+.BR done ;
+an error is
+.BR \(dqerror\(dq:{\(dqmessage\(dq,\(dqexit_code\(dq,\(dqstatus\(dq} ,
+where
+.B status
+is the driver's.
+A list that broke off is closed, and the error comes after it.
+Handles are numbers, counters of packets and bytes are decimal text, and remarks are objects on standard error.
+.SH EXIT STATUS
 .TP
 0
 done
@@ -239,7 +259,7 @@ std::string manual_page(const std::vector<program_option> &options)
     if (!option.choices.empty()) page += "(" + roff(joined(option.choices, ", ")) + ")\n";
   }
   page += ".SH COMMANDS\n";
-  page += "Every command takes\n.B \\-j\n(JSON, where it reads),\n.B \\-\\-raw\n(hexadecimal),\n.B \\-\\-hw\n";
+  page += "Every command takes\n.B \\-j\n(JSON),\n.B \\-\\-raw\n(hexadecimal),\n.B \\-\\-hw\n";
   page += "(read the hardware) and\n.B \\-\\-dry\\-run\n(check only), and ends in\n.BR \"| include\" ,\n";
   page += ".B | exclude\nor\n.BR \"| count\" .\n";
   for (std::size_t group = 0; group < titles.size(); ++group) {

@@ -60,7 +60,7 @@ void add_member(const invocation &call, const profile_info &profile)
   write.give(action_spec, record.data()).give(mbr_hdl_out, &member);
   if (call.carry_out(write, std::string("adding a member to ") + profile.name)) {
     if (name) call.shell.names[*name] = member;
-    call.out.line("member " + std::to_string(member));
+    call.made("member", member);
   }
 }
 
@@ -89,7 +89,7 @@ void write_new_group(const invocation &call, const profile_info &profile)
   if (call.only_checked(std::string("creating a group of ") + profile.name)) return;
   const std::uint32_t group = create_group(call, profile, size);
   if (name) call.shell.names[*name] = group;
-  call.out.line("group " + std::to_string(group));
+  call.made("group", group);
 }
 
 void drop_group(const invocation &call, const profile_info &profile)
@@ -165,7 +165,7 @@ void add_indirect(const invocation &call, const table_info &table)
   write.give(match_spec, words.key.data()).give(priority, words.priority()).give(to.kind, to.handle);
   write.give(entry_hdl_out, &handle);
   if (call.carry_out(write, std::string("adding an entry to ") + table.name)) {
-    call.out.line("entry " + std::to_string(handle));
+    call.made("entry", handle);
   }
 }
 
@@ -188,7 +188,7 @@ void set_indirect_default(const invocation &call, const table_info &table)
   function_call write(function_for(family_id::set_indirect_default, table, to.kind), call.where());
   write.give(to.kind, to.handle).give(entry_hdl_out, &handle);
   if (call.carry_out(write, std::string("setting the default of ") + table.name)) {
-    call.out.line("entry " + std::to_string(handle));
+    call.made("entry", handle);
   }
 }
 
@@ -227,15 +227,22 @@ exit_code show_groups(const invocation &call)
   std::optional<std::uint32_t> group = walk.next();
   report rows(call.out, call.chosen, "groups", {{"group", 10}, {"members"}}, {{"profile", profile.name}});
   group_reader members(profile, call.where());
+  std::string text;
+  std::string json;
   for (; group; group = walk.next()) {
     call.shell.check_interrupt();
     const auto there = members.members_if_there(*group);
     if (!there) continue;
-    rows.number(*group).begin_pairs();
+    text.clear();
+    json = "[";
     for (const group_member &each : *there) {
-      rows.pair(std::to_string(each.id), each.active ? "active" : "inactive");
+      const std::string id = std::to_string(each.id);
+      if (!text.empty()) text += ' ';
+      text += id + (each.active ? "=active" : "=inactive");
+      if (json.size() > 1) json += ',';
+      json += "{\"member\":" + id + ",\"active\":" + (each.active ? "true}" : "false}");
     }
-    rows.end_pairs().end_row();
+    rows.number(*group).cell_as(text, json += ']').end_row();
   }
   rows.finish();
   return exit_code::ok;

@@ -35,7 +35,7 @@ argument_parser::argument_parser()
       app_.add_option("--attach", wanted_.attached, "work on the switch of a program that serves the socket")
           ->type_name("SOCKET")
           ->excludes(serve);
-  app_.add_flag("-j,--json", wanted_.defaults.json, "reading commands write JSON");
+  app_.add_flag("-j,--json", wanted_.defaults.json, "commands answer in JSON, errors too");
   app_.add_flag("--raw", wanted_.defaults.raw, "numbers and addresses in hexadecimal");
   app_.add_flag("--hw", wanted_.defaults.hardware, "read the hardware, not the driver's copy");
   app_.add_option("--device", wanted_.device, "the device to work on (attached: the server's)")

@@ -36,14 +36,17 @@ exit_code show_registers(const invocation &call)
   read.give(register_values_out, values.data()).give(register_value_count_out, &count);
   report rows(call.out, call.chosen, "cells", {{"index", 10}, {"values"}}, {{"register", reg.name}});
   std::string text;
+  std::string json;
   for_each_cell(call, reg, read, [&](std::uint32_t cell) {
     read.must(std::string("reading ") + reg.name);
     text.clear();
+    json = "[";
     for (std::size_t i = 0; i < count; ++i) {
-      if (i != 0) text += ' ';
+      if (i != 0) text += ' ', json += ',';
       append_decimal(text, values[i]);
+      append_decimal(json, values[i]);
     }
-    rows.number(cell).cell(text).end_row();
+    rows.number(cell).cell_as(text, json += ']').end_row();
   });
   rows.finish();
   return exit_code::ok;

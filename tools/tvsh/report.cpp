@@ -81,6 +81,19 @@ report &report::number(std::uint64_t value)
 
 report &report::hexadecimal(std::uint64_t value) { return cell(shell::hexadecimal(value)); }
 
+report &report::handle(std::uint32_t value) { return json_ ? number(value) : hexadecimal(value); }
+
+report &report::counter(std::uint64_t value)
+{
+  std::string text;
+  append_decimal(text, value);
+  return cell(text);
+}
+
+report &report::boolean(bool value) { return value ? cell_as("yes", "true") : cell_as("no", "false"); }
+
+report &report::cell_as(std::string_view text, std::string_view json) { return json_ ? cell(json, true) : cell(text); }
+
 report &report::nothing()
 {
   begin_cell();
@@ -134,9 +147,15 @@ void report::end_row()
   first_row_ = false;
 }
 
-void report::finish()
+void report::finish(const std::optional<flag> &tail)
 {
-  if (json_) out_.line("]}");
+  if (!json_) return;
+  line_ = "]";
+  if (tail) {
+    first_member_ = false;
+    member(tail->name, tail->value ? "true" : "false", true);
+  }
+  out_.line(line_ += '}');
 }
 
 }  // namespace tarvex::shell

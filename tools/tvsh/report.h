@@ -5,18 +5,17 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "command_line.h"
+#include "json_output.h"
 #include "output.h"
 
 namespace tarvex::shell {
-
-/// Version of the JSON that reading commands write.
-inline constexpr int schema_version = 1;
 
 struct column {
   std::string name;
@@ -35,6 +34,14 @@ class report {
   report &cell(std::string_view text, bool is_number = false);
   report &number(std::uint64_t value);
   report &hexadecimal(std::uint64_t value);
+  /// A table's or resource's handle: hexadecimal as text, while JSON has numbers for handles of every kind.
+  report &handle(std::uint32_t value);
+  /// A counter of 64 bits: text in JSON, as many readers of JSON keep only 53 bits of a number.
+  report &counter(std::uint64_t value);
+  /// "yes" or "no" as text.
+  report &boolean(bool value);
+  /// A cell whose JSON is another than its text.
+  report &cell_as(std::string_view text, std::string_view json);
   /// A cell without content; JSON leaves it out.
   report &nothing();
   /// A cell of name=value pairs, an object in JSON.
@@ -43,8 +50,12 @@ class report {
   report &end_pairs();
   void end_row();
 
-  /// Behind the last row.
-  void finish();
+  /// After the last row. `tail`: a member of the JSON document that is known only now.
+  struct flag {
+    std::string_view name;
+    bool value;
+  };
+  void finish(const std::optional<flag> &tail = {});
 
  private:
   void begin_cell();

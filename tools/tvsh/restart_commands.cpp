@@ -103,13 +103,13 @@ exit_code restart_library(const invocation &call)
 
   bool same = true;
   report rows(call.out, call.chosen, "profiles",
-              {{"profile", 30}, {"members", 10}, {"groups", 10}, {"memberships", 11}, {"state"}}, {{"by", name}});
+              {{"profile", 30}, {"members", 10}, {"groups", 10}, {"memberships", 11}, {"restored"}}, {{"by", name}});
   for (const profile_info &profile : calls::profiles) {
     const bool back = cJSON_Compare(part_of(before.get(), profile), part_of(after.get(), profile), 1) != 0;
     same = same && back;
     rows.cell(profile.name).number(count_of(handle_walk::members(profile, call.where())));
     rows.number(count_of(handle_walk::groups(profile, call.where()))).number(memberships_of(call, profile));
-    rows.cell(back ? "came back" : "differs").end_row();
+    rows.cell_as(back ? "came back" : "differs", back ? "true" : "false").end_row();
   }
   rows.finish();
   return same ? exit_code::ok : exit_code::differences;

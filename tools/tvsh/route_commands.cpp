@@ -138,8 +138,14 @@ exit_code load_routes(const invocation &call)
       if (++done % 4096 == 0) call.out.progress("loading", done, entries.size());
     }
   }
-  call.out.line(counted(list.routes.size() - plan.routes_not_loaded, "route") + " in " +
-                counted(entries.size(), "entry", "entries") + (call.chosen.dry_run ? ", checked only" : ""));
+  const std::uint64_t loaded = list.routes.size() - plan.routes_not_loaded;
+  call.result(counted(loaded, "route") + " in " + counted(entries.size(), "entry", "entries") +
+                  (call.chosen.dry_run ? ", checked only" : ""),
+              {{"done", !call.chosen.dry_run},
+               {"routes", loaded},
+               {"entries", entries.size()},
+               {"routes_not_loaded", plan.routes_not_loaded},
+               {"bad_lines", list.bad_lines.count()}});
   if (plan.routes_not_loaded != 0) {
     call.out.note(counted(plan.routes_not_loaded, "route") + " found no partition index");
   }

@@ -9,6 +9,8 @@
 
 #include "command.h"
 #include "counted.h"
+#include "json_output.h"
+#include "status_text.h"
 
 namespace tarvex::shell {
 
@@ -67,23 +69,35 @@ void put_handles_for_names(const session &shell, std::vector<std::string> &words
 
 exit_code run_words(session &shell, command_line &line, output &out)
 {
-  ask_for_help(line.words);
-  put_handles_for_names(shell, line.words);
-  const command &what = command_named(line.words.front());
-  filter_chain filters(line.filters, out);
-  const invocation call{shell, filters.first(), line.chosen, std::span(line.words).subspan(1)};
+  std::string_view name;
+  const auto report = [&](const char *text) {
+    out.error(name.empty() ? std::string(text) : std::string(name) + ": " + text);
+  };
   try {
-    const exit_code code = what.run(call);
-    filters.finish();
-    return code;
-  } catch (const argument_error &error) {
-    out.error(std::string(what.name) + ": " + error.what());
-    out.error(usage_of(what));
-    return error.code();
+    ask_for_help(line.words);
+    put_handles_for_names(shell, line.words);
+    const command &what = command_named(line.words.front());
+    name = what.name;
+    filter_chain filters(line.filters, out);
+    const invocation call{shell, filters.first(), line.chosen, std::span(line.words).subspan(1)};
+    try {
+      const exit_code code = what.run(call);
+      filters.finish();
+      return code;
+    } catch (const argument_error &error) {
+      report(error.what());
+      out.error(usage_of(what));
+      return error.code();
+    }
   } catch (const shell_error &error) {
-    if (error.code() == exit_code::interrupted) throw;
-    out.error(std::string(what.name) + ": " + error.what());
+    if (error.code() == exit_code::interrupted) name = {};
+    report(error.what());
+    if (const auto *const refused = dynamic_cast<const refused_error *>(&error)) out.refused_with(refused->status());
     return error.code();
+  } catch (const std::exception &error) {
+    // Memory ran out, say: this command is over, the session goes on.
+    report(error.what());
+    return exit_code::refused;
   }
 }
 
@@ -106,17 +120,31 @@ void session::show_trace(output &out)
   for (const std::string &line : piece.lines) out.note(line);
 }
 
-exit_code session::run(std::string_view text, output &out)
+exit_code session::run_with(std::string_view text, const options &chosen, output &out)
 {
+  command_line line;
   try {
-    command_line line = parse_command_line(text, defaults);
-    const exit_code code = line.words.empty() ? exit_code::ok : run_words(*this, line, out);
-    show_trace(out);
-    return code;
+    line = parse_command_line(text, chosen);
   } catch (const shell_error &error) {
-    out.error(error.what());
+    if (asks_for_json(text, chosen)) {
+      out.line(error_document(error.code(), error.what()));
+    } else {
+      out.error(error.what());
+    }
     return error.code();
   }
+  if (line.words.empty()) return exit_code::ok;
+  exit_code code = exit_code::ok;
+  if (line.chosen.json) {
+    json_output json(out);
+    code = run_words(*this, line, json);
+    show_trace(json);
+    json.finish(code);
+  } else {
+    code = run_words(*this, line, out);
+    show_trace(out);
+  }
+  return code;
 }
 
 }  // namespace tarvex::shell

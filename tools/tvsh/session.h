@@ -31,7 +31,9 @@ class session : public interpreter {
   {
   }
 
-  exit_code run(std::string_view line, output &out) override;
+  exit_code run(std::string_view line, output &out) override { return run_with(line, defaults, out); }
+  /// Runs a command for another one, which takes its errors as text whatever the session's defaults are.
+  exit_code run_plainly(std::string_view line, output &out) { return run_with(line, {}, out); }
 
   /// Words that can stand where the line ends; the last word of the line may have been begun. Relative names of files
   /// begin from the folder.
@@ -69,12 +71,13 @@ class session : public interpreter {
   static void require_name(std::string_view name);
 
   target where;
-  options defaults;
   std::map<std::string, std::uint32_t, std::less<>> names;  // of members and groups; $NAME stands for the handle
   std::unique_ptr<trace_view> traced;                       // while the session shows the trace
   std::filesystem::path folder;  // that relative names of files begin from; empty for the process's own
 
  private:
+  exit_code run_with(std::string_view line, const options &chosen, output &out);
+
   std::shared_ptr<switch_memory> memory_;
   std::atomic<bool> interrupted_ = false;
 };

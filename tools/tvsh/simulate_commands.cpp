@@ -123,7 +123,8 @@ void capture(const invocation &call)
   }
   const pd_status_t status = require_stand_in().snapshot_packet(handle, 0, packet.data());
   if (status != STANDIN_NOT_TRIGGERED) require_success(status, "passing a packet");
-  call.out.line(status == BF_SUCCESS ? "captured" : "not captured");
+  const bool captured = status == BF_SUCCESS;
+  call.result(captured ? "captured" : "not captured", {{"captured", captured}});
 }
 
 void refuse(const invocation &call)
@@ -155,16 +156,17 @@ void lookup(const invocation &call)
   const pd_status_t status =
       require_stand_in().lookup(call.where().dev_tgt(), table.handle, key.data(), key.size(), partition, &handle);
   if (status != STANDIN_NO_ENTRY) require_success(status, std::string("looking up in ") + table.name);
+  const bool hit = status == BF_SUCCESS;
   if (handle == STANDIN_NO_HANDLE) {
-    call.out.line("a miss, and there is no default entry");
+    call.result("a miss, and there is no default entry", {{"table", table.name}, {"hit", hit}});
     return;
   }
   entry_reader reader(table, call.where(), false);
   const table_entry &entry = reader.read(handle);
   entry_rows rows(call.out, call.chosen, table);
   rows.show(entry);
-  rows.finish();
-  if (status == STANDIN_NO_ENTRY) call.out.note("a miss: this is the default entry");
+  rows.finish(report::flag{"hit", hit});
+  if (!hit) call.out.note("a miss: this is the default entry");
 }
 
 void corrupt(const invocation &call)

@@ -63,7 +63,7 @@ void arm(const invocation &call)
     throw refused_error(status, "arming the snapshot");
   }
   call.shell.written()->snapshots[handle] = {egress};
-  call.out.line("snapshot " + std::to_string(handle));
+  call.made("snapshot", handle);
 }
 
 std::uint32_t handle_word(const invocation &call)

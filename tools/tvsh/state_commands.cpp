@@ -96,6 +96,17 @@ void show_operations(const invocation &call, const std::vector<std::string> &ope
   rows.finish();
 }
 
+void show_counts(const invocation &call, std::string_view text, const state_counts &counts)
+{
+  call.result(text, {{"done", true},
+                     {"entries", counts.entries},
+                     {"members", counts.members},
+                     {"groups", counts.groups},
+                     {"defaults", counts.defaults},
+                     {"cells", counts.cells},
+                     {"settings", counts.settings}});
+}
+
 std::vector<std::string> operations_between(const invocation &call, const std::string &from, const std::string &to,
                                             const state_words &words)
 {
@@ -119,7 +130,7 @@ exit_code save_state(const invocation &call)
     to.keep();
     return writer.counts;
   });
-  call.out.line(saved.text() + " saved to " + file);
+  show_counts(call, saved.text() + " saved to " + file, saved);
   tell_what_was_remembered(call);
   return exit_code::ok;
 }
@@ -152,7 +163,7 @@ exit_code load_state(const invocation &call)
     throw shell_error(error.code(), place + error.what() + "; the switch holds what stands ahead of it: " +
                                         loader.written.text() + " of " + counter.counts.text());
   }
-  call.out.line("loaded " + loader.written.text());
+  show_counts(call, "loaded " + loader.written.text(), loader.written);
   return exit_code::ok;
 }
 
@@ -177,13 +188,13 @@ exit_code apply_state(const invocation &call)
   std::size_t done = 0;
   for (const std::string &each : operations) {
     call.shell.check_interrupt();
-    if (const exit_code code = call.shell.run(each, quiet); code != exit_code::ok) {
+    if (const exit_code code = call.shell.run_plainly(each, quiet); code != exit_code::ok) {
       throw shell_error(
           code, std::to_string(done) + " of " + counted(operations.size(), "operation") + " made; stopped at: " + each);
     }
     if (++done % 256 == 0) call.out.progress("applying", done, operations.size());
   }
-  call.out.line(counted(done, "operation"));
+  call.result(counted(done, "operation"), {{"done", true}, {"operations", done}});
   return exit_code::ok;
 }
 
@@ -208,7 +219,7 @@ exit_code name_handle(const invocation &call)
     throw usage_error(std::string(profile.name) + " has no " + kind + " at position " + std::to_string(position));
   }
   call.shell.names[name] = *handle;
-  call.out.line(kind + ' ' + std::to_string(*handle));
+  call.made(kind, *handle);
   return exit_code::ok;
 }
 

@@ -45,8 +45,8 @@ exit_code show_tables(const invocation &call)
               {{"table", 24}, {"handle", 9}, {"kind", 7}, {"fields"}, {"actions"}, {"idle"}, {"profile"}});
   for (const table_info *const each : tables) {
     const table_info &table = *each;
-    rows.cell(table.name).hexadecimal(table.handle).cell(kind_name(table.kind));
-    rows.number(key_fields(table).size()).number(actions_of(table).size()).cell(table.idle_time ? "yes" : "no");
+    rows.cell(table.name).handle(table.handle).cell(kind_name(table.kind));
+    rows.number(key_fields(table).size()).number(actions_of(table).size()).boolean(table.idle_time);
     if (table.profile != nullptr) {
       rows.cell(table.profile->name);
     } else {
@@ -89,7 +89,7 @@ exit_code show_schema(const invocation &call)
   }
   for (const use_info &use : actions_of(table)) {
     rows.cell("action").cell(use.action->name).nothing().nothing().nothing().nothing().nothing();
-    rows.cell(use.is_default ? "yes" : "no").begin_pairs();
+    rows.boolean(use.is_default).begin_pairs();
     for (const shown_field &field : parameter_fields(*use.action)) {
       rows.pair(field.name, std::to_string(field.bits), true);
     }

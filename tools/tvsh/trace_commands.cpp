@@ -28,8 +28,9 @@ std::string in_words(int error)
 void show_state(const invocation &call)
 {
   const trace_control &trace = require_trace();
-  call.out.line(std::string(trace.runs() != 0 ? "on" : "off") + ", " + std::to_string(trace.calls()) +
-                " calls traced so far");
+  const bool runs = trace.runs() != 0;
+  call.result(std::string(runs ? "on" : "off") + ", " + std::to_string(trace.calls()) + " calls traced so far",
+              {{"on", runs}, {"calls", std::to_string(trace.calls())}});
 }
 
 void turn_on(const invocation &call)
@@ -85,8 +86,13 @@ void write_to_file(const invocation &call)
 
 void tell(const invocation &call, const trace::replay_counts &counts)
 {
-  call.out.line(std::to_string(counts.made) + " writes " + (call.chosen.dry_run ? "checked" : "made") + ", " +
-                std::to_string(counts.different) + " of them refused here");
+  call.result(std::to_string(counts.made) + " writes " + (call.chosen.dry_run ? "checked" : "made") + ", " +
+                  std::to_string(counts.different) + " of them refused here",
+              {{"done", !call.chosen.dry_run},
+               {"writes", counts.made},
+               {"refused_here", counts.different},
+               {"refused_then", counts.refused},
+               {"left_out", counts.left_out}});
   if (counts.refused != 0) call.out.note(std::to_string(counts.refused) + " had been refused then: left out");
   if (counts.left_out != 0) {
     call.out.note(std::to_string(counts.left_out) +
@@ -142,7 +148,12 @@ exit_code replay(const invocation &call)
     const std::string place = file + ':' + std::to_string(++number) + ": ";
     try {
       const std::string difference = again.replay(line);
-      if (!difference.empty() && again.counts().different <= most_differences_shown) call.out.error(place + difference);
+      if (difference.empty() || again.counts().different > most_differences_shown) continue;
+      if (call.chosen.json) {
+        call.out.note(place + difference);  // beside the document that counts them
+      } else {
+        call.out.error(place + difference);
+      }
     } catch (const trace::trace_error &error) {
       throw file_error(place + error.what());
     }

@@ -57,7 +57,7 @@ void add_entry(const invocation &call)
 {
   const value_set_entry entry = whole_entry(call.words.subspan(1));
   if (call.only_checked("adding an entry")) return;
-  call.out.line("entry " + std::to_string(add_to_value_set(call, entry)));
+  call.made("entry", add_to_value_set(call, entry));
 }
 
 std::uint32_t handle_word(const invocation &call)

@@ -5,16 +5,13 @@
 
 #include <sys/un.h>
 
-#include <stdexcept>
 #include <string>
 #include <string_view>
 
 namespace tarvex::shell {
 
-/// The other side has left.
-struct connection_lost : std::runtime_error {
-  connection_lost() : std::runtime_error("the connection was closed") {}
-};
+/// The other side has left. It is no std::exception: a command that fails is reported, but nobody is left to read that.
+struct connection_lost {};
 
 /// Sends all, waiting for a reader that is slow. Throws connection_lost. Raises no signal.
 void send_all(int socket, std::string_view bytes);

@@ -10,7 +10,9 @@
 #include <cerrno>
 #include <charconv>
 
+#include "command_line.h"
 #include "connection.h"
+#include "json_output.h"
 
 namespace tarvex::shell {
 
@@ -49,6 +51,11 @@ class line_joiner {
   std::string begun_;
 };
 
+bool can_be_sent(std::string_view line)
+{
+  return line.size() <= most_request && line.find_first_of(std::string_view("\n\0", 2)) == std::string_view::npos;
+}
+
 void show_progress(std::string_view text, output &out)
 {
   const std::uint64_t done = take_number(text);
@@ -61,6 +68,7 @@ void show_progress(std::string_view text, output &out)
 remote_session::remote_session(const std::string &path, const client_hello &hello)
     : path_(path), socket_(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0))
 {
+  defaults = hello.defaults;
   const sockaddr_un address = socket_address(path);
   if (!socket_ || connect(socket_.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0) {
     const std::string hint = errno == ENOENT || errno == ECONNREFUSED ? "; 'tvsh --serve' begins to serve one" : "";
@@ -138,13 +146,19 @@ exit_code remote_session::read_end(std::string_view text)
 
 exit_code remote_session::run(std::string_view line, output &out)
 {
-  if (line.size() > most_request || line.find('\0') != std::string_view::npos ||
-      line.find('\n') != std::string_view::npos) {
-    out.error("a command is one line of at most " + std::to_string(most_request) + " bytes");
+  if (!can_be_sent(line)) {
+    const std::string why = "a command is one line of at most " + std::to_string(most_request) + " bytes";
+    if (asks_for_json(line, defaults)) {
+      out.line(error_document(exit_code::usage, why));
+    } else {
+      out.error(why);
+    }
     return exit_code::usage;
   }
   send(frame_kind::run, line);
-  line_joiner lines(out);
+  json_output json(out);
+  const bool as_json = asks_for_json(line, defaults);
+  line_joiner lines(as_json ? json : out);
   try {
     for (;;) {
       const frame each = next();
@@ -162,7 +176,11 @@ exit_code remote_session::run(std::string_view line, output &out)
       }
     }
   } catch (const protocol_error &error) {
+    if (json.open()) json.finish_with(exit_code::file, error.what());
     fail(error.what());
+  } catch (const file_error &error) {
+    if (json.open()) json.finish_with(exit_code::file, error.what());
+    throw;
   }
 }
 

@@ -124,7 +124,7 @@ void served_client::answer(const request &what)
 {
   switch (what.kind) {
     case frame_kind::run: {
-      const exit_code code = run(what.text);
+      const exit_code code = session_.run(what.text, output_);
       end_request(frame_kind::end, std::to_string(static_cast<int>(code)) + (session_.ended ? " ended" : ""));
       session_.ended = false;
       break;
@@ -136,19 +136,6 @@ void served_client::answer(const request &what)
       break;
     }
     default: end_request(what.kind, what.text);
-  }
-}
-
-exit_code served_client::run(std::string_view line)
-{
-  try {
-    return session_.run(line, output_);
-  } catch (const connection_lost &) {
-    throw;
-  } catch (const std::exception &error) {
-    // Short of memory, say: this command is over, others go on.
-    output_.error(std::string("the command broke off: ") + error.what());
-    return exit_code::refused;
   }
 }
 

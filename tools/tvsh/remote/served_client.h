@@ -60,7 +60,6 @@ class served_client {
   std::optional<request> next_request();
   void work();
   void answer(const request &what);
-  exit_code run(std::string_view line);
   void end_request(frame_kind kind, std::string_view text);
 
   descriptor socket_;
