@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
@@ -169,13 +170,57 @@ TEST_F(commands_test, resources_and_services_are_written_and_shown)
   follow(steps);
 }
 
+// From the typed value to the bytes that a switch compares and captures, and back to what is shown.
+TEST_F(commands_test, a_snapshot_has_the_values_of_every_width)
+{
+  struct width {
+    std::string_view direction, field, typed;
+    std::size_t at;                   // in the field data
+    std::vector<std::uint8_t> bytes;  // there
+    std::string_view shown;
+  };
+  const width widths[] = {
+      {"ingress", "outerIpv4Hdr_ttl", "64", 95, {0x40}, "0x40"},
+      {"ingress", "vlanHdr_0__vlanId", "100", 65, {0x64, 0x00}, "0x0064"},
+      {"egress", "vlanHdr_0__vlanId", "0x6401", 53, {0x01, 0x64}, "0x6401"},
+      {"ingress", "outerEthHdr_dmacOui", "0x001c73", 27, {0x73, 0x1c, 0x00, 0x00}, "0x001c73"},
+      {"ingress", "outerIpv4Hdr_sip", "10.1.2.3", 99, {0x0a, 0x01, 0x02, 0x03}, "0x0a010203"},
+      {"ingress",
+       "innerIpv6Hdr_sip",
+       "2001:db8::17",
+       143,
+       {0x20, 0x01, 0x0d, 0xb8, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0x17},
+       "0x20010db8000000000000000000000017"},
+  };
+  for (const width &each : widths) {
+    const std::string field(each.field);
+    const std::string value = field + '=' + std::string(each.typed);
+    const std::uint32_t snapshot = handle_of_new("snapshot arm " + std::string(each.direction) + ' ' + value);
+    const std::string handle = std::to_string(snapshot);
+    std::array<std::uint8_t, STANDIN_SNAPSHOT_FIELD_BYTES> packet{};
+    std::ranges::copy(each.bytes, packet.begin() + static_cast<std::ptrdiff_t>(each.at));
+    for (std::size_t byte = 0; byte < each.bytes.size() && byte < (each.bytes.size() == 4 ? 3 : 16); ++byte) {
+      packet[each.at + byte] ^= 0x80;
+      EXPECT_EQ(standin_snapshot_packet(snapshot, 0, packet.data()), STANDIN_NOT_TRIGGERED) << value << ' ' << byte;
+      packet[each.at + byte] ^= 0x80;
+    }
+    EXPECT_EQ(standin_snapshot_packet(snapshot, 0, packet.data()), BF_SUCCESS) << value;
+    EXPECT_EQ(lines_of("sim capture " + handle + ' ' + value), "captured\n");
+    const std::string row = field + ' ' + std::string(each.shown) + '\n';
+    EXPECT_EQ(squeezed(lines_of("snapshot show " + handle)), "0 " + row + "1 " + row);
+    const auto document = nlohmann::json::parse(lines_of("snapshot show " + handle + " -j"));
+    for (const auto &capture : document["captures"]) EXPECT_EQ(capture["value"], each.shown) << field;
+    EXPECT_EQ(lines_of("sim capture " + handle + ' ' + field + '=' + std::string(each.shown)), "captured\n");
+  }
+}
+
 TEST_F(commands_test, a_snapshot_catches_the_packet_that_meets_its_trigger)
 {
   const std::string handle = std::to_string(handle_of_new("snapshot arm ingress vlanHdr_0__vlanId=0x123"));
   EXPECT_EQ(lines_of("sim capture " + handle + " vlanHdr_0__vlanId=0x124"), "not captured\n");
   EXPECT_EQ(lines_of("snapshot show " + handle), "");
   EXPECT_EQ(lines_of("sim capture " + handle + " vlanHdr_0__vlanId=0x123 vlanHdr_0__priority=5"), "captured\n");
-  EXPECT_EQ(squeezed(lines_of("snapshot show " + handle)), "0 vlanHdr_0__priority 0x05\n0 vlanHdr_0__vlanId 0x2301\n");
+  EXPECT_EQ(squeezed(lines_of("snapshot show " + handle)), "0 vlanHdr_0__priority 0x05\n0 vlanHdr_0__vlanId 0x0123\n");
   EXPECT_EQ(squeezed(lines_of("snapshot show")), handle + " ingress\n");
   lines_of("snapshot delete " + handle + " --dry-run");
   EXPECT_NE(lines_of("snapshot show"), "");

@@ -26,11 +26,14 @@ thread_local std::vector<captured_field> *shown = nullptr;
 std::uint32_t take_value(std::uint32_t, const char *name, std::uint32_t size, const std::uint8_t *value,
                          const std::uint8_t *)
 {
+  // A capture has the driver's bytes: of 2 and 3 bytes the lowest comes first, of 4 and 16 the highest.
+  const bool lowest_first = size == 2 || size == 3;
   std::string text = "0x";
   for (std::uint32_t i = 0; i < size; ++i) {
     constexpr std::string_view digits = "0123456789abcdef";
-    text += digits[value[i] >> 4];
-    text += digits[value[i] & 15];
+    const std::uint8_t byte = value[lowest_first ? size - 1 - i : i];
+    text += digits[byte >> 4];
+    text += digits[byte & 15];
   }
   shown->push_back({name, std::move(text)});
   return 0;

@@ -27,7 +27,7 @@ struct snapshot_value {
 
 struct captured_field {
   std::string name;
-  std::string value;  // hexadecimal, as the driver delivered the bytes
+  std::string value;  // hexadecimal, in all digits of the field: the value that a trigger on it is given
 };
 
 /// True for egress. Throws usage_error.
