@@ -9,6 +9,8 @@
 #include <stddef.h>
 #include <stdint.h>
 
+#include "tarvex_pd/text_sizes.h"
+
 /** States a layout that the interface depends on, for the compiler to check. */
 #ifdef __cplusplus
 extern "C" {
@@ -59,12 +61,8 @@ enum {
 /** A member is modified by the function of another action than its own; the driver was not called. */
 #define PD_STATUS_WRONG_MEMBER_ACTION 0xffffffffu
 
-/** Room for the longest text of each sort, its NUL included. */
-#define PD_SCHEMA_TEXT_SIZE 2992 /**< shape of a table or profile */
-#define PD_ENTRY_TEXT_SIZE 331   /**< an entry, read or decoded from placement data */
-#define PD_KEY_TEXT_SIZE 281     /**< a key */
-#define PD_ACTION_TEXT_SIZE 99   /**< an action with its parameters */
-#define PD_LABEL_TEXT_SIZE 432   /**< label of a counter */
+/** Room for the longest label of a counter, its NUL included; those of other texts stand in text_sizes.h. */
+#define PD_LABEL_TEXT_SIZE 432
 
 /** State of a member within a selector group. */
 enum { P4_PD_GRP_MBR_STATE_ACTIVE = 0, P4_PD_GRP_MBR_STATE_INACTIVE = 1 };

@@ -3,6 +3,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <span>
+
 #include "rows.h"
 #include "tarvex_platform/driver.h"
 
@@ -21,10 +23,9 @@ struct named_hash {
   const char *name;
   const hash_row *row;
 };
-inline constexpr std::size_t hash_count = 8;
 
 /// All calculations by name. Generated from the catalogue.
-extern const named_hash named_hashes[hash_count];
+extern const std::span<const named_hash> named_hashes;
 
 pd_status_t hash_input_set(const hash_row &calc, pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id, std::uint32_t input);
 pd_status_t hash_input_get(const hash_row &calc, pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id, std::uint32_t *input);

@@ -12,9 +12,9 @@
 
 namespace tarvex::pd {
 
-ms_state *profile_states[profile_count];
-
 namespace {
+
+std::span<ms_state *> all_states() { return {profile_states, profile_names.size()}; }
 
 /// Kind of client that the driver is told; a number of the driver's.
 constexpr std::uint32_t client_kind = 2;
@@ -44,7 +44,7 @@ uint32_t bf_drv_hdl = 0;
 pd_status_t p4_pd_tarvex_switch_init(void)
 {
   p4_pd_ms_init();
-  for (ms_state *&state : profile_states) state = p4_pd_ms_init_state();
+  for (ms_state *&state : all_states()) state = p4_pd_ms_init_state();
   if (bf_drv_register(client_name, &bf_drv_hdl) != BF_SUCCESS)
     __assert_fail("r == BF_SUCCESS", pd_source, __LINE__, __func__);
 
@@ -61,7 +61,7 @@ void p4_pd_tarvex_switch_device_state_cleanup(void) {}
 
 pd_status_t p4_pd_tarvex_switch_dev_remove(uint32_t dev_id)
 {
-  for (ms_state *state : profile_states) p4_pd_ms_destroy_state_for_dev(state, dev_id);
+  for (ms_state *state : all_states()) p4_pd_ms_destroy_state_for_dev(state, dev_id);
   p4_pd_ms_destroy_txn_state_for_dev(dev_id);
   return BF_SUCCESS;
 }
@@ -71,7 +71,7 @@ pd_status_t p4_pd_tarvex_switch_dev_log(uint32_t dev_id, cJSON *log)
   if (log == nullptr) return BF_SUCCESS;
   put(log, "name", cJSON_CreateString(pipeline_name));
   cJSON *profiles = put(log, "act_profs", cJSON_CreateArray());
-  for (std::size_t i = 0; i < profile_count; ++i) {
+  for (std::size_t i = 0; i < profile_names.size(); ++i) {
     cJSON *profile = cJSON_CreateObject();
     profile = kept(cJSON_AddItemToArray(profiles, profile) != 0, profile);
     if (profile == nullptr) continue;
@@ -89,7 +89,7 @@ pd_status_t p4_pd_tarvex_switch_dev_restore(uint32_t dev_id, cJSON *log)
     if (!is(profile, cJSON_Object)) continue;
     const cJSON *name = cJSON_GetObjectItem(profile, "name");
     if (!is(name, cJSON_String) || name->valuestring == nullptr) continue;
-    for (std::size_t i = 0; i < profile_count; ++i)
+    for (std::size_t i = 0; i < profile_names.size(); ++i)
       if (std::strcmp(name->valuestring, profile_names[i]) == 0)
         p4_pd_ms_restore_state(low_byte(dev_id), profile_states[i], profile);
   }

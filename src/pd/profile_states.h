@@ -1,22 +1,20 @@
-// The library's only state: the member-selector states of the five action profiles.
+// The library's only state: the member-selector states of the action profiles.
 //
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <cstddef>
+#include <span>
 
 #include "rows.h"
 #include "tarvex_platform/driver.h"
 
 namespace tarvex::pd {
 
-inline constexpr std::size_t profile_count = 5;
-
 /// Names in the order in which the states are created, logged and dropped. Generated from the catalogue.
-extern const char *const profile_names[profile_count];
+extern const std::span<const char *const> profile_names;
 
-/// Null until p4_pd_tarvex_switch_init has run; written once.
-extern ms_state *profile_states[profile_count];
+/// Null until the library is started; written once. At least as many as there are names.
+extern ms_state *profile_states[];
 
 template <const profile_row &P>
 [[gnu::always_inline]] inline ms_state *state_of()

@@ -4,20 +4,17 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
-
-#include "profile_states.h"
+#include <span>
 
 namespace tarvex::pd {
 
 struct restorable_profile {
   std::uint32_t action_data_table;
-  const std::uint32_t *actions;
-  std::size_t action_count;
+  std::span<const std::uint32_t> actions;
 };
 
 /// In the order of profile_states.
-extern const restorable_profile restorable_profiles[profile_count];
+extern const std::span<const restorable_profile> restorable_profiles;
 
 }  // namespace tarvex::pd

@@ -9,6 +9,8 @@
 #include <cstdint>
 #include <utility>
 
+#include "record_sizes.h"
+
 namespace tarvex::pd {
 
 enum class match_kind : std::uint8_t { exact, ternary, lpm, partition };
@@ -108,9 +110,6 @@ struct hash_row {
   std::uint16_t field_count;
   const std::uint8_t *common;  // common number of each of its own field numbers
 };
-
-/// Room for the largest action data, the same for every table on reads.
-inline constexpr std::size_t read_data_bytes = 28;
 
 template <const table_row &T>
 using field_indices = std::make_index_sequence<T.field_count>;

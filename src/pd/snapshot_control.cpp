@@ -15,7 +15,7 @@ namespace {
 /// The driver takes words of 2 to 4 bytes with their bytes the other way round. What belongs to no field stays.
 void put_in_driver_order(snap_trig_spec_t &record, const snapshot_layout &layout)
 {
-  for (const snapshot_field &field : layout) {
+  for (const snapshot_field &field : layout.fields) {
     std::uint8_t *const at = record.fields + field.offset;
     if (field.slot() <= 4) std::reverse(at, at + field.slot());
   }

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
 #include "tarvex_pd/snapshots.h"
 
@@ -20,12 +21,8 @@ struct snapshot_field {
 };
 
 struct snapshot_layout {
-  const snapshot_field *fields;
-  const std::uint16_t *by_name;  // places of the fields, in ascending order of their names
-  std::uint16_t field_count;
-
-  const snapshot_field *begin() const { return fields; }
-  const snapshot_field *end() const { return fields + field_count; }
+  std::span<const snapshot_field> fields;
+  std::span<const std::uint16_t> by_name;  // places of the fields, in ascending order of their names
 };
 
 inline constexpr std::size_t snapshot_layout_count = 2;

@@ -1,8 +1,6 @@
 // Rebuilds the member-selector states after a warm restart from what the driver replays of its tables.
 //
 // SPDX-License-Identifier: Apache-2.0
-#include <span>
-
 #include "call_conventions.h"
 #include "profile_states.h"
 #include "restorable_profiles.h"
@@ -22,7 +20,7 @@ void restore_from_replay(pd_sess_hdl_t sess_hdl, std::uint32_t dev_id, std::uint
     if (p.action_data_table == adt_hdl) profile = &p;
   if (profile == nullptr) return;
 
-  ms_state *state = profile_states[profile - restorable_profiles];
+  ms_state *state = profile_states[profile - restorable_profiles.data()];
   const std::uint32_t device = low_byte(dev_id);
   if (grp_hdl == 0 && mbr_hdl != 0) {
     p4_pd_ms_new_mbr(sess_hdl, state, device, mbr_hdl);
@@ -38,7 +36,7 @@ void restore_from_replay(pd_sess_hdl_t sess_hdl, std::uint32_t dev_id, std::uint
   }
 
   if (update_resources == 0) return;
-  for (const std::uint32_t own : std::span(profile->actions, profile->action_count))
+  for (const std::uint32_t own : profile->actions)
     if (own == act_hdl) p4_pd_ms_mbr_apply_to_grps(state, device, mbr_hdl, p4_pd_ms_grp_update_res, state);
 }
 

@@ -3,6 +3,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <algorithm>
 #include <cstring>
+#include <string_view>
 
 #include "bytes.h"
 #include "snapshot_layouts.h"
@@ -15,12 +16,10 @@ namespace {
 const snapshot_field *find_field(const snapshot_layout &layout, const char *name)
 {
   if (name == nullptr) return nullptr;
-  const std::uint16_t *const end = layout.by_name + layout.field_count;
-  const std::uint16_t *const found = std::lower_bound(
-      layout.by_name, end, name,
-      [&](std::uint16_t place, const char *wanted) { return std::strcmp(layout.fields[place].name, wanted) < 0; });
-  if (found == end || std::strcmp(layout.fields[*found].name, name) != 0) return nullptr;
-  return &layout.fields[*found];
+  const std::string_view wanted = name;
+  const auto name_at = [&](std::uint16_t place) -> std::string_view { return layout.fields[place].name; };
+  const auto found = std::ranges::lower_bound(layout.by_name, wanted, {}, name_at);
+  return found == layout.by_name.end() || name_at(*found) != wanted ? nullptr : &layout.fields[*found];
 }
 
 /// Values of 2 and 3 bytes stand in a trigger record with their highest byte first, those of 3 bytes in a whole word.
@@ -74,7 +73,7 @@ uint32_t p4_pd_tarvex_switch_snapshot_capture_trigger_list(uint32_t ctx, pd_snap
                                                            pd_snapshot_list_cb_t callback, void *cookie)
 {
   std::uint32_t result = 0;
-  for (const snapshot_field &field : layout_of(hdl))
+  for (const snapshot_field &field : layout_of(hdl).fields)
     result = callback(ctx, field.name, layout_number(hdl), field.size, cookie);
   return result;
 }
@@ -85,7 +84,7 @@ uint32_t p4_pd_tarvex_switch_snapshot_capture_trigger_show(uint32_t ctx, pd_snap
                                                            pd_snapshot_show_cb_t callback)
 {
   std::uint32_t result = 0;
-  for (const snapshot_field &field : layout_of(hdl)) {
+  for (const snapshot_field &field : layout_of(hdl).fields) {
     const std::uint8_t *const mask = mask_rec->fields + field.offset;
     if (is_zero(mask, field)) continue;
     const std::uint8_t *value = value_rec->fields + field.offset;
@@ -103,7 +102,7 @@ uint32_t p4_pd_tarvex_switch_snapshot_capture_field_show(uint32_t ctx, pd_snapsh
                                                          pd_snapshot_show_cb_t callback)
 {
   std::uint32_t result = 0;
-  for (const snapshot_field &field : layout_of(hdl)) {
+  for (const snapshot_field &field : layout_of(hdl).fields) {
     const std::uint8_t *const value = fields + field.offset;
     if (!is_zero(value, field)) result = callback(ctx, field.name, field.size, value, nullptr);
   }

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "text_rows.h"
 
-#include "profile_texts.h"
-
 namespace tarvex::pd {
 
 const profile_text *find_profile_text(std::uint32_t adt_hdl)

@@ -7,9 +7,11 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string_view>
 
 #include "pipeline_names.h"
+#include "record_sizes.h"
 #include "tarvex_pd/actions.h"
 #include "tarvex_pd/types.h"
 
@@ -47,9 +49,6 @@ struct action_text {
     return {full_name.data() + exported_prefix.size(), full_name.size() - exported_prefix.size()};
   }
 };
-
-/// Room for the key structure of any table.
-inline constexpr std::size_t largest_key_record = 96;
 
 /// An entry as it was read or decoded, of whatever table. Of an indirect table's entry the action is not set.
 struct entry_contents {
@@ -99,20 +98,20 @@ struct profile_text {
   pd_status_t (*decode)(const void *plcmt_data, plcmt_action_t *action);
 };
 
-inline constexpr std::uint32_t first_table_handle = 0x1000001;
-inline constexpr std::size_t table_handle_count = 123;
-
+// Generated.
+extern const std::uint32_t first_table_handle;
 /// By handle, from first_table_handle on; null where no table has the handle.
-extern const table_text *const table_texts[table_handle_count];
+extern const std::span<const table_text *const> table_texts;
 /// By enumeration value.
-inline constexpr std::size_t action_count = P4_PD_TARVEX_SWITCH_ACTION_NONE;
-extern const action_text *const action_texts[action_count];
+extern const std::span<const action_text *const> action_texts;
+/// In the order of the profiles' states.
+extern const std::span<const profile_text *const> profile_texts;
 
 /// The table of a handle, null for a handle of none.
 inline const table_text *find_table_text(std::uint32_t tbl_hdl)
 {
   const std::uint32_t at = tbl_hdl - first_table_handle;
-  return at < table_handle_count ? table_texts[at] : nullptr;
+  return at < table_texts.size() ? table_texts[at] : nullptr;
 }
 
 /// The profile of an action data table, null for a handle of none.

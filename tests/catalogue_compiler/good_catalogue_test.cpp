@@ -4,6 +4,7 @@
 #include <sstream>
 
 #include "catalogue_folder.h"
+#include "schema_texts.h"
 
 namespace catalogue {
 namespace {
@@ -79,6 +80,35 @@ TEST_F(good_catalogue, actions_stand_in_the_order_of_first_use)
   EXPECT_TRUE(meter_it.params[0].resource_index);
   EXPECT_FALSE(meter_it.params[1].resource_index);
   EXPECT_TRUE(made.actions[1].index_resources.empty());
+}
+
+// What callers make room for follows the rows: the table 'route' has the longest key, 'meter_it' the longest action.
+TEST_F(good_catalogue, room_for_texts_grows_with_the_rows)
+{
+  const std::string wide = "0x" + std::string(32, 'F');
+  const std::string key = "( 0x1234," + wide + ",0x0080,),", action = "('meter_it',(0x12345678,0x1,)),";
+  const std::string entry = "((" + key + "('forward',(0x1234,0x12,)),),(0,True))";
+  const std::string schema =
+      "( ('acl','mat',(False,)),(( 'port','md_port',9,0x1ff,'port',None,None),( "
+      "'portMask','md_port_mask',9,0x1ff,None,None,None),( 'oui','md_oui',24,0xffffff,'mac',None,None),( "
+      "'ouiMask','md_oui_mask',24,0xffffff,None,None,None),( 'ethValid','eth_valid',1,0x1,None,None,None),),(( "
+      "('drop'),()),))";
+  const text_sizes before = longest_texts(made);
+  EXPECT_EQ(before.key, key.size() + 1);
+  EXPECT_EQ(before.action, action.size() + 1);
+  EXPECT_EQ(before.entry, entry.size() + 1);
+  EXPECT_EQ(before.schema, schema.size() + 1);
+
+  field &address = made.tables[2].fields[1];
+  made.tables[1].fields[0].short_name += "12";  // in two rows of the schema
+  address.match = match_kind::exact;            // no prefix length
+  made.actions[0].params[0].bits = 32;          // of 'forward'
+  made.actions[3].params[1].bits = 5;
+  const text_sizes after = longest_texts(made);
+  EXPECT_EQ(after.schema, before.schema + 4);
+  EXPECT_EQ(after.key, before.key - 7);
+  EXPECT_EQ(after.entry, before.entry - 7 + 4);
+  EXPECT_EQ(after.action, before.action + 1);
 }
 
 TEST_F(good_catalogue, groups_go_by_their_first_table)

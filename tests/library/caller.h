@@ -58,8 +58,17 @@ class call {
   std::vector<block> expected_;
 };
 
+/// What stands before every name of the pipeline but those of the decoders: "p4_pd_NAME_".
+const std::string &prefix();
 /// The function of a full name; fails the program where there is none.
 const exported_function &function_named(const std::string &name);
+/// Calls a function by its name without the prefix.
+template <typename Result = std::uint32_t, typename... Arguments>
+Result invoke(const std::string &name, Arguments... arguments)
+{
+  const calls::address function = function_named(prefix() + name).function;
+  return reinterpret_cast<Result (*)(Arguments...)>(reinterpret_cast<void *>(function))(arguments...);
+}
 /// Where bytes differ, in words.
 std::string difference(std::span<const std::uint8_t> expected, std::span<const std::uint8_t> actual);
 std::string hex(std::span<const std::uint8_t> content);

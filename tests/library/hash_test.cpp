@@ -4,94 +4,21 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstring>
-#include <optional>
 #include <string>
 
-#include "reference.h"
+#include "hash_functions.h"
 #include "stopped.h"
-#include "tarvex_pd/tarvex_pd.h"
 
 namespace tarvex::test {
 
 namespace {
 
 using enum argument_kind;
-using attributes = std::vector<hash_calc_attr_t>;
-
-constexpr std::uint32_t device = 0xfe;
-constexpr std::uint32_t refused_status = 0x80000005;
-constexpr std::uint32_t invalid = PD_STATUS_INVALID_ARG;
-constexpr std::uint64_t beyond_32_bits = 0x1'0000'0000;
-
-// The driver's side of one calculation.
-struct hash_unit {
-  std::uint32_t list = 0;
-  std::uint32_t get_status = 0;
-  std::uint32_t set_status = 0;
-
-  void attach()
-  {
-    driver().reset();
-    driver().answer = [this](const recorded_call &call) -> std::uint64_t {
-      if (call.function.ends_with("_set")) return set_status;
-      if (get_status == 0) call.at<std::uint32_t>(3) = list;
-      return get_status;
-    };
-  }
-};
-
-// The exported functions of a calculation, or with `by_name` those that take its name.
-struct hash_functions {
-  const calculation &calc;
-  bool by_name = false;
-  std::string name = calc.name;
-
-  std::uint32_t n() const { return static_cast<std::uint32_t>(calc.common.size()); }
-  std::uint32_t all() const { return (1u << n()) - 1; }
-  std::uint32_t number(std::uint32_t own) const { return by_name ? calc.common[own] : own; }
-
-  call prepared(const std::string &operation, std::uint32_t input = 0) const
-  {
-    call call(function_named("p4_pd_tarvex_switch_hash_calc_" + (by_name ? "" : name + "_") + operation));
-    call.give(dev_id, 0xabcdef00 | device);
-    if (by_name) call.give(calc_name, reinterpret_cast<std::uint64_t>(name.c_str()));
-    if (!by_name && call.takes(hash_number)) call.give(hash_number, input);
-    return call;
-  }
-
-  std::uint64_t set(const attributes &attrs, std::uint32_t input = 0) const
-  {
-    call call = prepared("input_field_attribute_set", input);
-    call.give(hash_attr_count, attrs.size());
-    call.give(hash_attrs, reinterpret_cast<std::uint64_t>(attrs.data()));
-    return call.run();
-  }
-
-  // What must be there after a get, or nothing for a name that is not known.
-  std::string get(std::uint32_t status, std::optional<attributes> expected, std::uint32_t max = 9,
-                  std::uint32_t input = 0) const
-  {
-    call call = prepared("input_field_attribute_get", input);
-    call.give(hash_attr_max, max);
-    const std::uint64_t result = call.run();
-    if (expected) call.expect_number(hash_attr_count_out, expected->size(), 4);
-    for (std::size_t i = 0; expected && i < expected->size(); ++i) {
-      const hash_calc_attr_t &attr = (*expected)[i];
-      std::uint8_t raw[16];
-      std::memcpy(raw, &attr, sizeof raw);
-      call.expect(hash_attrs_out, {raw, 4}, 16 * i);
-      call.expect(hash_attrs_out, {raw + 8, 8}, 16 * i + 8);  // attr_type is left alone
-    }
-    return (result == status ? "" : "status " + std::to_string(result)) + call.unexpected_bytes();
-  }
-};
 
 template <typename Body>
 void for_each_calculation(Body body)
 {
-  ASSERT_EQ(calls::hashes.size(), calculations.size());
-  for (const calculation &calc : calculations) {
+  for (const calls::hash_info &calc : calls::hashes) {
     for (const bool by_name : {false, true}) {
       SCOPED_TRACE(std::string(calc.name) + (by_name ? " by name" : ""));
       body(hash_functions{calc, by_name});
@@ -107,7 +34,7 @@ std::uint32_t list_of(const hash_functions &hash, std::uint32_t chosen)
   for (std::uint32_t k = 0; k < hash.all(); ++k) {
     std::string row(hash.n(), '1');
     for (std::uint32_t j = 0; j < hash.n() && k != 0; ++j) row[j] = "01"[k >> j & 1];
-    if (row == wanted) return hash.calc.first + k;
+    if (row == wanted) return hash.calc.first_input + k;
   }
   return 0;
 }
@@ -133,20 +60,6 @@ attributes read_back(const hash_functions &hash, std::uint32_t chosen)
   return attrs;
 }
 
-// Driver calls by the end of their names, with the handle of those that set one.
-void expect_calls(const hash_functions &hash, const std::vector<std::pair<std::string, std::uint64_t>> &made)
-{
-  const std::uint64_t session = hash.prepared("input_set").value(sess_hdl);
-  std::vector<recorded_call> expected;
-  for (const auto &[name, handle] : made) {
-    expected.push_back(
-        {"pipe_mgr_hash_calc_" + name, {{session, {}}, {device, {}}, {hash.calc.handle, {}}, {handle, {}}}});
-  }
-  EXPECT_EQ(difference(expected, driver().calls), "");
-}
-
-const std::pair<std::string, std::uint64_t> current_list = {"input_get", anywhere};
-
 TEST(hash, every_choice_of_fields_has_its_list)
 {
   for_each_calculation([](const hash_functions &hash) {
@@ -155,7 +68,7 @@ TEST(hash, every_choice_of_fields_has_its_list)
       for (const bool backwards : {false, true}) {
         for (const std::uint32_t status : {0U, refused_status}) {
           hash_unit unit{list_of(hash, chosen ^ hash.all()), 0, status};
-          if (unit.list == 0) unit.list = hash.calc.first;
+          if (unit.list == 0) unit.list = hash.calc.first_input;
           unit.attach();
           EXPECT_EQ(hash.set(choice(hash, chosen, backwards)), status);
           expect_calls(hash, {current_list, {"input_set", list_of(hash, chosen)}});
@@ -174,37 +87,6 @@ TEST(hash, every_choice_of_fields_has_its_list)
   });
 }
 
-TEST(hash, lists_by_hand)
-{
-  struct example {
-    std::size_t calc;
-    attributes attrs;
-    std::uint32_t list;
-    bool by_name = false;
-  };
-  const example examples[] = {
-      {3, {{0, 0, 0}, {1, 0, 0}, {2, 0, 0}}, 0x2100003c},
-      {3, {{0, 0, 1}, {1, 0, 1}, {2, 0, 0}}, 0x2100003d},
-      {3, {{2, 0, 0}}, 0x2100003d},
-      {3, {{0, 0, 0}, {1, 0, 1}, {2, 0, 1}}, 0x21000040},
-      {7, {{0, 0, 0}, {4, 0, 1}}, 0x21000074},
-      {3, {{0, 1, 0}, {2, 0, 0}}, 0x2100003d},               // of a type that selects nothing
-      {3, {{0, 0, beyond_32_bits}, {2, 0, 0}}, 0x2100003d},  // all 64 bits count
-      {3, {{2, 0, 1}, {2, 0, 0}, {2, 0, 1}}, 0x2100003d},    // named thrice
-      {3, {{32, 0, 0}, {0xffffffe2, 0, 1}}, 0x21000040},     // fields count modulo 32
-      {1, {{5, 0, 0}, {2, 0, 0}, {0, 0, 0}, {1, 0, 0}}, 0x2100000c, true},
-      {1, {{1, 9, beyond_32_bits}}, 0x2100000d, true},  // by name the low 32 bits count, and no type
-  };
-  for (const example &example : examples) {
-    const hash_functions hash{calculations[example.calc], example.by_name};
-    SCOPED_TRACE(&example - examples);
-    hash_unit unit{hash.calc.first};
-    unit.attach();
-    EXPECT_EQ(hash.set(example.attrs), 0u);
-    expect_calls(hash, {current_list, {"input_set", example.list}});
-  }
-}
-
 TEST(hash, sets_are_refused_in_order)
 {
   for_each_calculation([](const hash_functions &hash) {
@@ -219,7 +101,7 @@ TEST(hash, sets_are_refused_in_order)
     }
     for (const attributes &attrs : bad) {
       for (const std::uint32_t status : {0U, refused_status}) {
-        hash_unit unit{hash.calc.first, status};
+        hash_unit unit{hash.calc.first_input, status};
         unit.attach();
         EXPECT_EQ(hash.set(attrs), status == 0 ? invalid : refused_status) << attrs.size() << " records";
         expect_calls(hash, {current_list});
@@ -227,24 +109,23 @@ TEST(hash, sets_are_refused_in_order)
     }
     for (const std::uint32_t input : {1U, 0x100U, 0x80000000U}) {
       if (hash.by_name) break;
-      hash_unit unit{hash.calc.first};
+      hash_unit unit{hash.calc.first_input};
       unit.attach();
       EXPECT_EQ(hash.set(good, input), invalid);
       expect_calls(hash, {current_list});
       EXPECT_EQ(hash.get(invalid, attributes{}, 9, input), "");
-      unit = {hash.calc.first, refused_status};
+      unit = {hash.calc.first_input, refused_status};
       EXPECT_EQ(hash.set(none, input), refused_status);
     }
-    // Lists of another calculation, and none at all.
-    const std::uint32_t other = calculations[hash.calc.handle == 0x22000004 ? 1 : 0].first;
-    for (const std::uint32_t list : {0U, hash.calc.first - 1, hash.calc.first + hash.all(), other, 0xffffffffU}) {
+    // Lists next to the calculation's own, and none at all.
+    for (const std::uint32_t list : {0U, hash.calc.first_input - 1, hash.calc.first_input + hash.all(), 0xffffffffU}) {
       hash_unit unit{list};
       unit.attach();
       EXPECT_EQ(hash.set(good), invalid) << list;
       expect_calls(hash, {current_list});
       EXPECT_EQ(hash.get(invalid, attributes{}), "") << list;
     }
-    hash_unit unit{hash.calc.first, refused_status};
+    hash_unit unit{hash.calc.first_input, refused_status};
     unit.attach();
     EXPECT_EQ(hash.set(good), refused_status);
     expect_calls(hash, {current_list});
@@ -252,7 +133,7 @@ TEST(hash, sets_are_refused_in_order)
     if (!hash.by_name) return;
 
     // The most records that are not taken for a mistake, and one more.
-    hash_unit whole{hash.calc.first};
+    hash_unit whole{hash.calc.first_input};
     whole.attach();
     EXPECT_EQ(hash.get(0, read_back(hash, hash.all()), 0xff'ffff), "");
     EXPECT_EQ(hash.get(invalid, {}, 0x100'0000), "");
@@ -286,25 +167,27 @@ TEST(hash, fields_are_counted_without_the_driver)
 
 TEST(hash, names_are_compared_whole)
 {
-  for (const char *name : {"", "hashOuterEthHd", "hashOuterEthHdr2", "hashOuterEthHdr ", "HashOuterEthHdr", "hash"}) {
-    const hash_functions hash{calculations[7], true, name};
+  const std::string whole = calls::hashes.back().name;
+  for (const std::string &name : {std::string(), whole.substr(0, whole.size() - 1), whole + "2", whole + " ",
+                                  "X" + whole.substr(1), whole.substr(0, 4)}) {
+    const hash_functions hash{calls::hashes.back(), true, name};
     SCOPED_TRACE(name);
     driver().reset();
     EXPECT_EQ(hash.prepared("input_set").run(), invalid);
     call count = hash.prepared("input_field_attribute_count_get");
     EXPECT_EQ(count.run(), invalid);
     EXPECT_EQ(count.unexpected_bytes(), "");
-    EXPECT_EQ(hash.set({{4, 0, 0}}), invalid);
+    EXPECT_EQ(hash.set({{0, 0, 0}}), invalid);
     EXPECT_EQ(hash.get(invalid, {}), "");
     EXPECT_TRUE(driver().calls.empty());
   }
-  for (const calculation &calc : calculations) {
+  for (const calls::hash_info &calc : calls::hashes) {
     const hash_functions hash{calc, true};
     for (const std::uint32_t status : {0U, refused_status}) {
       hash_unit unit{0, 0, status};
       unit.attach();
       EXPECT_EQ(hash.prepared("input_set").run(), status);
-      expect_calls(hash, {{"input_set", calc.first}});
+      expect_calls(hash, {{"input_set", calc.first_input}});
     }
   }
 }
@@ -312,16 +195,17 @@ TEST(hash, names_are_compared_whole)
 // Any list of the calculation's is input 0, and its one algorithm is algorithm 0.
 TEST(hash, driver_handles_come_back_as_0)
 {
-  for (const calculation &calc : calculations) {
+  for (const calls::hash_info &calc : calls::hashes) {
     const hash_functions hash{calc};
-    const std::uint32_t end = calc.first + hash.all();
+    const std::uint32_t end = calc.first_input + hash.all();
     for (const bool algorithm : {false, true}) {
       const std::string operation = algorithm ? "algorithm_get" : "input_get";
-      std::vector<std::uint32_t> handles = {0, calc.first - 1, end, 1, hash_algorithm, hash_algorithm + 1, 0xffffffff};
-      for (std::uint32_t list = calc.first; list < end; ++list) handles.push_back(list);
+      std::vector<std::uint32_t> handles = {0,         calc.first_input - 1, end, 1, hash_algorithm, hash_algorithm + 1,
+                                            0xffffffff};
+      for (std::uint32_t list = calc.first_input; list < end; ++list) handles.push_back(list);
       for (const std::uint32_t handle : handles) {
         for (const std::uint32_t status : {0U, refused_status}) {
-          const bool own = algorithm ? handle == hash_algorithm : handle >= calc.first && handle < end;
+          const bool own = algorithm ? handle == hash_algorithm : handle >= calc.first_input && handle < end;
           hash_unit unit{handle, status};
           unit.attach();
           call call = hash.prepared(operation);
@@ -337,23 +221,23 @@ TEST(hash, driver_handles_come_back_as_0)
 
 TEST(hash, fields_have_common_numbers)
 {
-  for (const calculation &calc : calculations) {
-    const std::string prefix = std::string("p4_pd_tarvex_switch_") + calc.name;
-    call common(function_named(prefix + "_cmn_field_enum")), own(function_named(prefix + "_p4_field_enum"));
+  for (const calls::hash_info &calc : calls::hashes) {
+    const std::string name = prefix() + calc.name;
+    call common(function_named(name + "_cmn_field_enum")), own(function_named(name + "_p4_field_enum"));
     for (const std::uint32_t number : {0U, 1U, 2U, 3U, 4U, 5U, 6U, 31U, 32U, 256U, 0x80000000U, 0xffffffffU}) {
       const auto found = std::ranges::find(calc.common, number);
       own.give(hash_field, number);
-      EXPECT_EQ(own.run(), found == calc.common.end() ? 0xffffffff : found - calc.common.begin()) << prefix << number;
+      EXPECT_EQ(own.run(), found == calc.common.end() ? 0xffffffff : found - calc.common.begin()) << name << number;
       common.give(hash_field, number);
       if (number < calc.common.size()) {
-        EXPECT_EQ(common.run(), calc.common[number]) << prefix << number;
+        EXPECT_EQ(common.run(), calc.common[number]) << name << number;
         continue;
       }
       const auto stop = stopped([&] { common.run(); });
-      ASSERT_TRUE(stop) << prefix << number;
+      ASSERT_TRUE(stop) << name << number;
       EXPECT_EQ(stop->assertion, "0");
-      EXPECT_EQ(stop->file, "bf_tarvex_switch_mpls_baremetal/src/pd_tarvex");
-      EXPECT_EQ(stop->function, prefix + "_cmn_field_enum");
+      EXPECT_EQ(stop->file, source_of("pd_tarvex"));
+      EXPECT_EQ(stop->function, name + "_cmn_field_enum");
     }
   }
 }

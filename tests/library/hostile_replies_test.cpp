@@ -9,6 +9,7 @@
 #include <iostream>
 #include <map>
 #include <random>
+#include <vector>
 
 #include "plausible.h"
 
@@ -18,6 +19,18 @@ namespace {
 
 using enum calls::family_id;
 
+std::vector<std::uint32_t> odd_numbers()
+{
+  std::vector<std::uint32_t> odd = {0,    1,     2,          4,          5,          28,        29,
+                                    0xff, 0x100, 0x7fffffff, 0x80000000, 0xffffffff, 0x1000000, 0xfffffff0};
+  for (const calls::table_info *table : {&calls::tables.front(), &calls::tables.back()}) {
+    odd.push_back(table->handle);
+    for (const calls::use_info &use : table->actions) odd.push_back(use.handle);
+  }
+  for (const calls::hash_info &hash : calls::hashes) odd.push_back(hash.first_input);
+  return odd;
+}
+
 /// Numbers that a careless reader trips over, and some of anything.
 class nonsense {
  public:
@@ -26,10 +39,8 @@ class nonsense {
   bool chance(unsigned one_in) { return source_() % one_in == 0; }
   std::uint32_t number()
   {
-    constexpr std::uint32_t odd[] = {0,          1,          2,          4,          5,          28,        29,
-                                     0xff,       0x100,      0x7fffffff, 0x80000000, 0xffffffff, 0x1000000, 0x1000018,
-                                     0x20000005, 0x20000489, 0x21000004, 0x2100003c, 0xfffffff0};
-    return chance(3) ? static_cast<std::uint32_t>(source_()) : odd[source_() % std::size(odd)];
+    static const std::vector<std::uint32_t> odd = odd_numbers();
+    return chance(3) ? static_cast<std::uint32_t>(source_()) : odd[source_() % odd.size()];
   }
   void scribble(void *over, std::size_t size)
   {

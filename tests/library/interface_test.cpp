@@ -63,7 +63,7 @@ bool is_told(calls::family_id family)
 
 TEST(interface, every_function_is_known_by_name_and_arguments)
 {
-  std::map<const operation *, unsigned> found;
+  std::map<const operation *, std::size_t> found;
   for (const exported_function &function : calls::functions) {
     if (!is_told(function.family)) continue;
     const operation *operation = operation_of(function);
@@ -71,7 +71,8 @@ TEST(interface, every_function_is_known_by_name_and_arguments)
     ++found[operation];
     EXPECT_TRUE(std::ranges::equal(arguments_of(*operation, function), function.arguments)) << function.name;
   }
-  for (const operation &operation : operations) EXPECT_EQ(found[&operation], operation.count) << operation.name;
+  for (const operation &operation : operations)
+    EXPECT_EQ(found[&operation], count_of(operation.rows)) << operation.name;
 }
 
 // A family that is run by no loop and listed nowhere would go untested unseen.

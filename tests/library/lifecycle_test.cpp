@@ -10,10 +10,9 @@
 #include <string>
 #include <utility>
 
-#include "caller.h"
-#include "recorder.h"
+#include "reference.h"
 #include "stopped.h"
-#include "tarvex_pd/tarvex_pd.h"
+#include "tarvex_pd/lifecycle.h"
 
 namespace tarvex::test {
 
@@ -21,7 +20,14 @@ namespace {
 
 using json = std::unique_ptr<cJSON, decltype(&cJSON_Delete)>;
 
+const std::size_t profile_count = calls::profiles.size();
+
 json parsed(const std::string &text) { return {cJSON_Parse(text.c_str()), cJSON_Delete}; }
+
+std::uint64_t address_of(const std::string &name)
+{
+  return reinterpret_cast<std::uint64_t>(function_named(prefix() + name).function);
+}
 
 std::vector<std::string> called()
 {
@@ -39,21 +45,21 @@ TEST(lifecycle, init_registers_after_the_states_are_there)
     if (call.function == "bf_drv_register") call.at<std::uint32_t>(1) = 0x90ab;
     return call.function == "bf_drv_client_register_callbacks" || call.function == "p4_pd_ms_init" ? 0x55 : 0;
   };
-  EXPECT_EQ(p4_pd_tarvex_switch_init(), 0x55u);
-  const std::string state = "p4_pd_ms_init_state";
-  ASSERT_EQ(called(), (std::vector<std::string>{"p4_pd_ms_init", state, state, state, state, state, "bf_drv_register",
-                                                "bf_drv_client_register_callbacks"}));
-  const recorded_call &client = driver().calls[6];
-  EXPECT_EQ(std::string(client.arguments[0].record.begin(), client.arguments[0].record.end()),
-            "p4_pd_tarvex_switch_pd");
+  EXPECT_EQ(invoke("init"), 0x55u);
+  std::vector<std::string> expected_calls(1 + profile_count, "p4_pd_ms_init_state");
+  expected_calls[0] = "p4_pd_ms_init";
+  expected_calls.insert(expected_calls.end(), {"bf_drv_register", "bf_drv_client_register_callbacks"});
+  ASSERT_EQ(called(), expected_calls);
+  const recorded_call &client = driver().calls[1 + profile_count];
+  EXPECT_EQ(std::string(client.arguments[0].record.begin(), client.arguments[0].record.end()), calls::pipeline.client);
   EXPECT_EQ(client.arguments[1].word, reinterpret_cast<std::uint64_t>(&bf_drv_hdl));
   EXPECT_EQ(bf_drv_hdl, 0x90abu);
 
-  const recorded_call &events = driver().calls[7];
+  const recorded_call &events = driver().calls[2 + profile_count];
   std::uint64_t slots[27] = {};
-  slots[3] = reinterpret_cast<std::uint64_t>(&p4_pd_tarvex_switch_dev_remove);
-  slots[4] = reinterpret_cast<std::uint64_t>(&p4_pd_tarvex_switch_dev_log);
-  slots[5] = reinterpret_cast<std::uint64_t>(&p4_pd_tarvex_switch_dev_restore);
+  slots[3] = address_of("dev_remove");
+  slots[4] = address_of("dev_log");
+  slots[5] = address_of("dev_restore");
   bytes expected(sizeof slots);
   std::memcpy(expected.data(), slots, sizeof slots);
   EXPECT_EQ(hex(events.arguments[1].record), hex(expected));
@@ -66,14 +72,14 @@ TEST(lifecycle, a_refused_client_stops_the_process)
 {
   driver().reset();
   driver().answer = [](const recorded_call &call) { return call.function == "bf_drv_register" ? 1 : 0; };
-  const auto stop = stopped([] { p4_pd_tarvex_switch_init(); });
+  const auto stop = stopped([] { invoke("init"); });
   ASSERT_TRUE(stop);
   EXPECT_EQ(stop->assertion, "r == BF_SUCCESS");
-  EXPECT_EQ(stop->file, "bf_tarvex_switch_mpls_baremetal/src/pd");
-  EXPECT_EQ(stop->function, "p4_pd_tarvex_switch_init");
+  EXPECT_EQ(stop->file, source_of("pd"));
+  EXPECT_EQ(stop->function, prefix() + "init");
   EXPECT_EQ(called().back(), "bf_drv_register");
   driver().reset();
-  p4_pd_tarvex_switch_init();
+  invoke("init");
 }
 
 TEST(lifecycle, cleanup_deregisters_alone)
@@ -81,8 +87,8 @@ TEST(lifecycle, cleanup_deregisters_alone)
   driver().reset();
   bf_drv_hdl = 0x1357;
   driver().answer = [](const recorded_call &) { return 0x66; };
-  EXPECT_EQ(p4_pd_tarvex_switch_cleanup(), 0x66u);
-  p4_pd_tarvex_switch_device_state_cleanup();
+  EXPECT_EQ(invoke("cleanup"), 0x66u);
+  invoke<void>("device_state_cleanup");
   ASSERT_EQ(called(), std::vector<std::string>{"bf_drv_deregister"});
   EXPECT_EQ(driver().calls[0].arguments[0].word, 0x1357u);
   EXPECT_EQ(bf_drv_hdl, 0x1357u);
@@ -92,15 +98,15 @@ TEST(lifecycle, dev_remove_drops_the_device_whole)
 {
   driver().reset();
   driver().answer = [](const recorded_call &) { return 1; };
-  EXPECT_EQ(p4_pd_tarvex_switch_dev_remove(0x8000'01ff), 0u);
-  ASSERT_EQ(driver().calls.size(), 6u);
-  for (std::size_t i = 0; i < 5; ++i) {
+  EXPECT_EQ(invoke("dev_remove", 0x8000'01ffU), 0u);
+  ASSERT_EQ(driver().calls.size(), profile_count + 1);
+  for (std::size_t i = 0; i < profile_count; ++i) {
     EXPECT_EQ(driver().calls[i].function, "p4_pd_ms_destroy_state_for_dev");
     EXPECT_EQ(driver().calls[i].arguments[0].word, reinterpret_cast<std::uint64_t>(state_of_profile(i)));
     EXPECT_EQ(driver().calls[i].arguments[1].word, 0x8000'01ffu);
   }
-  EXPECT_EQ(driver().calls[5].function, "p4_pd_ms_destroy_txn_state_for_dev");
-  EXPECT_EQ(driver().calls[5].arguments[0].word, 0x8000'01ffu);
+  EXPECT_EQ(driver().calls[profile_count].function, "p4_pd_ms_destroy_txn_state_for_dev");
+  EXPECT_EQ(driver().calls[profile_count].arguments[0].word, 0x8000'01ffu);
 }
 
 // Which profile's state got which object.
@@ -126,21 +132,30 @@ TEST(lifecycle, the_log_document_goes_back_in)
 {
   driver().reset();
   const json document(cJSON_CreateObject(), cJSON_Delete);
-  EXPECT_EQ(p4_pd_tarvex_switch_dev_log(0x1ff, document.get()), 0u);
+  EXPECT_EQ(invoke("dev_log", 0x1ffU, document.get()), 0u);
   const std::unique_ptr<char, decltype(&cJSON_free)> text(cJSON_PrintUnformatted(document.get()), cJSON_free);
-  EXPECT_STREQ(text.get(),
-               R"({"name":"tarvex_switch","act_profs":[{"name":"ecmpMemberActionProfile"},)"
-               R"({"name":"lagPortActionProfile"},{"name":"tunnelMember"},{"name":"mirrorLagPortActionProfile"},)"
-               R"({"name":"egrMirrorLagPortActionProfile"}]})");
-  const cJSON *profiles = cJSON_GetObjectItem(document.get(), "act_profs");
+  std::string expected;
+  for (const calls::profile_info &profile : calls::profiles)
+    expected += std::string(expected.empty() ? "" : ",") + R"({"name":")" + profile.name + R"("})";
+  EXPECT_EQ(text.get(), R"({"name":")" + std::string(calls::pipeline.name) + R"(","act_profs":[)" + expected + "]}");
+  const cJSON *logged = cJSON_GetObjectItem(document.get(), "act_profs");
   handed all;
-  for (int i = 0; i < 5; ++i) {
-    all.push_back(state_and_object(static_cast<std::size_t>(i), cJSON_GetArrayItem(profiles, i)));
+  for (std::size_t i = 0; i < calls::profiles.size(); ++i) {
+    all.push_back(state_and_object(i, cJSON_GetArrayItem(logged, static_cast<int>(i))));
   }
   EXPECT_EQ(handed_on("p4_pd_ms_log_state"), all);
   driver().reset();
-  EXPECT_EQ(p4_pd_tarvex_switch_dev_restore(0x1ff, document.get()), 0u);
+  EXPECT_EQ(invoke("dev_restore", 0x1ffU, document.get()), 0u);
   EXPECT_EQ(handed_on("p4_pd_ms_restore_state"), all);
+}
+
+std::string with_names(std::string document)
+{
+  const std::pair<std::string, const char *> names[] = {{"LAST", calls::profiles.back().name},
+                                                        {"FIRST", calls::profiles.front().name}};
+  for (const auto &[word, name] : names)
+    for (std::size_t at; (at = document.find(word)) != std::string::npos;) document.replace(at, word.size(), name);
+  return document;
 }
 
 TEST(lifecycle, restore_takes_what_it_knows_of_any_document)
@@ -149,30 +164,31 @@ TEST(lifecycle, restore_takes_what_it_knows_of_any_document)
     std::string document;
     std::vector<std::pair<int, std::size_t>> restored;  // element and profile
   };
-  const std::string tunnel = R"({"name":"tunnelMember"})";
+  // LAST and FIRST stand for names of profiles.
+  const std::string last = R"({"name":"LAST"})";
+  const std::size_t end = profile_count - 1;
   const example examples[] = {
-      {R"({"act_profs":[{"name":"tunnelMember"},{"name":"unknown"},{"name":"ecmpMemberActionProfile"}]})",
-       {{0, 2}, {2, 0}}},
-      {R"({"act_profs":[{"name":"tunnelMember","x":[1]},{"name":"tunnelMember"}],"name":7})", {{0, 2}, {1, 2}}},
-      {R"({"ACT_PROFS":[{"Name":"lagPortActionProfile"}]})", {{0, 1}}},  // keys of any case, names of their own
-      {R"({"act_profs":[{"name":"TunnelMember"},{"name":"tunnelMembe"},{"name":"tunnelMember2"},{"name":""}]})", {}},
-      {R"({"act_profs":[{"name":"tunnelMember\u0020"},{"name":" tunnelMember"}]})", {}},
-      {R"({"act_profs":[{"other":"tunnelMember"},{"name":null},{"name":["tunnelMember"]},{"name":3},{}]})", {}},
-      {R"({"act_profs":[null,1,"tunnelMember",[],[)" + tunnel + "],true," + tunnel + "]}", {{6, 2}}},
+      {R"({"act_profs":[{"name":"LAST"},{"name":"unknown"},{"name":"FIRST"}]})", {{0, end}, {2, 0}}},
+      {R"({"act_profs":[{"name":"LAST","x":[1]},{"name":"LAST"}],"name":7})", {{0, end}, {1, end}}},
+      {R"({"ACT_PROFS":[{"Name":"FIRST"}]})", {{0, 0}}},  // keys of any case, names of their own
+      {R"({"act_profs":[{"name":"xLAST"},{"name":"LAS"},{"name":"LAST2"},{"name":""}]})", {}},
+      {R"({"act_profs":[{"name":"LAST\u0020"},{"name":" LAST"}]})", {}},
+      {R"({"act_profs":[{"other":"LAST"},{"name":null},{"name":["LAST"]},{"name":3},{}]})", {}},
+      {R"({"act_profs":[null,1,"LAST",[],[)" + last + "],true," + last + "]}", {{6, end}}},
       {R"({"act_profs":[]})", {}},
       {R"({"act_profs":null})", {}},
-      {R"({"act_profs":"tunnelMember"})", {}},
-      {R"({"act_profs":)" + tunnel + "}", {}},
-      {R"({"act_profs":{"0":)" + tunnel + "}}", {}},
-      {R"({"profiles":[)" + tunnel + "]}", {}},
-      {"[" + tunnel + "]", {}},
-      {R"([{"act_profs":[)" + tunnel + "]}]", {}},
+      {R"({"act_profs":"LAST"})", {}},
+      {R"({"act_profs":)" + last + "}", {}},
+      {R"({"act_profs":{"0":)" + last + "}}", {}},
+      {R"({"profiles":[)" + last + "]}", {}},
+      {"[" + last + "]", {}},
+      {R"([{"act_profs":[)" + last + "]}]", {}},
       {"null", {}},
       {R"("act_profs")", {}},
       {"17", {}},
   };
   for (const example &example : examples) {
-    const json document = parsed(example.document);
+    const json document = parsed(with_names(example.document));
     ASSERT_NE(document, nullptr) << example.document;
     handed expected;
     for (const auto &[element, profile] : example.restored) {
@@ -181,47 +197,33 @@ TEST(lifecycle, restore_takes_what_it_knows_of_any_document)
     }
     driver().reset();
     driver().answer = [](const recorded_call &) { return 1; };
-    EXPECT_EQ(p4_pd_tarvex_switch_dev_restore(0xff, document.get()), 0u) << example.document;
+    EXPECT_EQ(invoke("dev_restore", 0xffU, document.get()), 0u) << example.document;
     EXPECT_EQ(handed_on("p4_pd_ms_restore_state"), expected) << example.document;
   }
   driver().reset();
-  EXPECT_EQ(p4_pd_tarvex_switch_dev_restore(0, nullptr), 0u);
-  EXPECT_EQ(p4_pd_tarvex_switch_dev_log(0, nullptr), 0u);
+  EXPECT_EQ(invoke("dev_restore", 0U, static_cast<cJSON *>(nullptr)), 0u);
+  EXPECT_EQ(invoke("dev_log", 0U, static_cast<cJSON *>(nullptr)), 0u);
   EXPECT_TRUE(driver().calls.empty());
 }
 
 TEST(lifecycle, actions_have_names)
 {
-  ASSERT_EQ(calls::actions.size(), 231u);
-  for (std::uint32_t value = 0; value < 231; ++value) {
-    const std::string name = std::string("p4_pd_tarvex_switch_") + calls::actions[value].name;
+  const auto string_of = [](std::uint32_t value) { return invoke<const char *>("action_enum_to_string", value); };
+  const auto value_of = [](const char *name) { return invoke("action_string_to_enum", name); };
+  const auto none = static_cast<std::uint32_t>(calls::actions.size());
+  for (std::uint32_t value = 0; value < none; ++value) {
+    const std::string name = prefix() + calls::actions[value].name;
     EXPECT_EQ(calls::actions[value].enum_value, value);
-    EXPECT_EQ(p4_pd_tarvex_switch_action_name_strings[value], name);
-    EXPECT_EQ(p4_pd_tarvex_switch_action_enum_to_string(value), name);
-    EXPECT_EQ(p4_pd_tarvex_switch_action_string_to_enum(name.c_str()), value);
-    EXPECT_LT(name.size(), std::size_t{P4_PD_TARVEX_SWITCH_ACTION_NAME_SIZE});
+    EXPECT_EQ(string_of(value), name);
+    EXPECT_EQ(value_of(name.c_str()), value);
   }
-  const std::pair<std::uint32_t, const char *> by_hand[] = {{0, "setPhase0"},
-                                                            {8, "onMiss"},
-                                                            {42, "setEcmpNextHop"},
-                                                            {86, "invalidateUcastEgressPort"},
-                                                            {95, "setTunnelEgressInfo"},
-                                                            {114, "noDecapNoEncapBridgeIpv4"},
-                                                            {218, "setLagMemberSelector"},
-                                                            {223, "setEgrLagMemberSelector"},
-                                                            {230, "setEcn"}};
-  for (const auto &[value, name] : by_hand) {
-    EXPECT_EQ(p4_pd_tarvex_switch_action_enum_to_string(value), std::string("p4_pd_tarvex_switch_") + name);
+  for (const std::uint32_t value : {none, none + 1, 0x80000000U, 0xffffffffU}) EXPECT_EQ(string_of(value), nullptr);
+  const std::string bare = calls::actions.back().name, whole = prefix() + bare;
+  for (const std::string &name : {bare, whole + " ", std::string(), prefix(), whole.substr(0, whole.size() - 1),
+                                  " " + whole, "P" + whole.substr(1), whole + "2"}) {
+    EXPECT_EQ(value_of(name.c_str()), none) << name;
   }
-  for (const std::uint32_t value : {231U, 232U, 0x80000000U, 0xffffffffU}) {
-    EXPECT_EQ(p4_pd_tarvex_switch_action_enum_to_string(value), nullptr);
-  }
-  for (const char *name :
-       {"onMiss", "p4_pd_tarvex_switch_onMiss ", "", "p4_pd_tarvex_switch_", "p4_pd_tarvex_switch_onMis",
-        " p4_pd_tarvex_switch_onMiss", "p4_pd_tarvex_switch_OnMiss", "p4_pd_tarvex_switch_onMiss2"}) {
-    EXPECT_EQ(p4_pd_tarvex_switch_action_string_to_enum(name), 231u) << name;
-  }
-  EXPECT_EQ(p4_pd_tarvex_switch_action_string_to_enum(nullptr), 231u);
+  EXPECT_EQ(value_of(nullptr), none);
 }
 
 }  // namespace

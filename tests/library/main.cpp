@@ -3,11 +3,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>
 
-#include "tarvex_pd/tarvex_pd.h"
+#include "caller.h"
+#include "tarvex_pd/types.h"
 
 int main(int argc, char **argv)
 {
   ::testing::InitGoogleTest(&argc, argv);
-  if (p4_pd_tarvex_switch_init() != BF_SUCCESS) return 1;
+  if (tarvex::test::invoke("init") != BF_SUCCESS) return 1;
   return RUN_ALL_TESTS();
 }

@@ -10,7 +10,8 @@
 
 #include "reference.h"
 #include "stopped.h"
-#include "tarvex_pd/tarvex_pd.h"
+#include "tarvex_pd/hash_access.h"
+#include "tarvex_pd/types.h"
 
 namespace tarvex::test {
 
@@ -32,9 +33,37 @@ std::uint64_t address(T *place)
   return reinterpret_cast<std::uint64_t>(place);
 }
 
-const calls::table_info &table_called(const char *name)
+/// The first table that meets a condition, the first of all where none does.
+template <typename Condition>
+const calls::table_info &table_that(Condition meets)
 {
-  return *std::ranges::find(calls::tables, std::string(name), &calls::table_info::name);
+  const auto found = std::ranges::find_if(calls::tables, meets);
+  return found == calls::tables.end() ? calls::tables.front() : *found;
+}
+
+std::uint32_t keep_first(std::uint32_t, const char *name, std::uint32_t, std::uint32_t, void *kept)
+{
+  if (static_cast<std::string *>(kept)->empty()) *static_cast<std::string *>(kept) = name;
+  return 0;
+}
+
+const char *a_snapshot_field()
+{
+  static const std::string name = [] {
+    std::string first;
+    invoke("snapshot_capture_trigger_list", 0U, 0U, &keep_first, static_cast<void *>(&first));
+    return first;
+  }();
+  return name.c_str();
+}
+
+/// One that is not the first, where there are more.
+const calls::action_info &an_action() { return calls::actions[std::min<std::size_t>(3, calls::actions.size() - 1)]; }
+
+const char *an_action_name()
+{
+  static const std::string name = prefix() + an_action().name;
+  return name.c_str();
 }
 
 /// Functions that take a handle are tried with one that all of them know.
@@ -42,8 +71,9 @@ const calls::table_info &table_of(const exported_function &function)
 {
   if (function.table != nullptr) return *function.table;
   const std::string_view name = function.name;
-  if (name.find("_adt_") != name.npos || name.find("member_hdl") != name.npos) return table_called("lagGroup");
-  return table_called("l2DmacClassify");
+  if (name.find("_adt_") != name.npos || name.find("member_hdl") != name.npos)
+    return table_that([](const auto &table) { return table.profile != nullptr; });
+  return table_that([](const auto &table) { return table.counter_label; });
 }
 
 std::span<const calls::use_info> uses_of(const calls::table_info &table)
@@ -62,7 +92,7 @@ const calls::use_info &richest_use(const calls::table_info &table)
 
 const calls::hash_info &hash_of(const exported_function &function)
 {
-  return function.hash != nullptr ? *function.hash : calls::hashes[3];
+  return function.hash != nullptr ? *function.hash : calls::hashes[calls::hashes.size() / 2];
 }
 
 }  // namespace
@@ -78,13 +108,13 @@ plausible_call::plausible_call(const exported_function &function)
       {has_pre_color, 0},
       {signed_range_count, 2},
       {res_count, 0},
-      {action_enum, 3},
-      {action_name, address(p4_pd_tarvex_switch_action_name_strings[3])},
+      {action_enum, an_action().enum_value},
+      {action_name, address(an_action_name())},
       {fd, static_cast<std::uint64_t>(nowhere)},
       {indent, 2},
       {table_handle, of_profile ? table_->profile->action_data_table : table_->handle},
       {snapshot_hdl, 0},
-      {snapshot_field_name, address("ig_intr_md_ingress_port")},
+      {snapshot_field_name, address(a_snapshot_field())},
       {snapshot_list_callback, address(&nothing_listed)},
       {snapshot_show_callback, address(&nothing_shown)},
       {capture_index, 1},
@@ -118,7 +148,8 @@ void plausible_call::prepare_records()
     if (kind == drv_act_data) std::memcpy(memory(kind).data(), &data, sizeof data);
   }
   if (!takes(argument_kind::log)) return;
-  log_.reset(cJSON_Parse(R"({"act_profs":[{"name":"lagPortActionProfile"}]})"));
+  const std::string profile = calls::profiles.empty() ? "none" : calls::profiles.back().name;
+  log_.reset(cJSON_Parse((R"({"act_profs":[{"name":")" + profile + R"("}]})").c_str()));
   give(argument_kind::log, address(log_.get()));
 }
 
@@ -168,7 +199,7 @@ std::uint64_t plausible_call::oblige(const recorded_call &asked) const
   };
   if (name == "p4_pd_ms_init_state") {
     const auto made = std::ranges::count(driver().calls, name, &recorded_call::function);
-    return address(state_of_profile(static_cast<std::size_t>(made - 1) % 5));
+    return address(state_of_profile(static_cast<std::size_t>(made - 1) % calls::profiles.size()));
   }
   if (name == "pipe_mgr_get_entry") return give_entry(asked, 4);
   if (name == "pipe_mgr_plcmt_mat_data_get_entry") return give_entry(asked, 1);

@@ -9,7 +9,7 @@
 
 #include "reference.h"
 #include "stopped.h"
-#include "tarvex_pd/tarvex_pd.h"
+#include "tarvex_pd/types.h"
 
 namespace tarvex::test {
 
@@ -18,15 +18,23 @@ namespace {
 using enum argument_kind;
 using enum calls::family_id;
 
+std::vector<std::uint32_t> member_actions()
+{
+  std::vector<std::uint32_t> handles;
+  for (const calls::profile_info &profile : calls::profiles)
+    for (const calls::use_info &use : profile.actions) handles.push_back(use.handle);
+  return handles;
+}
+
 TEST(profile, modify_needs_the_members_own_action)
 {
   for (const exported_function &function : calls::functions) {
     if (function.family != modify_member) continue;
-    for (const calls::use_info &other : calls::profiles[1].actions) {
-      if (other.handle == function.use->handle) continue;
+    for (const std::uint32_t other : member_actions()) {
+      if (other == function.use->handle) continue;
       driver().reset();
       driver().answer = [&](const recorded_call &call) {
-        call.at<std::uint32_t>(3) = other.handle;
+        call.at<std::uint32_t>(3) = other;
         return 0;
       };
       call call(function);
@@ -123,12 +131,12 @@ TEST(profile, members_are_read_back)
     if (!reads_member(function.family)) continue;
     check_members_read(function, true);
     driver().reset();
-    driver().answer = member{bytes(28), 0x20000005, {}, 0};
+    driver().answer = member{bytes(28), 0x20ffffff, {}, 0};
     call call(function);
     const auto stop = stopped([&] { call.run(); });
     ASSERT_TRUE(stop) << function.name;
     EXPECT_EQ(stop->assertion, "((void *)0)");
-    EXPECT_EQ(stop->file, "bf_tarvex_switch_mpls_baremetal/src/pd");
+    EXPECT_EQ(stop->file, source_of("pd"));
     EXPECT_EQ(stop->function, function.name);
   }
 }
@@ -138,12 +146,12 @@ TEST(profile, placement_data_is_read_without_states)
 {
   driver().reset();
   driver().answer = [](const recorded_call &) { return 0; };
-  p4_pd_tarvex_switch_init();  // no state is to be had
+  invoke("init");  // no state is to be had
   for (const exported_function &function : calls::functions) {
     if (reads_member(function.family) && function.family != get_member) check_members_read(function, false);
   }
   driver().reset();
-  p4_pd_tarvex_switch_init();
+  invoke("init");
 }
 
 // ---- warm restart ----
@@ -155,7 +163,7 @@ drv_adt_sel_restore_t restore_function()
 {
   driver().reset();
   driver().answer = [](const recorded_call &) { return 0x4321; };
-  EXPECT_EQ(p4_pd_tarvex_switch_restore_virtual_dev_state(words[0], words[1], words[2], words[3], words[4]), 0x4321u);
+  EXPECT_EQ(invoke("restore_virtual_dev_state", words[0], words[1], words[2], words[3], words[4]), 0x4321u);
   EXPECT_EQ(driver().calls.size(), 1u);
   const recorded_call asked = driver().calls.at(0);
   EXPECT_EQ(asked.function, "pipe_mgr_hitless_ha_restore_virtual_dev_state");
@@ -182,7 +190,7 @@ TEST(profile, replay_rebuilds_the_states)
                      {state, 0xfe, mbr, reinterpret_cast<std::uint64_t>(&p4_pd_ms_grp_update_res), state});
     };
     // Each action of the profile, one of another profile, and none; with the flag and without.
-    std::vector<std::uint32_t> actions = {0, calls::profiles[(index + 1) % 5].actions[0].handle};
+    std::vector<std::uint32_t> actions = {0, calls::profiles[(index + 1) % calls::profiles.size()].actions[0].handle};
     for (const calls::use_info &use : profile.actions) actions.push_back(use.handle);
     for (std::size_t i = 0; i < 16 * actions.size(); ++i) {
       const std::uint32_t action = actions[i / 16];

@@ -17,7 +17,7 @@ std::string full_name(const operation &operation, const exported_function &funct
     if (at != std::string::npos && content != nullptr) name.replace(at, placeholder.size(), content);
   };
   std::string name = operation.name;
-  if (!name.starts_with("unbuild_")) name = "p4_pd_tarvex_switch_" + name;
+  if (!name.starts_with("unbuild_")) name = prefix() + name;
   put(name, "{table}", function.table != nullptr ? function.table->name : nullptr);
   put(name, "{profile}", function.profile != nullptr ? function.profile->name : nullptr);
   put(name, "{action}", function.action != nullptr ? function.action->name : nullptr);
@@ -25,9 +25,14 @@ std::string full_name(const operation &operation, const exported_function &funct
       std::string_view(function.name).find("_packets_") != std::string_view::npos ? "packets" : "bytes");
   put(name, "{calc}", function.hash != nullptr ? function.hash->name : nullptr);
   if (function.resource != nullptr) {
-    put(name, is_direct(function.resource->name) ? "{direct}" : "{indexed}", function.resource->name);
+    put(name, function.resource->direct ? "{direct}" : "{indexed}", function.resource->name);
   }
   return name;
+}
+
+bool holds(const calls::table_info &table, calls::match_kind match)
+{
+  return std::ranges::find(table.fields, match, &calls::field_info::match) != table.fields.end();
 }
 
 // A function without parameters, a key, a priority and so on does not take the argument for it.
@@ -41,7 +46,7 @@ bool has_use_for(const exported_function &function, argument_kind kind)
     case argument_kind::priority:
     case argument_kind::priority_out: return table->kind == calls::table_kind::ternary;
     case argument_kind::ttl: return table->idle_time;
-    case argument_kind::meter_spec: return std::string("l2LookupMiss") == table->name;
+    case argument_kind::meter_spec: return direct_meter_of(function) != nullptr;
     default: return true;
   }
 }
@@ -135,6 +140,61 @@ std::string difference(const recorded_argument &expected, const recorded_argumen
 }
 
 }  // namespace
+
+std::size_t count_of(per rows)
+{
+  using calls::match_kind;
+  using calls::resource_kind;
+  const auto tables = [](auto meets) { return static_cast<std::size_t>(std::ranges::count_if(calls::tables, meets)); };
+  const auto resources = [](resource_kind kind, bool direct) {
+    return static_cast<std::size_t>(
+        std::ranges::count_if(calls::resources, [&](const auto &r) { return r.kind == kind && r.direct == direct; }));
+  };
+  const auto uses = [](const auto &owners, auto meets) {
+    std::size_t count = 0;
+    for (const auto &owner : owners)
+      count += static_cast<std::size_t>(
+          std::ranges::count_if(owner.actions, [&](const calls::use_info &use) { return meets(owner, use); }));
+    return count;
+  };
+  const auto keyed = [](const calls::table_info &t) { return !t.fields.empty(); };
+  switch (rows) {
+    case per::pipeline: return 1;
+    case per::table: return calls::tables.size();
+    case per::keyed_table: return tables(keyed);
+    case per::masked_table:
+      return tables([](const auto &t) { return holds(t, match_kind::ternary) || holds(t, match_kind::lpm); });
+    case per::direct_table: return tables([](const auto &t) { return t.profile == nullptr; });
+    case per::indirect_table: return tables([](const auto &t) { return t.profile != nullptr; });
+    case per::idle_table: return tables([](const auto &t) { return t.idle_time; });
+    case per::keyed_use: return uses(calls::tables, [&](const auto &t, const auto &) { return keyed(t); });
+    case per::default_use: return uses(calls::tables, [](const auto &, const auto &use) { return use.is_default; });
+    case per::action_with_parameters:
+      return static_cast<std::size_t>(
+          std::ranges::count_if(calls::actions, [](const auto &action) { return !action.params.empty(); }));
+    case per::profile: return calls::profiles.size();
+    case per::member_use: return uses(calls::profiles, [](const auto &, const auto &) { return true; });
+    case per::direct_counter: return resources(resource_kind::counter, true);
+    case per::indexed_counter: return resources(resource_kind::counter, false);
+    case per::direct_meter: return resources(resource_kind::meter, true);
+    case per::indexed_meter: return resources(resource_kind::meter, false);
+    case per::wred: return resources(resource_kind::wred, false);
+    case per::register_: return resources(resource_kind::register_, false);
+    case per::hash: return calls::hashes.size();
+    case per::unit: return 2;
+  }
+  return 0;
+}
+
+std::string source_of(const std::string &folder) { return std::string(calls::pipeline.sources) + "/" + folder; }
+
+const calls::resource_use_info *direct_meter_of(const exported_function &function)
+{
+  if (function.use == nullptr) return nullptr;
+  const auto found =
+      std::ranges::find(function.use->resources, calls::resource_form::direct_meter, &calls::resource_use_info::form);
+  return found == function.use->resources.end() ? nullptr : &*found;
+}
 
 const operation *operation_of(const exported_function &function)
 {

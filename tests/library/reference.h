@@ -71,16 +71,43 @@ struct driver_call {
   bool on_request = false;  // made with bit 0 of the flags alone
 };
 
+/// The rows that a function exists for, one each.
+enum class per : std::uint8_t {
+  pipeline,
+  table,
+  keyed_table,
+  masked_table,  // ternary or lpm
+  direct_table,
+  indirect_table,
+  idle_table,
+  keyed_use,  // an action of a direct table with a key
+  default_use,
+  action_with_parameters,
+  profile,
+  member_use,  // an action of a profile
+  direct_counter,
+  indexed_counter,
+  direct_meter,
+  indexed_meter,
+  wred,
+  register_,
+  hash,
+  unit,  // bytes and packets
+};
+std::size_t count_of(per rows);
+
 /// One line of the interface: a function that exists for many rows.
 struct operation {
   calls::family_id family;
   const char *name;  // with {table}, {profile} and {action}; {direct} or {indexed} for a resource
-  unsigned count;
+  per rows;
   std::vector<argument_kind> arguments;  // less those that the row has no use for
   std::vector<driver_call> series;
 };
 
 extern const std::vector<operation> operations;
+/// The direct meter of the action that a function writes; null where it has none.
+const calls::resource_use_info *direct_meter_of(const exported_function &function);
 const operation *operation_of(const exported_function &function);
 std::vector<argument_kind> arguments_of(const operation &operation, const exported_function &function);
 
@@ -99,18 +126,8 @@ bytes expected_key(const call &call);
 bytes expected_action(const call &call);
 bytes expected_member(const call &call);
 
-/// A dynamic hash calculation: its input lists count from `first`, one for each choice of fields.
-struct calculation {
-  const char *name;
-  std::uint32_t handle;
-  std::uint32_t first;
-  std::vector<std::uint32_t> common;  // common number of each field
-};
-extern const std::vector<calculation> calculations;
 constexpr std::uint32_t hash_algorithm = 0x23000003;
 
-/// Whether a counter, meter or register is addressed by entry.
-bool is_direct(const std::string &resource);
 /// An argument of a resource or a service, with its record.
 recorded_argument resource_argument(derived kind, const call &call);
 /// Bytes of the record that a driver call fills; 0 where it fills none.
@@ -123,6 +140,9 @@ bytes key_structure(const calls::table_info &table, const bytes &value, const by
                     std::uint32_t partition_index, bool with_masks);
 /// A parameter structure as read back from 28 bytes of data and a list of resources.
 bytes parameter_structure(const calls::action_info &action, const bytes &data, const std::vector<pd_res_spec_t> &list);
+
+/// The source file that an assertion tells, by its folder.
+std::string source_of(const std::string &folder);
 
 /// Number of `size` bytes at `at`, in host order.
 std::uint64_t number_at(std::span<const std::uint8_t> structure, std::size_t at, std::size_t size);

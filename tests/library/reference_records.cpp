@@ -1,9 +1,8 @@
 // Bytes of keys and actions, by the rules of the driver's records.
 //
 // SPDX-License-Identifier: Apache-2.0
+#include <algorithm>
 #include <cstring>
-#include <map>
-#include <set>
 
 #include "reference.h"
 
@@ -57,40 +56,32 @@ struct named_resource {
 // What an entry write tells the driver of resources; the direct meter stands apart.
 std::vector<named_resource> resources_of(const call &call, write how)
 {
-  static const std::map<std::string, std::uint32_t> counters = {
-      {"l2DmacClassify", 0x4000001},   {"ingressPortDropCheck", 0x4000002},
-      {"haloCounters", 0x4000005},     {"finalDropControl", 0x4000006},
-      {"trapToCpu", 0x4000007},        {"egressPortDropCheck", 0x4000008},
-      {"ingL2DomainCount", 0x4000009}, {"egrL2DomainCount", 0x400000a},
-  };
-  static const std::map<std::string, std::uint32_t> registers = {
-      {"ingVlanCheck", 0x6000001}, {"ingStpCheck", 0x6000002}, {"egrVlanCheck", 0x6000003}, {"egrStpCheck", 0x6000004}};
-  const std::string table = call.function().table->name;
-  if (const auto counter = counters.find(table); counter != counters.end()) {
-    if (how == write::modify) return {};
-    return {{counter->second, 0, 1}};
+  using calls::resource_form;
+  std::vector<named_resource> named;
+  for (const calls::resource_use_info &resource : call.function().use->resources) {
+    switch (resource.form) {
+      case resource_form::direct_counter:
+        if (how != write::modify) named.push_back({resource.handle, 0, 1});
+        break;
+      case resource_form::indexed: {
+        const auto &params = call.function().action->params;
+        const auto index = std::ranges::find(params, true, &calls::param_info::resource_index);
+        const auto cell = number_at(call.memory(argument_kind::action_spec), index->member, 4);
+        named.push_back({resource.handle, static_cast<std::uint32_t>(cell), 1});
+        break;
+      }
+      case resource_form::detached: named.push_back({resource.handle, 0, 2}); break;
+      default: named.push_back({resource.handle, 0, 1});
+    }
   }
-  if (const auto found = registers.find(table); found != registers.end()) return {{found->second, 0, 1}};
-
-  const std::string action = call.function().action->name;
-  const auto index = [&] {
-    return static_cast<std::uint32_t>(number_at(call.memory(argument_kind::action_spec), 0, 4));
-  };
-  if (action == "pdpPolice") return {{0x4000003, index(), 1}, {0x5000002, index(), 1}};
-  if (action == "setPdpClassCount") return {{0x4000003, index(), 1}, {0x5000002, 0, 2}};
-  if (action == "setIngressMirrorColor") return {{0x5000004, index(), 1}};
-  if (action == "setIngressMirrorColorRed") return {{0x5000004, 0, 2}};
-  if (action == "setEgressMirrorColor") return {{0x5000005, index(), 1}};
-  if (action == "setEgressMirrorColorRed") return {{0x5000005, 0, 2}};
-  if (action == "runWred") return {{0x5000001, index(), 1}};
-  return {};
+  return named;
 }
 
-// The storm control meter, with a value or without.
+// The direct meter, with a value or without.
 void put_direct_meter(drv_action_spec_t &record, const call &call, write how)
 {
   record.res_count = 1;
-  record.res[0].res_hdl = 0x5000003;
+  record.res[0].res_hdl = direct_meter_of(call.function())->handle;
   if (call.value(argument_kind::meter_spec) == 0) {
     record.res[0].res_tag = how == write::modify ? 0 : 2;
     return;
@@ -106,22 +97,13 @@ void put_direct_meter(drv_action_spec_t &record, const call &call, write how)
   }
 }
 
-// Parameters that are indexes of a resource leave their bytes 0.
-bool is_index(const calls::action_info &action, const calls::param_info &param)
-{
-  static const std::set<std::string> indexes = {"pdpResourceIndex", "meterIndex", "index"};
-  static const std::set<std::string> with_index = {"setPdpClassCount", "pdpPolice", "setIngressMirrorColor",
-                                                   "setEgressMirrorColor", "runWred"};
-  return with_index.contains(action.name) && indexes.contains(param.name);
-}
-
 bytes parameters_of(const call &call, std::uint16_t &bits)
 {
   bytes data;
   for (const calls::param_info &param : call.function().action->params) {
     const auto &structure = call.memory(argument_kind::action_spec);
     bytes field = field_bytes(structure, param.member, param.member_size, param.bits);
-    if (is_index(*call.function().action, param)) field.assign(field.size(), 0);
+    if (param.resource_index) field.assign(field.size(), 0);
     data.insert(data.end(), field.begin(), field.end());
     bits = static_cast<std::uint16_t>(bits + param.bits);
   }
@@ -246,21 +228,14 @@ bytes key_structure(const calls::table_info &table, const bytes &value, const by
 
 bytes parameter_structure(const calls::action_info &action, const bytes &data, const std::vector<pd_res_spec_t> &list)
 {
-  static const std::map<std::string, std::vector<std::uint32_t>> looked_for = {
-      {"setPdpClassCount", {0x4000003}},
-      {"pdpPolice", {0x4000003, 0x5000002}},
-      {"setIngressMirrorColor", {0x5000004}},
-      {"setEgressMirrorColor", {0x5000005}},
-      {"runWred", {0x5000001}},
-  };
   bytes structure(action.record_size);
   std::size_t at = 0;
   for (const calls::param_info &param : action.params) {
-    if (!is_index(action, param)) {
+    if (!param.resource_index) {
       put_field(structure, param.member, &data[at], param.bits);
     } else {
       std::uint32_t index = list.empty() ? 0xffffffff : 0;
-      for (const std::uint32_t handle : looked_for.at(action.name)) {
+      for (const std::uint32_t handle : action.index_resources) {
         for (const pd_res_spec_t &element : list) {
           if (element.res_hdl == handle) index = element.res_index;
         }

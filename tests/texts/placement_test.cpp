@@ -17,10 +17,10 @@ std::string print_of(const told_entry &entry, std::int32_t indent)
 {
   const calls::table_info &table = *entry.table;
   std::string text;
-  if (!keyed(table)) text = formatted("%*sp4_pd_tarvex_switch_%s:\n", indent, "", table.name);
+  if (!keyed(table)) text = formatted("%*s%s%s:\n", indent, "", prefix().c_str(), table.name);
   if (!entry.no_key()) text = key_print(table, indent, entry.key());
   if (entry.use == nullptr) return text;
-  text += formatted("%*sp4_pd_tarvex_switch_%s:\n", indent, "", entry.use->action->name);
+  text += formatted("%*s%s%s:\n", indent, "", prefix().c_str(), entry.use->action->name);
   if (entry.use->action->params.empty()) return text;
   return text + action_print(*entry.use->action, indent, entry.parameters());
 }
@@ -86,7 +86,7 @@ TEST(placement, that_the_driver_refuses)
     entry.status = 0x51;
     driver().answer = entry;
     EXPECT_EQ(printed(print_by("plcmt_data_print", 3, table.handle, placement), 0x51),
-              formatted("cannot decode plcmt_data for p4_pd_tarvex_switch_%s\n", table.name));
+              "cannot decode plcmt_data for " + prefix() + table.name + "\n");
     EXPECT_TRUE(writes_nothing(text_by("plcmt_data_value", table.handle, placement)));
     EXPECT_EQ(invoke<std::uint8_t>("plcmt_data_eq_to_hw", 1U, 0U, table.handle, 5U, placement), 0) << table.name;
   }
@@ -104,7 +104,7 @@ TEST(placement, of_members)
       const record parameters = use.action->params.empty() ? record() : member.parameters();
       const std::string value = action_value(*use.action, parameters);
       const std::string print =
-          formatted("%*sp4_pd_tarvex_switch_%s:\n", 5, "", use.action->name) + action_print(*use.action, 5, parameters);
+          formatted("%*s%s%s:\n", 5, "", prefix().c_str(), use.action->name) + action_print(*use.action, 5, parameters);
       const auto write_named = text_by(name + "_plcmt_data_value", placement);
       const auto write = text_by("adt_plcmt_data_value", handle, placement);
       const auto print_named = print_by(name + "_adt_plcmt_data_print", 5, placement);
@@ -117,7 +117,7 @@ TEST(placement, of_members)
       driver().answer = member;
       EXPECT_TRUE(writes_nothing(write)) << name;
       EXPECT_EQ(printed(print_any, 0x51),
-                formatted("cannot decode plcmt_data for p4_pd_tarvex_switch_%s_adt_plcmt_data_print\n", profile.name));
+                "cannot decode plcmt_data for " + prefix() + name + "_adt_plcmt_data_print\n");
     }
   }
 }

@@ -73,6 +73,17 @@ const calls::table_info &table_named(const std::string &name)
   return *std::ranges::find(calls::tables, name, &calls::table_info::name);
 }
 
+const calls::table_info &widest_key()
+{
+  return *std::ranges::max_element(calls::tables, {}, [](const auto &table) { return table.fields.size(); });
+}
+
+const calls::table_info &narrowest_key()
+{
+  // A keyless table counts as the widest.
+  return *std::ranges::min_element(calls::tables, {}, [](const auto &table) { return table.fields.size() - 1; });
+}
+
 const calls::table_info &table_of(const calls::profile_info &profile)
 {
   return *std::ranges::find(calls::tables, profile.table, &calls::table_info::handle);
@@ -152,7 +163,7 @@ std::string action_value(const calls::action_info &action, const record &paramet
 
 std::string key_print(const calls::table_info &table, int indent, const record &key)
 {
-  std::string text = formatted("%*sp4_pd_tarvex_switch_%s_match_spec_t:\n", indent, "", table.name);
+  std::string text = formatted("%*s%s%s_match_spec_t:\n", indent, "", prefix().c_str(), table.name);
   for (const text_row &row : rows_of(table)) {
     text += formatted("%*c %s", indent, ' ', row.name.c_str());
     if (row.partial() && row.bits < 128) text += " mask " + row.mask();

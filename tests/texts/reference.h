@@ -8,13 +8,11 @@
 #include <string>
 #include <vector>
 
-#include "call_table.h"
+#include "caller.h"
 
 namespace tarvex::test {
 
 using record = std::vector<std::uint8_t>;
-
-inline constexpr char prefix[] = "p4_pd_tarvex_switch_";
 
 /// A line of a schema: a key field, its mask, its prefix length, or a parameter.
 struct text_row {
@@ -34,6 +32,9 @@ struct text_row {
 std::string formatted(const char *format, ...) __attribute__((format(printf, 1, 2)));
 
 const calls::table_info &table_named(const std::string &name);
+/// The table with most key fields, and the key of fewest; each has one at least.
+const calls::table_info &widest_key();
+const calls::table_info &narrowest_key();
 /// A profile's indirect table.
 const calls::table_info &table_of(const calls::profile_info &profile);
 bool keyed(const calls::table_info &table);

@@ -5,14 +5,15 @@
 #include <cstdint>
 #include <cstdio>
 
-#include "tarvex_pd/dispatch.h"
+#include "caller.h"
+#include "tarvex_pd/types.h"
 
 int main()
 {
-  std::array<char, 4096> text;
+  std::array<char, PD_SCHEMA_TEXT_SIZE> text;
   for (const std::uint32_t kind : {0x1000000U, 0x2000000U}) {
     for (std::uint32_t handle = kind; handle < kind + 0x1000; ++handle)
-      if (p4_pd_tarvex_switch_cli_schema(handle, text.data()) > 2) std::printf("%#x %s\n", handle, text.data());
+      if (tarvex::test::invoke("cli_schema", handle, text.data()) > 2) std::printf("%#x %s\n", handle, text.data());
   }
   return 0;
 }

@@ -15,7 +15,7 @@ const void *const no_placement = "";
 void expect_stop(const told_entry &reply, const std::string &function, const std::function<void(char *buf)> &call)
 {
   driver().answer = reply;
-  const std::string report = "bf_tarvex_switch_mpls_baremetal/src/pd:[0-9]+: p4_pd_tarvex_switch_" + function +
+  const std::string report = std::string(calls::pipeline.sources) + "/pd:[0-9]+: " + prefix() + function +
                              ": Assertion `\\(\\(void \\*\\)0\\)' failed";
   std::array<char, 4096> buf;
   EXPECT_EXIT(call(buf.data()), ::testing::KilledBySignal(SIGABRT), report);
@@ -27,7 +27,7 @@ TEST(stops, of_entries_on_a_broken_reply)
     const std::string name = table.name;
     const bool indirect = table.profile != nullptr;
     told_entry reply(table, nullptr);
-    reply.act_hdl = 0x20000004;
+    reply.act_hdl = 0x20ffffff;  // of no action
     reply.act_kinds = indirect ? 3 : 1;
     expect_stop(reply, name + "_get_entry",
                 [&](char *buf) { invoke<std::uint32_t>("entry_value", 1U, 0U, table.handle, 5U, 0U, buf); });
@@ -50,7 +50,7 @@ TEST(stops, of_members_on_a_broken_reply)
 {
   for (const auto &profile : calls::profiles) {
     told_entry reply(calls::tables[0], nullptr);
-    reply.act_hdl = 0x20000005;  // an action of another table
+    reply.act_hdl = 0x20ffffff;
     const std::string function = std::string(profile.name) + "_get_member_from_plcmt_data";
     const std::uint32_t handle = profile.action_data_table;
     expect_stop(reply, function,

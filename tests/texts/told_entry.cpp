@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <unordered_map>
 
 namespace tarvex::test {
 
@@ -26,16 +25,6 @@ char *guarded(std::size_t size)
 }
 
 }  // namespace
-
-calls::address address_of(const std::string &name)
-{
-  static const auto all = [] {
-    std::unordered_map<std::string, calls::address> by_name;
-    for (const auto &function : calls::functions) by_name[function.name] = function.function;
-    return by_name;
-  }();
-  return all.at(name);
-}
 
 ::testing::AssertionResult writes(const std::string &expected, const std::function<std::uint32_t(char *)> &write)
 {
@@ -118,7 +107,7 @@ record told_entry::key() const
   for (const char *part : {"unbuild_key_", "unbuild_mask_"}) {
     if (part[8] == 'm' && (table->kind == calls::table_kind::exact || table->kind == calls::table_kind::keyless)) break;
     using unbuild = void (*)(drv_match_spec_t *, void *);
-    const auto function = address_of(std::string(part) + table->name);
+    const auto function = function_named(std::string(part) + table->name).function;
     reinterpret_cast<unbuild>(reinterpret_cast<void *>(function))(&spec, to.data());
   }
   return to;
@@ -135,7 +124,7 @@ record told_entry::parameters() const
   const bool indexed = !use->action->index_resources.empty();
   if (indexed) resource = {use->action->index_resources[0], resource_index};
   using unbuild = void (*)(drv_act_data_t *, pd_res_spec_t *, std::uint32_t, void *);
-  const auto function = address_of(std::string("unbuild_action_spec_") + use->action->name);
+  const auto function = function_named(std::string("unbuild_action_spec_") + use->action->name).function;
   reinterpret_cast<unbuild>(reinterpret_cast<void *>(function))(&spec, indexed ? &resource : nullptr, indexed ? 1 : 0,
                                                                 to.data());
   return to;

@@ -6,23 +6,15 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <random>
 
 #include "recorder.h"
 #include "reference.h"
+#include "tarvex_pd/types.h"
 
 namespace tarvex::test {
-
-/// An exported function by its full name. The caller's own search takes too long for so many calls.
-calls::address address_of(const std::string &name);
-
-/// Calls any exported function by its name without the prefix.
-template <typename Result, typename... Arguments>
-Result invoke(const std::string &name, Arguments... arguments)
-{
-  return reinterpret_cast<Result (*)(Arguments...)>(reinterpret_cast<void *>(address_of(prefix + name)))(arguments...);
-}
 
 /// A text function, with all arguments but the buffer.
 template <typename... Arguments>
@@ -35,6 +27,16 @@ auto text_by(const std::string &name, Arguments... arguments)
 ::testing::AssertionResult writes(const std::string &expected, const std::function<std::uint32_t(char *)> &write);
 /// That a text function gives 0 and leaves its buffer.
 ::testing::AssertionResult writes_nothing(const std::function<std::uint32_t(char *)> &write);
+
+/// The longest text of a sort that a test has seen, and that callers make room for it and for no more.
+class longest_text {
+ public:
+  void see(const std::string &text) { most_ = std::max(most_, text.size()); }
+  void expect_room(std::size_t size) const { EXPECT_EQ(most_ + 1, size); }
+
+ private:
+  std::size_t most_ = 0;
+};
 
 record random_record(std::size_t size);
 

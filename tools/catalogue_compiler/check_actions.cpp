@@ -84,6 +84,9 @@ void check_parameters(const model &m, diagnostics &diag)
       data.add(s, p, p.data);
       if (p.type == storage::bytes16) s.error("type", "a parameter has at most 32 bits");
     }
+    if (data.bytes() > read_data_bytes)
+      about.error("params", "the parameters take " + std::to_string(data.bytes()) +
+                                " bytes; a read offers the driver " + std::to_string(read_data_bytes));
   }
 }
 

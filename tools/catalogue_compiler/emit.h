@@ -16,7 +16,7 @@ namespace catalogue {
 
 using functions = std::vector<exported_function>;
 
-/// include/tarvex_pd/: actions.h, a header for each group of tables, and the umbrella tarvex_pd.h.
+/// include/tarvex_pd/: text_sizes.h, actions.h, a header for each group of tables, and the umbrella tarvex_pd.h.
 void emit_public_headers(const model &m, const functions &all, const std::filesystem::path &folder);
 
 /// pd/: constant descriptors, exported functions, names; symbols.map; exported_symbols.txt.

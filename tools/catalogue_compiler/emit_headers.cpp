@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "emit.h"
+#include "schema_texts.h"
 #include "spelling.h"
 
 namespace catalogue {
@@ -80,6 +81,24 @@ std::string kind_text(const table &t)
   return text + ".";
 }
 
+void emit_text_sizes(const model &m, const std::filesystem::path &folder)
+{
+  const text_sizes sizes = longest_texts(m);
+  generated_file to;
+  to.line("/*").line(" * Room for the longest text of each sort, its NUL included.").line(" *");
+  to.line(" * Generated from the catalogue; do not edit.").line(" *").line(" * SPDX-License-Identifier: Apache-2.0");
+  to.line(" */").line("#ifndef ", include_guard("text_sizes")).line("#define ", include_guard("text_sizes")).line();
+  const auto size = [&](const std::string &name, std::size_t value, const std::string &comment) {
+    to.line("#define PD_", name, "_TEXT_SIZE ", std::to_string(value), " /**< ", comment, " */");
+  };
+  size("SCHEMA", sizes.schema, "shape of a table or profile");
+  size("ENTRY", sizes.entry, "an entry, read or decoded from placement data");
+  size("KEY", sizes.key, "a key");
+  size("ACTION", sizes.action, "an action with its parameters");
+  to.line().line("#endif");
+  to.write(folder / "text_sizes.h");
+}
+
 void emit_actions(const model &m, const functions &all, const std::filesystem::path &folder)
 {
   generated_file to;
@@ -93,7 +112,7 @@ void emit_actions(const model &m, const functions &all, const std::filesystem::p
     if (!a.params.empty())
       structure(to, action_spec_type(a), "Parameters of the action " + a.name + ", in host order.", param_members(a),
                 a.record_size);
-  unsigned largest = 0;
+  unsigned largest = 4;
   for (const action &a : m.actions) largest = std::max(largest, a.record_size);
   to.line("/** An action that was decoded: its enumeration value, then its parameters in its own structure. */");
   to.line("typedef struct plcmt_action {").line("  uint32_t action; /**< a pd_action_enum_t */");
@@ -138,6 +157,7 @@ void emit_prototypes(const std::vector<const exported_function *> &of, const std
 
 void emit_public_headers(const model &m, const functions &all, const std::filesystem::path &folder)
 {
+  emit_text_sizes(m, folder);
   emit_actions(m, all, folder);
   emit_prototypes(functions_of_resources(all), "resources", "Counters, meters, the WRED block and registers, by name.",
                   {"resource_values", "types"}, folder);

@@ -19,6 +19,13 @@ void begin_source(generated_file &to, const std::string &about)
   to.line("// SPDX-License-Identifier: Apache-2.0").line();
 }
 
+/// A constant table, which may be empty, and the span that others find it by.
+void span_of(generated_file &to, const std::string &row, const std::string &name, const std::vector<std::string> &rows)
+{
+  if (!rows.empty()) to.arguments("static constexpr const " + row + " " + name + "_rows[] = {", rows, "};");
+  to.line("constinit const std::span<const ", row, "> ", name, rows.empty() ? "" : " = " + name + "_rows", ";").line();
+}
+
 std::string array_or_null(bool empty, const std::string &name) { return empty ? "nullptr" : name; }
 
 void action_descriptors(generated_file &to, const action &a)
@@ -197,9 +204,10 @@ void emit_hash_exports(const model &m, const functions &all, const std::filesyst
             ", ", h.name, "_common};");
   }
   to.line().line("}  // namespace").line("}  // namespace hashes").line();
-  to.line("const named_hash named_hashes[hash_count] = {");
-  for (const hash_calculation &h : m.hashes) to.line("    {\"", h.name, "\", &hashes::", h.name, "},");
-  to.line("};").line().line("}  // namespace tarvex::pd").line().line("using namespace tarvex::pd;").line();
+  std::vector<std::string> rows;
+  for (const hash_calculation &h : m.hashes) rows.push_back("{\"" + h.name + "\", &hashes::" + h.name + "}");
+  span_of(to, "named_hash", "named_hashes", rows);
+  to.line("}  // namespace tarvex::pd").line().line("using namespace tarvex::pd;").line();
   emit_exports(to, functions_of_hashes(all));
   to.write(folder / "exports_hash_calculations.cpp");
 }
@@ -208,7 +216,8 @@ void emit_names(const model &m, const std::filesystem::path &folder)
 {
   generated_file to;
   begin_source(to, "Names of actions and action profiles.");
-  to.line("#include \"restorable_profiles.h\"").line("#include \"tarvex_pd/actions.h\"");
+  to.line("#include \"profile_states.h\"").line("#include \"restorable_profiles.h\"");
+  to.line("#include \"tarvex_pd/actions.h\"");
   to.line("#include \"tarvex_pd/lifecycle.h\"").line();
   std::size_t longest = 0;
   to.line("const char *const ", export_prefix, "action_name_strings[", macro_prefix(), "ACTION_COUNT] = {");
@@ -219,18 +228,21 @@ void emit_names(const model &m, const std::filesystem::path &folder)
   to.line("};").line();
   to.line("static_assert(", macro_prefix(), "ACTION_COUNT == ", to_string(m.actions.size()), ");");
   to.line("static_assert(", macro_prefix(), "ACTION_NAME_SIZE == ", to_string(longest + 1), ");").line();
-  to.line("namespace tarvex::pd {").line().line("const char *const profile_names[profile_count] = {");
-  for (const profile &p : m.profiles) to.line("    \"", p.name, "\",");
-  to.line("};").line();
+  to.line("namespace tarvex::pd {").line();
   for (const profile &p : m.profiles) {
     std::string handles;
     for (const action_use &u : p.actions) handles += (handles.empty() ? "" : ", ") + hex(u.handle);
     to.line("static constexpr std::uint32_t ", p.name, "_actions[] = {", handles, "};");
   }
-  to.line("const restorable_profile restorable_profiles[profile_count] = {");
-  for (const profile &p : m.profiles)
-    to.line("    {", hex(p.action_data_table), ", ", p.name, "_actions, ", to_string(p.actions.size()), "},");
-  to.line("};").line().line("}  // namespace tarvex::pd");
+  std::vector<std::string> names, rows;
+  for (const profile &p : m.profiles) {
+    names.push_back("\"" + p.name + "\"");
+    rows.push_back("{" + hex(p.action_data_table) + ", " + p.name + "_actions}");
+  }
+  span_of(to, "char *const", "profile_names", names);
+  span_of(to, "restorable_profile", "restorable_profiles", rows);
+  to.line("ms_state *profile_states[", to_string(std::max<std::size_t>(m.profiles.size(), 1)), "];").line();
+  to.line("}  // namespace tarvex::pd");
   to.write(folder / "names.cpp");
 }
 
@@ -251,6 +263,21 @@ void emit_pipeline_names(const pipeline &p, const std::filesystem::path &folder)
   to.line("inline constexpr char pd_tarvex_source[] = \"", p.sources, "/pd_tarvex\";");
   to.line().line("}  // namespace tarvex::pd");
   to.write(folder / "pipeline_names.h");
+}
+
+void emit_record_sizes(const model &m, const std::filesystem::path &folder)
+{
+  unsigned largest = 1;
+  for (const table &t : m.tables) largest = std::max(largest, t.record_size);
+  generated_file to;
+  begin_source(to, "Room for records of any table.");
+  to.line("#pragma once").line().line("#include <cstddef>").line().line("namespace tarvex::pd {").line();
+  to.line("/// Action data that a read offers the driver, the same for every table.");
+  to.line("inline constexpr std::size_t read_data_bytes = ", to_string(read_data_bytes), ";");
+  to.line("/// The largest key structure.");
+  to.line("inline constexpr std::size_t largest_key_record = ", to_string(largest), ";").line();
+  to.line("}  // namespace tarvex::pd");
+  to.write(folder / "record_sizes.h");
 }
 
 void emit_symbols(const functions &all, const std::filesystem::path &folder)
@@ -282,6 +309,7 @@ void emit_library_sources(const model &m, const functions &all, const std::files
   emit_hash_exports(m, all, pd);
   emit_names(m, pd);
   emit_pipeline_names(m.pipeline, pd);
+  emit_record_sizes(m, pd);
   emit_symbols(all, folder);
 }
 

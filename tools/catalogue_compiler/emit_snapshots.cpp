@@ -34,6 +34,7 @@ void emit_snapshot_fields(const model &m, const std::filesystem::path &folder)
   to.line("// Generated from the catalogue; do not edit.").line("//").line("// SPDX-License-Identifier: Apache-2.0");
   to.line("#include \"snapshot_layouts.h\"").line().line("namespace tarvex::pd {").line("namespace {").line();
   for (const snapshot_layout &layout : m.snapshot_layouts) {
+    if (layout.fields.empty()) continue;
     to.line("constexpr snapshot_field ", layout.name, "_fields[] = {");
     for (const snapshot_field &f : layout.fields) to.line("    ", field_row(f), ",");
     to.line("};");
@@ -42,7 +43,7 @@ void emit_snapshot_fields(const model &m, const std::filesystem::path &folder)
   to.line("}  // namespace").line();
   to.line("constinit const snapshot_layout snapshot_layouts[snapshot_layout_count] = {");
   for (const snapshot_layout &layout : m.snapshot_layouts)
-    to.line("    {", layout.name, "_fields, ", layout.name, "_by_name, ", to_string(layout.fields.size()), "},");
+    to.line("    {", layout.fields.empty() ? "{}, {}" : layout.name + "_fields, " + layout.name + "_by_name", "},");
   to.line("};").line().line("}  // namespace tarvex::pd");
   to.write(folder / "pd" / "snapshot_fields.cpp");
 }

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "families.h"
+#include "schema_texts.h"
 #include "spelling.h"
 
 namespace catalogue {
@@ -19,34 +20,10 @@ std::string live_word(const field &f)
   return hex(live);
 }
 
-/// Live mask as the schema shows it: no leading zeros, an L behind 128 bits.
-std::string live_text(const field &f)
+/// String literals, one a piece.
+void literals(generated_file &to, const std::vector<std::string> &pieces)
 {
-  std::string digits;
-  for (const std::uint8_t b : f.live) digits += hex(0x100u | b).substr(3);
-  const std::size_t first = std::min(digits.find_first_not_of('0'), digits.size() - 1);
-  return "0x" + digits.substr(first) + (f.bits == 128 ? "L" : "");
-}
-
-std::string display_text(const std::string &display) { return display.empty() ? "None" : "'" + display + "'"; }
-
-std::string key_row_text(const std::string &short_name, const std::string &name, unsigned bits, const std::string &live,
-                         const std::string &display)
-{
-  return "( '" + short_name + "','" + name + "'," + to_string(bits) + "," + live + "," + display + ",None,None),";
-}
-
-void key_schema(generated_file &to, const table &t)
-{
-  to.line("    \"(\"");
-  for (const field &f : t.fields) {
-    to.line("    \"", key_row_text(f.short_name, f.name, f.bits, live_text(f), display_text(f.display)), "\"");
-    if (f.match == match_kind::ternary)
-      to.line("    \"", key_row_text(f.short_name + "Mask", companion_name(f), f.bits, live_text(f), "None"), "\"");
-    if (f.match == match_kind::lpm)
-      to.line("    \"", key_row_text(f.short_name + "PrefixLength", companion_name(f), 16, "0xffff", "None"), "\"");
-  }
-  to.line("    \")\",");
+  for (std::size_t i = 0; i < pieces.size(); ++i) to.line("    \"", pieces[i], "\"", i + 1 == pieces.size() ? "," : "");
 }
 
 void text_row_line(generated_file &to, const row_constants &constants, const std::string &name, const std::string &live,
@@ -118,7 +95,7 @@ void table_texts(generated_file &to, const row_constants &constants, const table
   to.line("constinit const table_text table_", t.name, " = {");
   to.line("    \"", t.name, "\", ", hex(t.handle), ", ", flag(t.keyed()), flag(t.indirect()), flag(t.priority()));
   if (t.keyed())
-    key_schema(to, t);
+    literals(to, key_schema(t));
   else
     to.line("    {},");
   const std::string rows = to_string(
@@ -152,10 +129,7 @@ void action_texts(generated_file &to, const row_constants &constants, const acti
     to.line("};");
   }
   to.line("constinit const action_text action_", a.name, " = {\"", export_prefix, a.name, "\",");
-  to.line("    \"( ('", a.name, "'),(\"");
-  for (const parameter &p : a.params)
-    to.line("    \"('", p.name, "',", display_text(p.display), ",", to_string(p.bits), ",None),\"");
-  to.line("    \"))\",");
+  literals(to, action_schema(a));
   to.line("    ", a.params.empty() ? "nullptr" : a.name + "_rows", ", ", to_string(a.params.size()), "};");
   to.line("}  // namespace texts");
 }
@@ -176,26 +150,30 @@ void emit_text_tables(const model &m, const std::filesystem::path &folder)
   generated_file to;
   to.line("// Text rows by handle and by enumeration value.").line("//");
   to.line("// Generated from the catalogue; do not edit.").line("//").line("// SPDX-License-Identifier: Apache-2.0");
-  to.line("#include \"text_tables.h\"").line().line("#include \"profile_texts.h\"").line();
+  to.line("#include \"text_tables.h\"").line();
   to.line("namespace tarvex::pd {").line();
-  to.line("constinit const table_text *const table_texts[table_handle_count] = {");
-  const std::uint32_t first = m.tables.front().handle;
-  std::uint32_t next = first;
+  row_constants(m).define(to);
+  to.line("namespace {").line();
+  to.line("constexpr const table_text *tables_by_handle[] = {");
+  std::uint32_t next = m.tables.front().handle;
   for (const table &t : m.tables) {
     for (; next < t.handle; ++next) to.line("    nullptr,");
     to.line("    &texts::table_", t.name, ",");
     ++next;
   }
-  to.line("};");
-  to.line("static_assert(first_table_handle == ", hex(first), " && table_handle_count == ", to_string(next - first),
-          ");");
-  row_constants(m).define(to);
-  to.line().line("constinit const action_text *const action_texts[action_count] = {");
+  to.line("};").line().line("constexpr const action_text *actions_by_value[] = {");
   for (const action &a : m.actions) to.line("    &texts::action_", a.name, ",");
-  to.line("};").line("static_assert(action_count == ", to_string(m.actions.size()), ");");
-  to.line().line("constinit const profile_text *const profile_texts[profile_count] = {");
-  for (const profile &p : m.profiles) to.line("    &texts::profile_", p.name, ",");
-  to.line("};").line().line("}  // namespace tarvex::pd");
+  to.line("};").line();
+  std::vector<std::string> profiles;
+  for (const profile &p : m.profiles) profiles.push_back("&texts::profile_" + p.name);
+  if (!profiles.empty()) to.arguments("constexpr const profile_text *all_profiles[] = {", profiles, "};").line();
+  to.line("}  // namespace").line();
+  to.line("constinit const std::uint32_t first_table_handle = ", hex(m.tables.front().handle), ";");
+  to.line("constinit const std::span<const table_text *const> table_texts = tables_by_handle;");
+  to.line("constinit const std::span<const action_text *const> action_texts = actions_by_value;");
+  to.line("constinit const std::span<const profile_text *const> profile_texts",
+          profiles.empty() ? ";" : " = all_profiles;");
+  to.line().line("}  // namespace tarvex::pd");
   to.write(folder / "text_tables.cpp");
 }
 

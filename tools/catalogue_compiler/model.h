@@ -115,6 +115,9 @@ struct action : origin {
   std::vector<std::uint32_t> index_resources;  // of the index parameter, in the order of the resource list
 };
 
+/// Action data that a read offers the driver, whatever the table.
+inline constexpr unsigned read_data_bytes = 28;
+
 struct table : origin {
   std::string name;
   std::uint32_t handle = 0;

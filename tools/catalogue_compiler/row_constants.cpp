@@ -32,10 +32,11 @@ std::size_t row_constants::place_of_live_bits(const field &f) const
 
 void row_constants::define(generated_file &to) const
 {
-  to.line("constinit const char member_names[] =");
+  to.line("constinit const char member_names[] =").line("    \"\"");
   for (const auto &[name, at] : names_) to.line("    \"", name, "\"");
   to.line("    ;").line();
   to.line("constinit const std::uint8_t wide_live_bits[][16] = {");
+  if (live_bits_.empty()) to.line("    {},  // no row has a place in it");
   for (const auto &live : live_bits_) {
     std::vector<std::string> bytes;
     for (const std::uint8_t b : live) bytes.push_back(hex(b));
