@@ -142,7 +142,7 @@ std::string call::unexpected_bytes() const
 
 const std::string &prefix()
 {
-  static const std::string text = calls::pipeline.prefix;
+  static const std::string text(calls::pipeline.prefix);
   return text;
 }
 
