@@ -172,18 +172,17 @@ TEST(catalogue_files, every_total_is_counted)
   }
 }
 
-TEST(catalogue_files, both_directions_of_snapshots_have_fields)
+// Lost rows show in the totals; a pipeline without snapshots is one all the same.
+TEST(catalogue_files, snapshots_may_have_no_fields)
 {
   catalogue_folder folder;
   std::ostringstream rows;
   rows << std::ifstream(folder.path() / "resources.toml").rdbuf();
   folder.write("resources.toml", rows.str().substr(0, rows.str().find("[[snapshot_layout]]")));
   const auto errors = folder.errors();
-  ASSERT_EQ(errors.size(), 4u);
-  EXPECT_EQ(errors[0], "catalogue: error: no file holds the snapshot_layout 'ingress'; add it");
-  EXPECT_EQ(errors[1], "catalogue: error: no file holds the snapshot_layout 'egress'; add it");
-  EXPECT_NE(errors[2].find("'snapshot_ingress_fields' is 3, but the rows make 0"), std::string::npos);
-  EXPECT_NE(errors[3].find("'snapshot_egress_fields' is 1, but the rows make 0"), std::string::npos);
+  ASSERT_EQ(errors.size(), 2u);
+  EXPECT_NE(errors[0].find("'snapshot_ingress_fields' is 3, but the rows make 0"), std::string::npos);
+  EXPECT_NE(errors[1].find("'snapshot_egress_fields' is 1, but the rows make 0"), std::string::npos);
 }
 
 TEST(catalogue_files, a_folder_needs_rows)

@@ -12,32 +12,23 @@ namespace {
 
 TEST(captures, a_field_shows_if_any_byte_of_its_slot_is_set)
 {
-  const struct {
-    pd_snapshot_hdl_t hdl;
-    const char *name;
-    std::size_t offset, byte, size;
-  } cases[] = {
-      {ingress, "ingMd_ingL2Aintf", 370, 3, 3},  // the byte behind its three
-      {egress, "outerEthHdr_smacOui", 35, 3, 3},
-      {ingress, "ingIpv6_dip", 502, 15, 16},
-      {egress, "innerIpv6Hdr_dip", 268, 15, 16},
-      {egress, "egrMd_tunnelInfo", 339, 0, 4},
-      {ingress, "_selector_FLOW_LRN_DIGEST_RCVR", 689, 0, 1},
-  };
-  for (const auto &each : cases) {
-    SCOPED_TRACE(each.name);
-    snap_trig_spec_t value{}, mask{};
-    mask.fields[each.offset + each.byte] = 0x40;
-    bytes content(each.size);
-    if (each.byte < each.size) content[each.byte] = 0x40;
+  for (const pd_snapshot_hdl_t hdl : {ingress, egress}) {
+    for (const listed_field &field : list_fields(hdl)) {
+      SCOPED_TRACE(field.name);
+      const std::size_t last = field.slot() - 1;  // of a field of 3 bytes the one after them
+      snap_trig_spec_t value{}, mask{};
+      mask.fields[field.offset + last] = 0x40;
+      bytes content(field.size);
+      if (last < field.size) content[last] = 0x40;
 
-    shown.clear();
-    EXPECT_EQ(p4_pd_tarvex_switch_snapshot_capture_trigger_show(5, each.hdl, &value, &mask, keep_shown), 5u);
-    EXPECT_EQ(shown, (std::vector<shown_field>{{each.name, bytes(each.size), content, nullptr}}));
-    shown.clear();
-    EXPECT_EQ(p4_pd_tarvex_switch_snapshot_capture_field_show(6, each.hdl, mask.fields, keep_shown), 6u);
-    ASSERT_EQ(shown, (std::vector<shown_field>{{each.name, content, {}, nullptr}}));
-    EXPECT_EQ(shown[0].value_at, mask.fields + each.offset);
+      shown.clear();
+      EXPECT_EQ(show_trigger(5, hdl, value, mask), 5u);
+      EXPECT_EQ(shown, (std::vector<shown_field>{{field.name, bytes(field.size), content, nullptr}}));
+      shown.clear();
+      EXPECT_EQ(show_fields(6, hdl, mask.fields), 6u);
+      ASSERT_EQ(shown, (std::vector<shown_field>{{field.name, content, {}, nullptr}}));
+      EXPECT_EQ(shown[0].value_at, mask.fields + field.offset);
+    }
   }
 }
 
@@ -49,14 +40,14 @@ TEST(captures, walks_give_what_the_last_call_gave)
     numbered.fields[i] = static_cast<std::uint8_t>(1 + i % 251);
   }
   for (const pd_snapshot_hdl_t hdl : {ingress, egress}) {
-    const std::uint32_t fields = hdl == ingress ? 361 : 206;
+    const auto fields = static_cast<std::uint32_t>(list_fields(hdl).size());
     shown.clear();
-    EXPECT_EQ(p4_pd_tarvex_switch_snapshot_capture_trigger_show(8, hdl, &ones, &zeros, keep_shown), 0u);
-    EXPECT_EQ(p4_pd_tarvex_switch_snapshot_capture_field_show(8, hdl, zeros.fields, keep_shown), 0u);
+    EXPECT_EQ(show_trigger(8, hdl, ones, zeros), 0u);
+    EXPECT_EQ(show_fields(8, hdl, zeros.fields), 0u);
     EXPECT_TRUE(shown.empty());
-    EXPECT_EQ(p4_pd_tarvex_switch_snapshot_capture_trigger_show(8, hdl, &zeros, &ones, keep_shown), 7 + fields);
+    EXPECT_EQ(show_trigger(8, hdl, zeros, ones), 7 + fields);
     shown.clear();
-    EXPECT_EQ(p4_pd_tarvex_switch_snapshot_capture_field_show(8, hdl, numbered.fields, keep_shown), 7 + fields);
+    EXPECT_EQ(show_fields(8, hdl, numbered.fields), 7 + fields);
 
     // Captured bytes come as they stand, each field's from its own place.
     const std::vector<listed_field> list = list_fields(hdl);
@@ -71,20 +62,24 @@ TEST(captures, walks_give_what_the_last_call_gave)
 
 TEST(captures, a_record_comes_apart)
 {
-  bytes area(52512);
-  for (std::size_t i = 0; i < area.size(); ++i) area[i] = static_cast<std::uint8_t>(i * 167 / 100 + i / 4376 * 29);
+  const std::size_t size = control_bytes + field_bytes;
+  bytes area(capture_count * size);
+  for (std::size_t i = 0; i < area.size(); ++i) area[i] = static_cast<std::uint8_t>(i * 167 / 100 + i / size * 29);
   for (const int index : {0, 1, 11}) {
     for (const std::uint32_t is_egress : {0u, 1u, 0x100u}) {
-      const bytes record(area.begin() + index * 4376, area.begin() + (index + 1) * 4376);
+      const auto start = area.begin() + index * static_cast<std::ptrdiff_t>(size);
+      const bytes record(start, start + static_cast<std::ptrdiff_t>(size));
       std::uint32_t first_byte = 0xffffffff;
       // One byte more than what is written.
-      bytes ctrl(3665, 0xc7), fields(713, 0xd8), expected_ctrl = ctrl, expected_fields = fields;
-      EXPECT_EQ(p4_pd_tarvex_switch_snapshot_capture_data_single_get(index, is_egress, area.data(), &first_byte,
-                                                                     ctrl.data(), fields.data()),
+      bytes ctrl(control_bytes + 1, 0xc7), fields(field_bytes + 1, 0xd8), expected_ctrl = ctrl,
+                                                                          expected_fields = fields;
+      EXPECT_EQ(invoke("snapshot_capture_data_single_get", index, is_egress, area.data(), &first_byte, ctrl.data(),
+                       fields.data()),
                 record[1]);
       EXPECT_EQ(first_byte, record[0]);
-      std::copy_n(record.begin(), 3664, expected_ctrl.begin());
-      std::copy_n(record.begin() + 3664, is_egress != 0 ? 459 : 712, expected_fields.begin());
+      std::copy_n(record.begin(), control_bytes, expected_ctrl.begin());
+      std::copy_n(record.begin() + control_bytes, is_egress != 0 ? end_of_fields(egress) + after_fields : field_bytes,
+                  expected_fields.begin());
       EXPECT_EQ(ctrl, expected_ctrl);
       EXPECT_EQ(fields, expected_fields);
     }

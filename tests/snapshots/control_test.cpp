@@ -3,8 +3,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>
 
+#include "fields.h"
 #include "recorder.h"
-#include "tarvex_pd/tarvex_pd.h"
 
 namespace tarvex::test {
 namespace {
@@ -39,7 +39,7 @@ TEST_F(control, create_cuts_pipe_and_stages_out)
       call.at<std::uint32_t>(5) = 0x1234'5676;
       return refused;
     };
-    EXPECT_EQ(p4_pd_tarvex_switch_snapshot_create(each.target, each.first, each.last, each.direction, &hdl), refused);
+    EXPECT_EQ(invoke("snapshot_create", each.target, each.first, each.last, each.direction, &hdl), refused);
     EXPECT_EQ(hdl, 0x1234'5676u);
     ASSERT_EQ(driver().calls.back().function, "bf_snapshot_create");
     EXPECT_EQ(words(), (std::vector<std::uint64_t>{each.device, each.pipe, each.first & 0xff, each.last & 0xff,
@@ -50,7 +50,7 @@ TEST_F(control, create_cuts_pipe_and_stages_out)
 TEST_F(control, remove_hands_the_handle_on)
 {
   driver().answer = [](const recorded_call &) { return refused; };
-  EXPECT_EQ(p4_pd_tarvex_switch_snapshot_delete(0xfedcba98), refused);
+  EXPECT_EQ(invoke("snapshot_delete", 0xfedcba98), refused);
   ASSERT_EQ(driver().calls.size(), 1u);
   EXPECT_EQ(driver().calls[0].function, "bf_snapshot_delete");
   EXPECT_EQ(words(), std::vector<std::uint64_t>{0xfedcba98});
@@ -58,9 +58,10 @@ TEST_F(control, remove_hands_the_handle_on)
 
 TEST_F(control, data_get_tells_the_record_and_counts)
 {
-  EXPECT_EQ(p4_pd_tarvex_switch_snapshot_trig_spec_size(), 712u);
-  ASSERT_EQ(p4_pd_tarvex_switch_snapshot_capture_data_size(), 52512u);
-  bytes area(52512, 0x5a);
+  const std::size_t size = control_bytes + field_bytes;
+  EXPECT_EQ(invoke("snapshot_trig_spec_size"), field_bytes);
+  ASSERT_EQ(invoke("snapshot_capture_data_size"), capture_count * size);
+  bytes area(capture_count * size, 0x5a);
   const bytes untouched = area;
   std::uint32_t count = 77;
   for (const bool counts : {false, true}) {
@@ -70,7 +71,7 @@ TEST_F(control, data_get_tells_the_record_and_counts)
       return refused;
     };
     count = 77;
-    EXPECT_EQ(p4_pd_tarvex_switch_snapshot_capture_data_get(6, 0xabcd8001, area.data(), &count), refused);
+    EXPECT_EQ(invoke("snapshot_capture_data_get", 6U, 0xabcd8001U, area.data(), &count), refused);
     EXPECT_EQ(count, counts ? 12u : 0u);
     const recorded_call &call = driver().calls.back();
     ASSERT_EQ(call.function, "bf_snapshot_capture_get");
@@ -78,7 +79,7 @@ TEST_F(control, data_get_tells_the_record_and_counts)
     EXPECT_EQ(call.arguments[1].word, 0x8001u);
     EXPECT_EQ(call.arguments[2].word, reinterpret_cast<std::uint64_t>(area.data()));
     bytes sizes(24);
-    sizes[0] = 0x18, sizes[1] = 0x11;    // 4,376
+    sizes[0] = static_cast<std::uint8_t>(size), sizes[1] = static_cast<std::uint8_t>(size >> 8);
     sizes[16] = 0x50, sizes[17] = 0x0e;  // 3,664
     EXPECT_EQ(call.arguments[3].record, sizes);
     EXPECT_EQ(area, untouched);

@@ -3,7 +3,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
+#include <map>
 
 #include "fields.h"
 #include "tarvex_standin/standin.h"
@@ -21,20 +23,19 @@ class snapshot_job : public testing::TestWithParam<std::uint32_t> {
   {
     standin_reset();
     ASSERT_EQ(standin_device_add(device), BF_SUCCESS);
-    ASSERT_EQ(p4_pd_tarvex_switch_snapshot_create(pd_dev_tgt(device, PD_ALL_PIPES), 0, 11, GetParam(), &hdl_),
-              BF_SUCCESS);
+    ASSERT_EQ(invoke("snapshot_create", pd_dev_tgt(device, PD_ALL_PIPES), 0U, 11U, GetParam(), &hdl_), BF_SUCCESS);
   }
   void TearDown() override
   {
-    EXPECT_EQ(p4_pd_tarvex_switch_snapshot_delete(hdl_), BF_SUCCESS);
+    EXPECT_EQ(invoke("snapshot_delete", hdl_), BF_SUCCESS);
     standin_reset();
   }
 
   void ask_for(const std::string &field, const field_words &words)
   {
-    EXPECT_EQ(p4_pd_tarvex_switch_snapshot_capture_trigger_add(hdl_, &value_, &mask_, field.c_str(), words.data()), 1u);
+    EXPECT_EQ(add_trigger(hdl_, &value_, &mask_, field.c_str(), words.data()), 1u);
   }
-  void arm() { EXPECT_EQ(p4_pd_tarvex_switch_snapshot_capture_trigger_set(hdl_, &value_, &mask_), BF_SUCCESS); }
+  void arm() { EXPECT_EQ(invoke("snapshot_capture_trigger_set", hdl_, &value_, &mask_), BF_SUCCESS); }
   void disarm() { value_ = mask_ = {}; }
 
   pd_status_t pass(bytes packet, const std::string &field, const field_words &words, std::uint32_t pipe = 0)
@@ -66,32 +67,42 @@ TEST_P(snapshot_job, every_field_triggers_on_all_its_bits)
   }
 }
 
+/// The first field of a size.
+listed_field field_of(pd_snapshot_hdl_t hdl, std::uint32_t size)
+{
+  const std::vector<listed_field> list = list_fields(hdl);
+  return *std::ranges::find(list, size, &listed_field::size);
+}
+
 TEST_P(snapshot_job, captures_are_fetched_and_shown)
 {
-  ask_for("outerEthHdr_dmacStation", {0x00a1b2c3});
-  ask_for("outerIpv4Hdr_dip", {0x0a000102});
+  const listed_field station = field_of(hdl_, 3), address = field_of(hdl_, 4), port = field_of(hdl_, 2);
+  const std::uint32_t destination = 0x0a000102, number = 0x0035;
+  ask_for(station.name, {0x00a1b2c3});
+  ask_for(address.name, {destination});
   arm();
   bytes packet(STANDIN_SNAPSHOT_FIELD_BYTES);
-  const std::uint32_t destination = 0x0a000102, port = 0x0035;
-  for (const auto &[name, word] : {std::pair{"outerIpv4Hdr_dip", &destination}, std::pair{"l4PortHdr_dstPort", &port}})
-    ASSERT_EQ(standin_snapshot_field_set(GetParam(), name, word, packet.data()), BF_SUCCESS);
-  EXPECT_EQ(pass(packet, "outerEthHdr_dmacStation", {0x00a1b2c4}, 1), STANDIN_NOT_TRIGGERED);
-  EXPECT_EQ(pass(packet, "outerEthHdr_dmacStation", {0x00a1b2c3}, 1), BF_SUCCESS);
-  EXPECT_EQ(pass(packet, "outerEthHdr_dmacStation", {0x00a1b2c3}, 3), BF_SUCCESS);
+  for (const auto &[field, word] : {std::pair{&address, &destination}, std::pair{&port, &number}})
+    ASSERT_EQ(standin_snapshot_field_set(GetParam(), field->name.c_str(), word, packet.data()), BF_SUCCESS);
+  EXPECT_EQ(pass(packet, station.name, {0x00a1b2c4}, 1), STANDIN_NOT_TRIGGERED);
+  EXPECT_EQ(pass(packet, station.name, {0x00a1b2c3}, 1), BF_SUCCESS);
+  EXPECT_EQ(pass(packet, station.name, {0x00a1b2c3}, 3), BF_SUCCESS);
 
-  bytes area(p4_pd_tarvex_switch_snapshot_capture_data_size()), ctrl(3664), fields(712);
+  bytes area(invoke("snapshot_capture_data_size")), ctrl(control_bytes), fields(field_bytes);
   std::uint32_t captures = 0, pipe = 0;
-  ASSERT_EQ(p4_pd_tarvex_switch_snapshot_capture_data_get(hdl_, PD_ALL_PIPES, area.data(), &captures), BF_SUCCESS);
+  ASSERT_EQ(invoke("snapshot_capture_data_get", hdl_, std::uint32_t{PD_ALL_PIPES}, area.data(), &captures), BF_SUCCESS);
   ASSERT_EQ(captures, 2u);
-  EXPECT_EQ(p4_pd_tarvex_switch_snapshot_capture_data_single_get(1, GetParam(), area.data(), &pipe, ctrl.data(),
-                                                                 fields.data()),
+  EXPECT_EQ(invoke("snapshot_capture_data_single_get", 1, GetParam(), area.data(), &pipe, ctrl.data(), fields.data()),
             2u);
   EXPECT_EQ(pipe, 3u);
   shown.clear();
-  EXPECT_EQ(p4_pd_tarvex_switch_snapshot_capture_field_show(40, hdl_, fields.data(), keep_shown), 42u);
-  const std::vector<shown_field> expected = {{"outerEthHdr_dmacStation", {0xc3, 0xb2, 0xa1}, {}, nullptr},
-                                             {"outerIpv4Hdr_dip", {0x0a, 0x00, 0x01, 0x02}, {}, nullptr},
-                                             {"l4PortHdr_dstPort", {0x35, 0x00}, {}, nullptr}};
+  EXPECT_EQ(show_fields(40, hdl_, fields.data()), 42u);
+  std::map<std::size_t, shown_field> by_place = {
+      {station.offset, {station.name, {0xc3, 0xb2, 0xa1}, {}, nullptr}},
+      {address.offset, {address.name, {0x0a, 0x00, 0x01, 0x02}, {}, nullptr}},
+      {port.offset, {port.name, {0x35, 0x00}, {}, nullptr}}};
+  std::vector<shown_field> expected;
+  for (const auto &[place, field] : by_place) expected.push_back(field);
   EXPECT_EQ(shown, expected);
 }
 

@@ -11,7 +11,7 @@
 namespace tarvex::test {
 namespace {
 
-constexpr std::size_t record_size = 712;
+constexpr std::size_t record_size = field_bytes;
 
 /// Records as the driver receives them.
 struct received {
@@ -29,7 +29,7 @@ received set_trigger(pd_snapshot_hdl_t hdl, const snap_trig_spec_t &value, const
     got = {bytes(first, first + record_size), bytes(second, second + record_size)};
     return 0x80000009u;
   };
-  EXPECT_EQ(p4_pd_tarvex_switch_snapshot_capture_trigger_set(hdl, &value, &mask), 0x80000009u);
+  EXPECT_EQ(invoke("snapshot_capture_trigger_set", hdl, &value, &mask), 0x80000009u);
   EXPECT_EQ(driver().calls.size(), 1u);
   return got;
 }
@@ -68,50 +68,48 @@ const sized_bytes of_4 = {{0x44, 0x33, 0x22, 0x11}, ones4, {0x11, 0x22, 0x33, 0x
                           {0x44, 0x33, 0x22, 0x11}, ones4};
 const sized_bytes of_16 = {address, ones16, address, ones16, address, ones16};
 
+const sized_bytes &of_size(std::size_t size)
+{
+  switch (size) {
+    case 1: return of_1;
+    case 2: return of_2;
+    case 3: return of_3;
+    case 4: return of_4;
+    default: return of_16;
+  }
+}
+
+void expect_bytes(pd_snapshot_hdl_t hdl, const std::string &name, std::size_t offset, const sized_bytes &to)
+{
+  SCOPED_TRACE(name);
+  std::uint32_t words[16] = {0x11223344};
+  if (to.value.size() == 16)
+    for (std::size_t i = 0; i < 16; ++i) words[i] = 0xfedcba00u | address[i];
+  // In the background nothing but the field changes, and what it held before is gone.
+  snap_trig_spec_t value = filled_with(0xa5), mask = filled_with(0x96);
+  EXPECT_EQ(add_trigger(hdl, &value, &mask, name.c_str(), words), 1u);
+  EXPECT_EQ(bytes_of(value), with(0xa5, offset, to.value));
+  EXPECT_EQ(bytes_of(mask), with(0x96, offset, to.mask));
+
+  value = mask = filled_with(0);
+  EXPECT_EQ(add_trigger(hdl, &value, &mask, name.c_str(), words), 1u);
+  for (int time = 0; time < 2; ++time) {
+    const received got = set_trigger(hdl, value, mask);
+    EXPECT_EQ(got.value, with(0, offset, to.driver_value));
+    EXPECT_EQ(got.mask, with(0, offset, to.driver_mask));
+  }
+  EXPECT_EQ(bytes_of(value), with(0, offset, to.value));
+  EXPECT_EQ(bytes_of(mask), with(0, offset, to.mask));
+
+  shown.clear();
+  EXPECT_EQ(show_trigger(9, hdl, value, mask), 9u);
+  EXPECT_EQ(shown, (std::vector<shown_field>{{name, to.shown, to.shown_mask, nullptr}}));
+}
+
 TEST(trigger_bytes, of_each_size)
 {
-  const struct {
-    pd_snapshot_hdl_t hdl;
-    const char *name;
-    std::size_t offset;
-    const sized_bytes &to;
-  } cases[] = {
-      {ingress, "ig_intr_md__pad3", 3, of_1},
-      {ingress, "ig_intr_md_ingress_port", 4, of_2},
-      {ingress, "outerEthHdr_dmacOui", 27, of_3},
-      {ingress, "outerIpv4Hdr_sip", 99, of_4},
-      {ingress, "outerIpv6Hdr_sip", 186, of_16},
-      {ingress, "__md_ingress___init_61", 686, of_2},
-      {egress, "arpHdr_opcode", 6, of_2},
-      {egress, "outerEthHdr_dmacOui", 27, of_3},
-      {egress, "outerIpv6Hdr_sip", 100, of_16},
-      {egress, "outerTcpHdr_ackNo", 187, of_4},
-      {egress, "eg_intr_md_for_mb__pad1", 431, of_1},
-  };
-  for (const auto &[hdl, name, offset, to] : cases) {
-    SCOPED_TRACE(name);
-    std::uint32_t words[16] = {0x11223344};
-    if (to.value.size() == 16)
-      for (std::size_t i = 0; i < 16; ++i) words[i] = 0xfedcba00u | address[i];
-    // In the background nothing but the field changes, and what it held before is gone.
-    snap_trig_spec_t value = filled_with(0xa5), mask = filled_with(0x96);
-    EXPECT_EQ(p4_pd_tarvex_switch_snapshot_capture_trigger_add(hdl, &value, &mask, name, words), 1u);
-    EXPECT_EQ(bytes_of(value), with(0xa5, offset, to.value));
-    EXPECT_EQ(bytes_of(mask), with(0x96, offset, to.mask));
-
-    value = mask = filled_with(0);
-    EXPECT_EQ(p4_pd_tarvex_switch_snapshot_capture_trigger_add(hdl, &value, &mask, name, words), 1u);
-    for (int time = 0; time < 2; ++time) {
-      const received got = set_trigger(hdl, value, mask);
-      EXPECT_EQ(got.value, with(0, offset, to.driver_value));
-      EXPECT_EQ(got.mask, with(0, offset, to.driver_mask));
-    }
-    EXPECT_EQ(bytes_of(value), with(0, offset, to.value));
-    EXPECT_EQ(bytes_of(mask), with(0, offset, to.mask));
-
-    shown.clear();
-    EXPECT_EQ(p4_pd_tarvex_switch_snapshot_capture_trigger_show(9, hdl, &value, &mask, keep_shown), 9u);
-    EXPECT_EQ(shown, (std::vector<shown_field>{{name, to.shown, to.shown_mask, nullptr}}));
+  for (const pd_snapshot_hdl_t hdl : {ingress, egress}) {
+    for (const listed_field &field : list_fields(hdl)) expect_bytes(hdl, field.name, field.offset, of_size(field.size));
   }
 }
 
@@ -131,14 +129,11 @@ TEST(trigger_bytes, every_field_has_bytes_of_its_own)
 
       snap_trig_spec_t alone = filled_with(0), alone_mask = alone;
       for (snap_trig_spec_t *to : {&value, &alone})
-        ASSERT_EQ(p4_pd_tarvex_switch_snapshot_capture_trigger_add(hdl, to, to == &value ? &mask : &alone_mask,
-                                                                   field.name.c_str(), words),
-                  1u);
+        ASSERT_EQ(add_trigger(hdl, to, to == &value ? &mask : &alone_mask, field.name.c_str(), words), 1u);
       EXPECT_EQ(bytes_of(alone_mask), with(0, field.offset, bytes(field.size, 0xff))) << field.name;
     }
     shown.clear();
-    EXPECT_EQ(p4_pd_tarvex_switch_snapshot_capture_trigger_show(1000, hdl, &value, &mask, keep_shown),
-              999 + added.size());
+    EXPECT_EQ(show_trigger(1000, hdl, value, mask), 999 + added.size());
     EXPECT_EQ(shown, added);
   }
 }

@@ -1,4 +1,4 @@
-// Members, groups and entries of all five profiles from eight threads at once, on two devices of the stand-in switch:
+// Members, groups and entries of all profiles from eight threads at once, on two devices of the stand-in switch:
 // each thread reads back what it wrote, while the devices are logged beside them, and nothing is left at the end.
 //
 // SPDX-License-Identifier: Apache-2.0
@@ -12,8 +12,10 @@
 #include <thread>
 #include <vector>
 
-#include "raw_call.h"
-#include "tarvex_pd/tarvex_pd.h"
+#include "caller.h"
+#include "tarvex_pd/actions.h"
+#include "tarvex_pd/driver_records.h"
+#include "tarvex_pd/types.h"
 #include "tarvex_standin/standin.h"
 
 namespace {
@@ -179,7 +181,7 @@ class worker {
 bool is_empty(std::uint32_t device)
 {
   cJSON *const log = cJSON_CreateObject();
-  p4_pd_tarvex_switch_dev_log(device, log);
+  tarvex::test::invoke("dev_log", device, log);
   char *const text = cJSON_PrintUnformatted(log);
   const bool none = std::strstr(text, "hdl") == nullptr;
   cJSON_free(text);
@@ -193,7 +195,7 @@ int main(int argc, char **argv)
 {
   const std::chrono::duration<double> time(argc > 1 ? std::atof(argv[1]) : 2);
   for (unsigned device = 0; device < device_count; ++device) standin_device_add(device);
-  if (p4_pd_tarvex_switch_init() != BF_SUCCESS) return 1;
+  if (tarvex::test::invoke("init") != BF_SUCCESS) return 1;
   std::atomic<unsigned> rounds = 0, running = thread_count;
   const auto end = std::chrono::steady_clock::now() + time;
   std::vector<std::thread> threads;
@@ -212,7 +214,7 @@ int main(int argc, char **argv)
     for (unsigned device = 0; device < device_count; ++device) is_empty(device);
   for (std::thread &each : threads) each.join();
   for (unsigned device = 0; device < device_count; ++device) expect(is_empty(device), "nothing is left", "the log");
-  p4_pd_tarvex_switch_cleanup();
+  tarvex::test::invoke("cleanup");
   std::printf("%u rounds over %zu profiles from %u threads on %u devices, %u faults\n", rounds.load(), profiles.size(),
               thread_count, device_count, faults.load());
   return faults == 0 ? 0 : 1;

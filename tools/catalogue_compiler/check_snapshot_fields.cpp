@@ -40,11 +40,4 @@ void check_snapshot_fields(const model &m, diagnostics &diag)
     if (all_sound(layout, layout.fields)) check_fields(layout, subject(diag, "snapshot_layout", layout));
 }
 
-void check_snapshot_layouts(const model &m, const position &whole, diagnostics &diag)
-{
-  for (const snapshot_direction direction : {snapshot_direction::ingress, snapshot_direction::egress})
-    if (m.find_snapshot_layout(direction) == nullptr)
-      diag.error(whole, "no file holds the snapshot_layout '" + std::string(direction_name(direction)) + "'; add it");
-}
-
 }  // namespace catalogue

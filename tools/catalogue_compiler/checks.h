@@ -32,8 +32,6 @@ void check_snapshot_fields(const model &m, diagnostics &diag);
 void check_action_order(const model &m, diagnostics &diag);
 /// Each use names an action, states its sums, and holds its place in the enumeration; each action is used.
 void check_action_uses(const model &m, diagnostics &diag);
-/// Both directions of snapshots have their fields.
-void check_snapshot_layouts(const model &m, const position &whole, diagnostics &diag);
 /// Resource lists name resources that fit, and each resource of a table is named.
 void check_resources(const model &m, diagnostics &diag);
 /// Profiles and indirect tables name each other.

@@ -52,6 +52,14 @@ void sort_all(model &m)
   sort_rows(m.profiles, &profile::action_data_table);
   sort_rows(m.resources, &resource::handle);
   sort_rows(m.hashes, &hash_calculation::handle);
+  for (const snapshot_direction direction : {snapshot_direction::ingress, snapshot_direction::egress}) {
+    if (m.find_snapshot_layout(direction) != nullptr) continue;
+    // A pipeline without snapshots has layouts without fields.
+    snapshot_layout &none = m.snapshot_layouts.emplace_back();
+    none.direction = direction;
+    none.name = direction_name(direction);
+    none.sound = true;
+  }
   sort_rows(m.snapshot_layouts, &snapshot_layout::direction);
   sort_groups(m);
 }
