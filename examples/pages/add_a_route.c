@@ -13,8 +13,9 @@ static void show(pd_entry_hdl_t entry)
   uint8_t no_key;
   must(p4_pd_tarvex_switch_ipv4Host_get_entry(session, device, entry, 0, &key, name, &action, NULL, &no_key),
        "reading the route");
-  printf("entry %u: vrf %u, address 0x%08x -> %s, next hop %u\n", (unsigned)entry, key.l3Info_vrfId,
-         (unsigned)key.ingIpv4_dip, name, (unsigned)action.action_nextHop);
+  char address[IPV4_TEXT_SIZE];
+  printf("entry %u: VRF %u, address %s -> %s, next hop %u\n", (unsigned)entry, key.l3Info_vrfId,
+         ipv4_text(key.ingIpv4_dip, address), name, (unsigned)action.action_nextHop);
 }
 
 int main(void)

@@ -40,8 +40,9 @@ static void learn(uint8_t *entry)
   const p4_pd_tarvex_switch_l2LookupKnownUcast_action_spec_t port = {.action_egrL2Aintf = interface};
   must(p4_pd_tarvex_switch_l2Lookup_table_add_with_l2LookupKnownUcast(session, all_pipes(), &to, &port, &destination),
        "forwarding to it");
-  printf("learned %06x:%06x in domain %u on interface %u\n", (unsigned)oui, (unsigned)station, domain,
-         (unsigned)interface);
+  printf("learned %02x:%02x:%02x:%02x:%02x:%02x in domain %u on interface %u\n", (unsigned)(oui >> 16),
+         (unsigned)(oui >> 8 & 0xff), (unsigned)(oui & 0xff), (unsigned)(station >> 16),
+         (unsigned)(station >> 8 & 0xff), (unsigned)(station & 0xff), domain, (unsigned)interface);
 }
 
 /** The driver calls this with the addresses of many packets at once. */

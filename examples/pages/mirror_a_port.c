@@ -56,10 +56,16 @@ int main(void)
                                                                                         &header, &entry),
        "giving the copies a header");
 
-  /* What was written, as the library tells it to tools that know no table: an entry's values as text. */
+  printf("port %d is mirrored to port %d in session %d\n", mirrored, destination, mirror_session);
+  char source_text[IPV4_TEXT_SIZE], destination_text[IPV4_TEXT_SIZE];
+  printf("the copies go by GRE from %s to %s in VLAN %u\n", ipv4_text(header.action_srcIp, source_text),
+         ipv4_text(header.action_dstIp, destination_text), header.action_vlanId);
+
+  /* The same entry as a text for tools that know no table: key, then action and parameters, then ttl 0 and "has a key".
+   * The order of the values is that of the table's schema. */
   char values[PD_ENTRY_TEXT_SIZE];
   p4_pd_tarvex_switch_mirrorPacketEncap_value(session, device, entry, 0, values);
-  printf("port %d is mirrored to port %d in session %d\n%s\n", mirrored, destination, mirror_session, values);
+  printf("for tools: %s\n", values);
 
   end();
   return 0;

@@ -25,6 +25,16 @@ static inline void must(pd_status_t status, const char *what)
 
 static inline pd_dev_tgt_t all_pipes(void) { return pd_dev_tgt(device, PD_ALL_PIPES); }
 
+#define IPV4_TEXT_SIZE 16
+
+/** Writes an address as 10.0.0.1, and returns the text. */
+static inline const char *ipv4_text(uint32_t address, char text[IPV4_TEXT_SIZE])
+{
+  snprintf(text, IPV4_TEXT_SIZE, "%u.%u.%u.%u", (unsigned)(address >> 24), (unsigned)(address >> 16 & 0xff),
+           (unsigned)(address >> 8 & 0xff), (unsigned)(address & 0xff));
+  return text;
+}
+
 static inline void begin(void)
 {
   must(standin_device_add(device), "adding the device");

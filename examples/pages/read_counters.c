@@ -52,7 +52,9 @@ int main(void)
   }
 
   /* Flags of 0 give what the driver knows; bit 0 has it fetch the count from the hardware first. */
-  printf("known to the driver: %llu packets\n", (unsigned long long)counted(entries[0], 0).packets);
+  printf("known to the driver before it asks the hardware: %llu packets\n",
+         (unsigned long long)counted(entries[0], 0).packets);
+  printf("each entry by its label: a key field and its value, or '& mask value' if the field has a mask\n");
   show_all();
 
   const pd_counter_value_t zero = {0, 0};

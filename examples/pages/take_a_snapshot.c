@@ -4,6 +4,8 @@
  *
  * SPDX-License-Identifier: Apache-2.0
  */
+#include <string.h>
+
 #include "page.h"
 
 enum { first_stage = 0, last_stage = 11, pipe = 0 };
@@ -12,6 +14,13 @@ static uint32_t show(uint32_t context, const char *field, uint32_t size, const u
 {
   (void)context;
   (void)mask;
+  /* Up to four bytes are a number of the host; longer fields are bytes. */
+  uint32_t number = 0;
+  if (size <= sizeof number) {
+    memcpy(&number, value, size);
+    printf("  %s = %u\n", field, (unsigned)number);
+    return 0;
+  }
   printf("  %s =", field);
   for (uint32_t i = 0; i < size; ++i) printf(" %02x", value[i]);
   printf("\n");

@@ -35,18 +35,20 @@ int main(void)
   must(p4_pd_tarvex_switch_ecmpMemberActionProfile_add_member_to_group(session, device, group, member),
        "adding it to the group");
   must(point(1, group), "adding an entry");
-  printf("built: %u entry\n", (unsigned)entries());
+  printf("built: %u entry refers to the group\n", (unsigned)entries());
 
   /* The library loses all that it knows of the device; the switch loses nothing. */
   must(p4_pd_tarvex_switch_dev_remove(device), "forgetting the device");
   const pd_status_t status = point(2, group);
-  printf("forgotten: a new entry gets %s, %u entry forwards as before\n", standin_status_name(status),
-         (unsigned)entries());
+  printf(
+      "restarted: the library knows no group yet, so a new entry is refused, as it should be (%s);\n"
+      "           the switch forwards by its %u entry all the while\n",
+      standin_status_name(status), (unsigned)entries());
 
   /* The driver reports every member, group and membership, and the library notes them. */
   must(p4_pd_tarvex_switch_restore_virtual_dev_state(session, device, 0, 0, 0), "restoring");
   must(point(2, group), "adding an entry after the restart");
-  printf("restored: %u entries\n", (unsigned)entries());
+  printf("restored: a new entry is accepted, and %u entries refer to the group\n", (unsigned)entries());
 
   end();
   return 0;

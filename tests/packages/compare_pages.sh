@@ -13,5 +13,10 @@ for source in "$here"/../../examples/pages/*.c; do
     printf '%s: not as expected, or an exit code that is not 0\n' "$page" >&2
     failed=$((failed + 1))
   fi
+  "$folder/$page" >/dev/full 2>/dev/null
+  if [ $? -ne 4 ]; then
+    printf '%s: ends well though its output was lost\n' "$page" >&2
+    failed=$((failed + 1))
+  fi
 done
 ((failed == 0))
