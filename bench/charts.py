@@ -25,13 +25,13 @@ def _legend(series, y):
     for colour, name in zip(COLOURS, series):
         parts.append(f'<rect x="{x}" y="{y - 10}" width="12" height="12" fill="{colour}"/>')
         parts.append(_text(x + 18, y, name))
-        x += 40 + 7 * len(name)
+        x += 40 + 8 * len(name)
     return parts
 
 
 def bars(title, unit, series, rows):
     """Horizontal bars: rows of (label, a value for each of the series)."""
-    left, thick, gap = 190, 14, 12
+    left, thick, gap = 230, 14, 12
     room = WIDTH - left - 80
     most = max(value for _, values in rows for value in values)
     parts = [_text(20, 24, f"{title}, {unit}", size=15)]
@@ -49,11 +49,19 @@ def bars(title, unit, series, rows):
     return _page(y + 6, parts)
 
 
+def tick_step(most):
+    """The distance of at least four ticks up to a value: 1, 2 or 5, times a power of ten."""
+    power = 10 ** math.floor(math.log10(most / 4))
+    return max(factor * power for factor in (1, 2, 5) if factor * power <= most / 4)
+
+
 def lines(title, x_name, y_name, series):
     """Lines over a logarithmic x axis: series of (name, [(x, y), ...]); the y axis begins at 0."""
-    left, right, top, bottom = 90, 30, 60, 330
+    left, right, top, bottom = 90, 60, 60, 330
     xs = [x for _, points in series for x, _ in points]
-    most = max(y for _, points in series for _, y in points) * 1.08
+    step = tick_step(max(y for _, points in series for _, y in points))
+    ticks = math.ceil(max(y for _, points in series for _, y in points) / step)
+    most = ticks * step
     low, high = math.log10(min(xs)), math.log10(max(xs))
     span = high - low or 1
 
@@ -61,11 +69,11 @@ def lines(title, x_name, y_name, series):
         return (left + (WIDTH - left - right) * (math.log10(x) - low) / span, bottom - (bottom - top) * y / most)
 
     parts = [_text(20, 24, title, size=15), *_legend([name for name, _ in series], 46)]
-    for i in range(5):
-        value = most * i / 4
+    for i in range(ticks + 1):
+        value = step * i
         _, y = at(min(xs), value)
         parts.append(f'<line x1="{left}" x2="{WIDTH - right}" y1="{y:.1f}" y2="{y:.1f}" stroke="#ddd"/>')
-        parts.append(_text(left - 8, y + 4, f"{value:.3g}", "end", 11))
+        parts.append(_text(left - 8, y + 4, f"{value:g}", "end", 11))
     for x in sorted(set(xs)):
         parts.append(_text(at(x, 0)[0], bottom + 18, f"{x:,}".replace(",", " "), "middle", 11))
     parts.append(_text((left + WIDTH - right) / 2, bottom + 38, x_name, "middle"))

@@ -65,14 +65,14 @@ def draw_write(catalogue):
     key = record(table["fields"], table["key_bytes"], "key")
     data = record(catalogue.parameters["setNextHop"], action["data_bytes"], "data")
     members = ", ".join(f".{each['name']} = {values[each['name']]:#x}" for each in table["fields"])
-    picture = Picture(540, 577, "The road of a write: program, library, driver, switch")
-    picture.box(20, 20, 500, 110, [
+    picture = Picture(640, 577, "The road of a write: program, library, driver, switch")
+    picture.box(20, 20, 600, 110, [
         ("Your program", "head"), ("plain structures in host order", "small"),
         (f"key = {{ {members} }}", "code"),
         ("action = { .action_nextHop = 7 }", "code")], "caller")
     picture.arrow(50, 132, 50, 188)
     picture.text(62, 165, f"{PREFIX}ipv4Host_table_add_with_setNextHop", "code")
-    picture.box(20, 190, 500, 145, [
+    picture.box(20, 190, 600, 145, [
         ("libtv_bf_pd_mpls_baremetal", "head"),
         ("fills the driver's records on its own stack; no lock, no allocation", "small")])
     for number, (what, value) in enumerate([
@@ -84,13 +84,13 @@ def draw_write(catalogue):
         picture.text(130, 256 + 20 * number, value, "code")
     picture.arrow(50, 337, 50, 393)
     picture.text(62, 370, "pipe_mgr_mat_ent_add", "code")
-    picture.box(20, 395, 500, 60, [
+    picture.box(20, 395, 600, 60, [
         ("Driver", "head"), ("the switch's own, or the stand-in; it makes the handle of the entry", "small")], "other")
     picture.arrow(50, 457, 50, 513)
-    picture.box(20, 515, 500, 42, [("Table in the switch", "head")], "other")
+    picture.box(20, 515, 600, 42, [("Table in the switch", "head")], "other")
     for bottom, top in ((395, 337), (190, 132)):
-        picture.arrow(490, bottom, 490, top)
-    picture.text(478, 370, "status and entry, unchanged: 0 is success", "small", "end")
+        picture.arrow(590, bottom, 590, top)
+    picture.text(578, 370, "status and entry, unchanged: 0 is success", "small", "end")
     return picture
 
 
@@ -127,7 +127,7 @@ def lines_of(group, catalogue):
 
 def draw_groups(catalogue):
     """The groups of tables, with values that an action of one gives and keys of its neighbour look at."""
-    width, height, across, down = 250, 76, 120, 46
+    width, height, across, down = 270, 76, 120, 46
     picture = Picture(2 * width + across + 40, 8 * (height + down) - down + 40, "The pipeline's groups of tables")
     places = {name: (20 + column * (width + across), 20 + row * (height + down))
               for column, names in enumerate(COLUMNS) for row, name in enumerate(names)}
@@ -148,6 +148,43 @@ def draw_groups(catalogue):
     return picture
 
 
+def live_bits(table, field):
+    """How many bits of a field a table looks at."""
+    row = next(each for each in table["fields"] if each["name"] == field)
+    return row["bits"] if row.get("live", "all") == "all" else int(row["live"], 0).bit_count()
+
+
+def draw_prefix(catalogue):
+    """The tables that an address goes through, with the prefixes of IPv4 that each holds."""
+    tables = catalogue.tables
+    short = live_bits(tables["ipv4ShortMaskLpm"], "ingIpv4_dip")
+    final = live_bits(tables["ipv4FinalResolve"], "ingIpv4_dip")
+    index = live_bits(tables["ipv4FinalResolve"], "ingIpv4_fibPartitionIndex")
+    if short + final != live_bits(tables["ipv4Host"], "ingIpv4_dip"):
+        raise SystemExit("draw_pictures: a final table does not look at the bits that a block leaves")
+    picture = Picture(700, 436, "The tables that hold prefixes of IPv4")
+    picture.box(20, 20, 300, 62, [("A packet", "head"), ("to 10.1.2.3 in VRF 1", "small")], "caller")
+    picture.box(20, 128, 300, 62, [("ipv4Host", "head"), ("/32: VRF and the whole address", "small")])
+    picture.box(20, 236, 300, 62, [("ipv4Partition", "head"), (f"blocks of {short} bits: 10.0.0.0/{short}", "small")])
+    picture.box(20, 344, 300, 72, [
+        ("ipv4ShortMaskLpm", "head"), (f"/0 to /{short}: VRF, first {short} bits", "small")])
+    picture.box(400, 226, 280, 82, [
+        ("ipv4FinalResolve", "head"), (f"/{short + 1} to /31: index ({index} bits)", "small"),
+        (f"and last {final} bits: 10.1.0.0/16", "small")])
+    for y in (84, 192, 300):
+        picture.arrow(60, y, 60, y + 42)
+    picture.text(72, 219, "no entry", "small")
+    picture.text(72, 327, "no block, or nothing that it carries", "small")
+    picture.arrow(322, 267, 398, 267)
+    picture.text(332, 258, "index 1", "small")
+    for x, y, width, to in ((322, 159, 78, "next hop"), (322, 380, 78, "next hop")):
+        picture.arrow(x, y, x + width, y)
+        picture.text(x + width + 8, y + 5, to, "small")
+    picture.arrow(540, 310, 540, 352)
+    picture.text(552, 342, "next hop", "small")
+    return picture
+
+
 def main():
     parser = argparse.ArgumentParser(description="Draws the pictures of the concepts page.")
     parser.add_argument("folder", type=pathlib.Path)
@@ -156,6 +193,7 @@ def main():
     catalogue = Catalogue()
     draw_write(catalogue).write(folder / "road_of_a_write.svg")
     draw_groups(catalogue).write(folder / "table_groups.svg")
+    draw_prefix(catalogue).write(folder / "prefix_tables.svg")
 
 
 if __name__ == "__main__":
