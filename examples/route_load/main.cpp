@@ -113,9 +113,9 @@ exit_status run(program_arguments arguments)
   tell_first(found.count(), found.kept(), "differences", [](const std::string &text) { return text; });
   std::printf("differences     %10" PRIu64 "\n", found.count());
   std::printf("peak memory     %10.1f MiB\n", peak_memory_mib());
-  const exit_status status = found.count() != 0            ? differences_found
-                             : plan.routes_not_loaded != 0 ? incomplete
-                                                           : all_well;
+  const exit_status status = found.count() != 0                                     ? differences_found
+                             : plan.routes_not_loaded + list.bad_lines.count() != 0 ? incomplete
+                                                                                    : all_well;
   std::printf("result: %s: %s loaded, %zu not loaded, %s, %s, %s compared, %s resolved, %s, %.2f s\n",
               status == all_well     ? "good"
               : status == incomplete ? "incomplete"

@@ -30,7 +30,7 @@ addresses through the tables, and compares both with the file.
 FILE holds lines 'prefix, blank or tab, origin AS number', plain or gzip; ';' and '#' begin a comment. '-' is standard
 input. Of a prefix given twice the later line counts. The next hop of a route is made from its AS number. Where the
 tables have no partition index left for a block of addresses, its routes are reported as not loaded and left out of the
-comparison; the result is then 'incomplete', with an exit status of its own.
+comparison. With routes left out or bad lines the result is 'incomplete', with an exit status of its own.
 
   --strict      a bad line ends the run before anything is loaded (otherwise it is reported and skipped)
   --seed N      picks other addresses to resolve (default 1)

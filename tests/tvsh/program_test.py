@@ -33,8 +33,14 @@ def pipes():
     expect("an error that is no command's", (code, json.loads(out)["error"]["exit_code"], errors) == (4, 4, ""))
     for arguments, wanted in ((["-c", "tabels"], 1), (["-c", "show ipv4Host handle=1"], 2), (["--nonsense"], 1),
                               (["-c", "load-routes /nowhere"], 4), (["-f", "/nowhere/script"], 4), (["-f", "/"], 4),
-                              (["-c", "tables", "-f", "x"], 1), (["--color=pink"], 1), (["--help"], 0)):
+                              (["-c", "tables", "-f", "x"], 1), (["--color=pink"], 1), (["--help"], 0),
+                              (["--version"], 0)):
         expect(f"exit code of {arguments}", run(*arguments)[0] == wanted)
+    expect("the version", re.fullmatch(r"tvsh \(tarvex_pd\) \d+\.\d+\.\d+\n", run("--version")[1]))
+    for arguments in (["--help"], ["--version"], ["--page", "man"], ["--complete", "dump "], ["-c", "tables ipv4Host"]):
+        with open("/dev/full", "w", encoding="utf-8") as full:
+            lost = subprocess.run([TVSH, *arguments], stdout=full, stderr=subprocess.PIPE, text=True, check=False)
+        expect(f"{arguments} with its output lost", lost.returncode == 4 and "output cannot be written" in lost.stderr)
     for words in (["tables", "ipv4Host"], ["-j", "dump", "ipv4Host", "--raw"], ["help", "dump"], ["dump", "x"]):
         options = words[:words[0] == "-j"]
         expect(f"words are a command: {words}",

@@ -15,18 +15,6 @@ std::string range(unsigned first, unsigned count)
   return to_string(first) + (count > 1 ? "-" + to_string(first + count - 1) : "");
 }
 
-std::string live_text(const field &f)
-{
-  if (f.live_all) return "all";
-  std::string digits;
-  for (const std::uint8_t b : f.live) {
-    const std::string two = hex(0x100u | b).substr(3);
-    digits += two;
-  }
-  const std::size_t first = digits.find_first_not_of('0');
-  return "0x" + (first == std::string::npos ? "0" : digits.substr(first));
-}
-
 void describe(generated_file &to, const field &f)
 {
   std::string companion;
@@ -34,8 +22,8 @@ void describe(generated_file &to, const field &f)
   if (f.match == match_kind::lpm) companion = " prefix length " + range(f.companion_offset, 2);
   to.line("  field ", f.name, " (", f.short_name, "): ", match_name(f), ", ", to_string(f.bits), " bits, key ",
           f.key.partition ? "none, counts " : "", range(f.key.first, f.key.count), ", member ",
-          range(f.offset, storage_size(f.type)), companion, ", live ", live_text(f), ", display ",
-          f.display.empty() ? "none" : f.display);
+          range(f.offset, storage_size(f.type)), companion, ", live ", f.live_all ? "all" : live_mask_text(f),
+          ", display ", f.display.empty() ? "none" : f.display);
 }
 
 void describe(generated_file &to, const model &m, const action_use &u)

@@ -59,6 +59,10 @@ void structure(generated_file &to, const std::string &type, const std::string &a
   to.line();
 }
 
+/// Of each structure, as a mistake shows nowhere else.
+const std::string wide_values =
+    "Bits of a member beyond its width are cut off, and no status says so; tv_check_structure finds them.";
+
 void prototype(generated_file &to, const exported_function &f)
 {
   to.line("/**").paragraph(" * ", " * ", f.brief);
@@ -110,8 +114,8 @@ void emit_actions(const model &m, const functions &all, const std::filesystem::p
   to.line("} pd_action_enum_t;").line();
   for (const action &a : m.actions)
     if (!a.params.empty())
-      structure(to, action_spec_type(a), "Parameters of the action " + a.name + ", in host order.", param_members(a),
-                a.record_size);
+      structure(to, action_spec_type(a), "Parameters of the action " + a.name + ", in host order. " + wide_values,
+                param_members(a), a.record_size);
   unsigned largest = 4;
   for (const action &a : m.actions) largest = std::max(largest, a.record_size);
   to.line("/** An action that was decoded: its enumeration value, then its parameters in its own structure. */");
@@ -134,8 +138,8 @@ void emit_header(const model &m, const functions &all, std::size_t group, const 
     if (t.group != group) continue;
     to.paragraph("/* ---- ", " * ", kind_text(t) + " ---- */").line();
     if (t.keyed())
-      structure(to, match_spec_type(t), "Key of an entry of " + t.name + ", in host order.", key_members(t),
-                t.record_size);
+      structure(to, match_spec_type(t), "Key of an entry of " + t.name + ", in host order. " + wide_values,
+                key_members(t), t.record_size);
     for (const exported_function *f : of)
       if (f->of_table == &t) prototype(to, *f);
   }
@@ -163,10 +167,10 @@ void emit_public_headers(const model &m, const functions &all, const std::filesy
                   {"resource_values", "types"}, folder);
   emit_prototypes(functions_of_hashes(all), "hash_calculations", "Hash calculations, by name.",
                   {"hash_access", "types"}, folder);
-  std::vector<std::string> includes = {"types",           "driver_records",   "resource_values", "lifecycle",
-                                       "learning_digest", "parser_value_set", "meter_access",    "register_access",
-                                       "hash_access",     "snapshots",        "dispatch",        "actions",
-                                       "resources",       "hash_calculations"};
+  std::vector<std::string> includes = {"version",         "types",           "driver_records",   "resource_values",
+                                       "lifecycle",       "learning_digest", "parser_value_set", "meter_access",
+                                       "register_access", "hash_access",     "snapshots",        "dispatch",
+                                       "actions",         "resources",       "hash_calculations"};
   for (std::size_t g = 0; g < m.groups.size(); ++g) {
     if (functions_of_group(all, g).empty()) continue;
     emit_header(m, all, g, folder);

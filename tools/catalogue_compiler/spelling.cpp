@@ -5,6 +5,13 @@
 
 namespace catalogue {
 
+std::string live_mask_text(const field &f)
+{
+  std::string digits;
+  for (const std::uint8_t b : f.live) digits += hex(0x100u | b).substr(3);
+  return "0x" + digits.substr(std::min(digits.find_first_not_of('0'), digits.size() - 1));
+}
+
 namespace {
 
 std::string c_type(storage s)
@@ -39,6 +46,7 @@ std::string bits_text(unsigned bits) { return bits == 1 ? "1 bit" : std::to_stri
 std::string field_comment(const field &f)
 {
   std::string text = bits_text(f.bits);
+  if (!f.live_all) text += ", live " + live_mask_text(f);
   if (f.key.partition) text += ", the partition";
   if (f.type == storage::bytes16) text += ", network order";
   return text;

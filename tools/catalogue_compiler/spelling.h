@@ -19,6 +19,8 @@ std::string_view kind_name(const resource &r);
 bool is_direct(const resource &r);
 std::string_view match_name(const field &f);
 std::string_view form_name(resource_form form);
+/// The bits of a field that the pipeline matches on, "0x7fff".
+std::string live_mask_text(const field &f);
 
 /// "offsetof(type, member)", or "0" without a member.
 std::string offset_of(const std::string &type, const std::string &member);

@@ -12,6 +12,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <new>
 #include <string>
 
 #include "driver_library.h"
@@ -31,19 +32,26 @@ namespace {
 
 using namespace tarvex::shell;
 
+/// What the standard stream still keeps is written; its failure is an error like any other.
+int end_of(std::ostream &stream)
+{
+  if (!stream.flush()) throw file_error("standard output cannot be written; is its disk full?");
+  return 0;
+}
+
 int write_page(const std::string &kind, const argument_parser &arguments)
 {
   const std::vector<program_option> options = arguments.shown_options();
   std::cout << (kind == "man"    ? manual_page(options)
                 : kind == "bash" ? bash_completion(options)
                                  : zsh_completion(options));
-  return 0;
+  return end_of(std::cout);
 }
 
 int write_completions(const std::string &begun)
 {
   for (const std::string &word : session::complete(begun)) std::cout << word << '\n';
-  return 0;
+  return end_of(std::cout);
 }
 
 bool in_colour(const std::string &choice, int descriptor)
@@ -141,19 +149,21 @@ exit_code run(const program_options &wanted)
 {
   stream_output out(STDOUT_FILENO, STDERR_FILENO, in_colour(wanted.colour, STDOUT_FILENO),
                     in_colour(wanted.colour, STDERR_FILENO));
-  if (wanted.attached) return attach(wanted, out);
+  const auto finished = [&out](exit_code code) {
+    out.flush();  // here, as an output that cannot be written is an error too
+    return code;
+  };
+  if (wanted.attached) return finished(attach(wanted, out));
   const running_library library(wanted.device);
   session shell({wanted.session, wanted.device, 0xffff});
   shell.defaults = wanted.defaults;
-  return wanted.served ? serve(wanted, shell, out) : run_all(wanted, shell, out);
+  return finished(wanted.served ? serve(wanted, shell, out) : run_all(wanted, shell, out));
 }
 
 /// An error that is no command's: as text, or with -j as JSON where the answers of commands are.
 int fail(const shell_error &error, bool json)
 {
-  if (json) {
-    std::cout << error_document(error.code(), error.what()) << std::endl;
-  } else {
+  if (!json || !(std::cout << error_document(error.code(), error.what()) << std::endl)) {
     std::cerr << "tvsh: " << error.what() << '\n';
   }
   return static_cast<int>(error.code());
@@ -168,7 +178,7 @@ int main(int argc, char **argv)
   try {
     wanted = arguments.parse(argc, argv);
   } catch (const CLI::ParseError &error) {
-    return arguments.tell(error) == 0 ? 0 : static_cast<int>(exit_code::usage);
+    return arguments.tell(error) == 0 ? end_of(std::cout) : static_cast<int>(exit_code::usage);
   }
   try {
     if (wanted.page) return write_page(*wanted.page, arguments);
@@ -181,4 +191,10 @@ int main(int argc, char **argv)
   } catch (const shell_error &error) {
     return fail(error, wanted.defaults.json);
   }
+} catch (const shell_error &error) {
+  return fail(error, false);
+} catch (const std::bad_alloc &) {
+  std::cerr << "tvsh: out of memory
+";
+  return static_cast<int>(exit_code::out_of_memory);
 }

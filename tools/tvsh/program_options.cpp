@@ -3,6 +3,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "program_options.h"
 
+#include "tarvex_pd/version.h"
+
 namespace tarvex::shell {
 
 namespace {
@@ -22,6 +24,7 @@ argument_parser::argument_parser()
           "which "
           "may have options of its own; without one, and without -c and -f, it asks for commands.")
 {
+  app_.set_version_flag("--version", "tvsh (tarvex_pd) " TARVEX_VERSION, "print the version, and end");
   app_.prefix_command();  // what follows the options is a command with options of its own
   auto *const command =
       app_.add_option("-c,--command", wanted_.command, "run one command, and end")->type_name("COMMAND");

@@ -17,6 +17,7 @@ enum class exit_code : std::uint8_t {
   file = 4,         // a file or a connection failed
   bad_input = 5,    // a file holds lines that cannot be, and nothing was done
   incomplete = 6,   // done but for a part, which is named
+  out_of_memory = 7,
   interrupted = 130,
   terminated = 143  // SIGTERM ended a script
 };
