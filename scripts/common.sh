@@ -28,12 +28,47 @@ takes_no_arguments() {
   fail "unknown argument '$1'"
 }
 
-# quietly LOG WHAT COMMAND...: runs a command into a log file; the user meets the log only if it fails.
+no_server='Temporary failure resolving|Could not resolve|Could not connect to|Cannot initiate the connection'
+
+# lacks_network LOG: whether a log of apt says that no server was reached.
+lacks_network() {
+  grep -qE "$no_server" "$1"
+}
+
+# watch LOG WHAT: shows how far a command has come that writes into a log, until it is killed: a moving line on a
+# terminal, a line every half minute elsewhere.
+watch() {
+  local log=$1 what=$2 from=$SECONDS every=30 last tick
+  [[ ! -t 1 ]] || every=1
+  exec {tick}<> <(:)  # nothing ever comes from there; a sleep would outlive this
+  while read -rt "$every" -u "$tick"; (($? > 128)) && kill -0 $$ 2>/dev/null; do
+    last=$(tail -c 4096 "$log" | tr '\r' '\n' |
+      grep -oE '^\[[0-9]+/[0-9]+\]|^(Get:[0-9]+|Unpacking|Setting up) .*' | tail -n 1 | cut -c 1-60) || last=
+    if [[ -t 1 ]]; then
+      printf '\r\033[K%s: %s %d s' "$what" "$last" $((SECONDS - from))
+    else
+      say "$what: ${last:-at work} after $((SECONDS - from)) s"
+    fi
+  done
+}
+
+# quietly LOG WHAT COMMAND...: runs a command into a log file; the user sees how far it is, and the log only if it fails.
 quietly() {
-  local log=$1 what=$2 from=$SECONDS status=0
+  local log=$1 what=$2 from=$SECONDS status=0 watcher
   shift 2
   mkdir -p "$(dirname "$log")"
+  : >"$log"
+  watch "$log" "$what" </dev/null &
+  watcher=$!
   "$@" >"$log" 2>&1 </dev/null || status=$?
+  kill "$watcher" 2>/dev/null || true
+  wait "$watcher" 2>/dev/null || true
+  [[ ! -t 1 ]] || printf '\r\033[K'
+  if ((status != 0)) && lacks_network "$log"; then
+    printf '%s: %s failed: the Debian archive cannot be reached; is there a network? (%s)\n' \
+      "$script_name" "$what" "$log" >&2
+    return "$status"
+  fi
   if ((status != 0)); then
     printf '%s: %s failed (exit code %d); the end of %s:\n' "$script_name" "$what" "$status" "$log" >&2
     tail -n 60 "$log" | sed 's/^/  | /' >&2

@@ -61,12 +61,45 @@ void tell_refused_blocks(const load_plan &plan)
   });
 }
 
-void print_entries(std::span<const fib_entry> entries)
+constexpr std::array<const char *, fib_table_count> table_meanings{
+    "IPv4 /32, the whole address",
+    "IPv6 /128, the whole address",
+    "blocks of 12 bits, each with an index and the result of the longest shorter route over it",
+    "blocks of 22 bits, likewise",
+    "blocks of 64 bits, likewise",
+    "IPv4 /13 to /31, under the index of the block",
+    "IPv6 /65 to /127, under the index of the block of 64 bits",
+    "IPv6 /23 to /64, under the index of the block of 22 bits",
+    "IPv4 up to /12",
+    "IPv6 up to /22",
+};
+
+void print_entries(std::span<const fib_entry> entries, bool explain)
 {
   std::array<std::size_t, fib_table_count> counts{};
   for (const fib_entry &entry : entries) ++counts[static_cast<std::size_t>(entry.table)];
   for (std::size_t table = 0; table < fib_table_count; ++table) {
-    std::printf("  %-24s %10zu entries\n", table_name(static_cast<fib_table>(table)), counts[table]);
+    std::printf("  %-24s %10zu %s%s%s\n", table_name(static_cast<fib_table>(table)), counts[table],
+                counts[table] == 1 ? "entry" : "entries", explain ? (counts[table] == 1 ? "    " : "  ") : "",
+                explain ? table_meanings[table] : "");
+  }
+}
+
+/// Takes an address of three routes, a quarter of the list from each other, through the tables and prints each step.
+void print_lookups(fib_switch &device, std::span<const route> routes)
+{
+  std::puts("The file names no next hop: each is made from the AS number of the route, folded to 16 bits.");
+  std::puts("Three lookups, and the entries that each hits:");
+  resolver chain(device);
+  for (const std::size_t quarter : {1U, 2U, 3U}) {
+    const route &shown = routes[routes.size() * quarter / 4];
+    const family fam = shown.destination.fam;
+    const address last = last_address(shown.destination);
+    const hop result = chain.resolve(fam, last);
+    std::printf("  %s, in prefix %s of AS %" PRIu32 "\n", to_string(last, fam).c_str(),
+                to_string(shown.destination).c_str(), shown.origin_as);
+    for (const fib_entry &hit : chain.hits()) std::printf("    %s\n", to_string(hit).c_str());
+    std::printf("    so: %s\n", to_string(result).c_str());
   }
 }
 
@@ -100,7 +133,7 @@ exit_status run(program_arguments arguments)
       timed("loading", load_seconds, [&](const progress_report &report) { return program(device, entries, report); });
   std::printf("routes loaded   %10zu in %.2f s: %.0f routes per second, %zu not loaded\n", loaded, load_seconds,
               static_cast<double>(loaded) / load_seconds, plan.routes_not_loaded);
-  print_entries(entries);
+  print_entries(entries, wanted.explain);
   const auto compared = timed("comparing", compare_seconds, [&](const progress_report &report) {
     return read_back(device, entries, handles, found, report);
   });
@@ -110,6 +143,7 @@ exit_status run(program_arguments arguments)
     return wanted.resolve;
   });
   std::printf("resolved        %10" PRIu64 " addresses in %.2f s\n", resolved, resolve_seconds);
+  if (wanted.explain) print_lookups(device, list.routes);
   tell_first(found.count(), found.kept(), "differences", [](const std::string &text) { return text; });
   std::printf("differences     %10" PRIu64 "\n", found.count());
   std::printf("peak memory     %10.1f MiB\n", peak_memory_mib());

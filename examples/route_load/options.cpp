@@ -22,7 +22,7 @@ std::uint64_t parse_count(std::string_view option, std::string_view text)
 }  // namespace
 
 const char *const usage_text =
-    R"(usage: route_load [--strict] [--seed N] [--resolve N] FILE
+    R"(usage: route_load [--strict] [--explain] [--seed N] [--resolve N] FILE
 
 Programs the routes of FILE into the forwarding tables of a stand-in switch, reads all entries back, resolves
 addresses through the tables, and compares both with the file.
@@ -33,6 +33,7 @@ tables have no partition index left for a block of addresses, its routes are rep
 comparison. With routes left out or bad lines the result is 'incomplete', with an exit status of its own.
 
   --strict      a bad line ends the run before anything is loaded (otherwise it is reported and skipped)
+  --explain     says what each table holds, where next hops come from, and shows three lookups step by step
   --seed N      picks other addresses to resolve (default 1)
   --resolve N   how many (default 100000)
   --help        this text
@@ -63,6 +64,8 @@ options parse_options(std::span<const char *const> arguments)
       options_end = true;
     } else if (argument == "--strict") {
       result.strict = true;
+    } else if (argument == "--explain") {
+      result.explain = true;
     } else if (argument == "--seed") {
       result.seed = number();
     } else if (argument == "--resolve") {

@@ -16,6 +16,7 @@ using examples::usage_error;
 struct options {
   std::string file;
   bool strict = false;
+  bool explain = false;
   std::uint64_t seed = 1;
   std::uint64_t resolve = 100000;
 };

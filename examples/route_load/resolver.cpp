@@ -12,6 +12,7 @@ hop resolver::resolve(family f, const address &destination)
   static constexpr std::array ipv4_spaces{partition_space::ipv4};
   static constexpr std::array ipv6_spaces{partition_space::ipv6_lg_mask, partition_space::ipv6};
   contradiction_.clear();
+  hits_.clear();
   const prefix packet{f, destination, static_cast<std::uint8_t>(address_bits(f))};
   const bool ipv4 = f == family::ipv4;
   if (const auto host = hit(ipv4 ? fib_table::ipv4_host : fib_table::ipv6_host, packet)) return host->result;
@@ -23,7 +24,8 @@ std::optional<fib_entry> resolver::hit(fib_table table, const prefix &packet, st
 {
   const auto handle = device_.lookup(table, key_of_packet(table, packet.fam, packet.addr, partition_index));
   if (!handle) return std::nullopt;
-  return device_.read(table, *handle);
+  hits_.push_back(device_.read(table, *handle));
+  return hits_.back();
 }
 
 hop resolver::from(std::span<const partition_space> spaces, fib_table short_mask, const prefix &packet)

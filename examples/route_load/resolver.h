@@ -22,12 +22,16 @@ class resolver {
   /// not.
   const std::string &contradiction() const { return contradiction_; }
 
+  /// The entries that the latest resolve hit, in order.
+  const std::vector<fib_entry> &hits() const { return hits_; }
+
  private:
   std::optional<fib_entry> hit(fib_table table, const prefix &packet, std::uint16_t partition_index = 0);
   hop from(std::span<const partition_space> spaces, fib_table short_mask, const prefix &packet);
 
   fib_switch &device_;
   std::string contradiction_;
+  std::vector<fib_entry> hits_;
 };
 
 /// Resolves `count` addresses sampled from `routes` and compares each with the plain search.

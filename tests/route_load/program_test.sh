@@ -50,6 +50,12 @@ expect 0 'good: [1-9][0-9]\{4\} routes loaded, 0 not loaded, .* 100000 addresses
   "$small_list"
 expect 0 'good: .* 1000 addresses resolved, 0 differences' '' --strict --seed 77 --resolve 1000 "$small_list"
 
+expect 0 'so: setNextHop' '' --explain --resolve 0 "$small_list"
+[ "$(grep -c '^    ipv4Partition .*/12, partition index' "$work/out")" -eq 3 ] || {
+  echo 'FAILED: three lookups with their blocks'
+  failures=$((failures + 1))
+}
+
 # Faults of the switch. The call to refuse is well behind those that start the library.
 program=$faulty
 expect 0 'good: ' '' nested

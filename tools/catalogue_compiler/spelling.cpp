@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "generated_file.h"
+
 namespace catalogue {
 
 std::string live_mask_text(const field &f)
