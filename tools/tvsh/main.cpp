@@ -172,7 +172,7 @@ int fail(const shell_error &error, bool json)
 }  // namespace
 
 int main(int argc, char **argv)
-{
+try {
   argument_parser arguments;
   program_options wanted;
   try {
@@ -194,7 +194,6 @@ int main(int argc, char **argv)
 } catch (const shell_error &error) {
   return fail(error, false);
 } catch (const std::bad_alloc &) {
-  std::cerr << "tvsh: out of memory
-";
+  std::cerr << "tvsh: out of memory\n";
   return static_cast<int>(exit_code::out_of_memory);
 }
