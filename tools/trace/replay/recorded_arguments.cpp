@@ -208,7 +208,8 @@ word recorded_arguments::members(value_kind kind, const json &value)
 {
   std::uint8_t *const record = memory(sizeof(drv_meter_spec_t));
   for (const record_member &member : members_of(kind)) {
-    const json &from = value.at(std::string(member.name));
+    const std::string name(member.name);
+    const json &from = value.at(name);
     if (member.real) {
       const auto real = from.get<float>();
       std::memcpy(record + member.at, &real, sizeof real);

@@ -133,7 +133,8 @@ std::string make(replay_counts &counts, handle_map &handles, const callable &fun
 std::string replayer::replay(std::string_view line)
 try {
   const json call = parsed(line);
-  const callable &function = function_named(call.at("call").get<std::string>());
+  const auto name = call.at("call").get<std::string>();
+  const callable &function = function_named(name);
   if (number<unsigned>(call.at("depth")) != 0) {
     ++counts_.nested;
   } else if (function.row->effect == call_effect::reads) {
