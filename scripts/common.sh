@@ -52,7 +52,8 @@ watch() {
   done
 }
 
-# quietly LOG WHAT COMMAND...: runs a command into a log file; the user sees how far it is, and the log only if it fails.
+# quietly LOG WHAT COMMAND...: runs a command into a log file; the user sees how far it is, and the log only if it
+# fails.
 quietly() {
   local log=$1 what=$2 from=$SECONDS status=0 watcher
   shift 2

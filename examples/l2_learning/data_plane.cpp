@@ -10,7 +10,7 @@ namespace {
 
 using namespace examples;
 
-constexpr std::uint32_t digest_handle = 0x21000084;
+constexpr std::uint32_t digest_handle = P4_PD_TARVEX_SWITCH_MAC_LEARNING_DIGEST_HANDLE;
 constexpr std::uint32_t queue_counter_handle = 0x4000004;
 
 /// Addresses that the switch collects before it sends a message, a burst of one station not being split.

@@ -57,9 +57,6 @@ static void on_digest(pd_sess_hdl_t from, standin_digest_msg_t *message, void *c
   must(p4_pd_tarvex_switch_macLearningDigest_notify_ack(from, message), "giving the message back");
 }
 
-/** The driver's handle of the digest macLearningDigest. */
-enum { digest = 0x21000084 };
-
 /** Two packets from unknown stations, as the switch would report them. */
 static void packets_arrive(void)
 {
@@ -80,7 +77,8 @@ static void packets_arrive(void)
       memcpy(at, size == sizeof narrow ? (const void *)&narrow : (const void *)&fields[field].values[i], size);
     }
   }
-  must(standin_digest_deliver(device, digest, entries[0], 2), "reporting the addresses");
+  must(standin_digest_deliver(device, P4_PD_TARVEX_SWITCH_MAC_LEARNING_DIGEST_HANDLE, entries[0], 2),
+       "reporting the addresses");
 }
 
 int main(void)

@@ -61,7 +61,8 @@ int main(void)
   printf("the copies go by GRE from %s to %s in VLAN %u\n", ipv4_text(header.action_srcIp, source_text),
          ipv4_text(header.action_dstIp, destination_text), header.action_vlanId);
 
-  /* The same entry as a text for tools that know no table: key, then action and parameters, then ttl 0 and "has a key".
+  /* The same entry as a text for tools that know no table: key, then action and parameters, then the priority (0, the
+   * table has none) and a word that is always True.
    * The order of the values is that of the table's schema. */
   char values[PD_ENTRY_TEXT_SIZE];
   p4_pd_tarvex_switch_mirrorPacketEncap_value(session, device, entry, 0, values);

@@ -19,6 +19,9 @@ extern "C" {
 /** Bytes of one entry of the digest "macLearningDigest", its fields back to back. */
 #define P4_PD_TARVEX_SWITCH_MAC_LEARNING_DIGEST_ENTRY_SIZE 14
 
+/** By what the driver names the digest. */
+#define P4_PD_TARVEX_SWITCH_MAC_LEARNING_DIGEST_HANDLE 0x21000084u
+
 /**
  * Has the driver deliver the digest. The driver calls `cb` itself; every message that it delivers goes back through
  * p4_pd_tarvex_switch_macLearningDigest_notify_ack.

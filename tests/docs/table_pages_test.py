@@ -11,7 +11,10 @@ import re
 import subprocess
 import sys
 
-GENERATOR = pathlib.Path(__file__).parents[2] / "tools/docs/reference_pages.py"
+TOOLS = pathlib.Path(__file__).parents[2] / "tools/docs"
+GENERATOR = TOOLS / "reference_pages.py"
+sys.path.insert(0, str(TOOLS))
+from catalogue_rows import Catalogue  # noqa: E402
 
 
 class Page(html.parser.HTMLParser):
@@ -68,6 +71,14 @@ def main():
     for table, wanted in expected.items():
         shown = " ".join(pages[f"{table}.html"].words.split())
         faults += [f"{table}.html does not show '{words}'" for words in wanted if words not in shown]
+    catalogue = Catalogue()
+    abouts = [(name, row.get("about", "")) for name, row in catalogue.tables.items()] + list(catalogue.about.items())
+    faults += [f"{name} has no sentence that says what it is for" for name, about in abouts if not about]
+    for table in catalogue.tables.values():
+        shown = " ".join(pages[f"{table['name']}.html"].words.split())
+        faults += [f"{table['name']}.html does not say what it or an action is for"
+                   for about in [table["about"], *(catalogue.about[each["name"]] for each in catalogue.actions_of(table))]
+                   if " ".join(about.split()) not in shown]
     print("\n".join(faults))
     print(f"{len(pages)} pages, {len(expected)} tables, {len(faults)} faults")
     return 1 if faults or len(expected) != 120 else 0

@@ -23,7 +23,7 @@ fault faults[] = {
     {"stray report", "pipe_mgr_flow_lrn_notify_ack",
      [] {
        const std::uint8_t entry[P4_PD_TARVEX_SWITCH_MAC_LEARNING_DIGEST_ENTRY_SIZE] = {1, 2, 3};
-       standin_digest_deliver(device_id, 0x21000084, entry, 1);
+       standin_digest_deliver(device_id, P4_PD_TARVEX_SWITCH_MAC_LEARNING_DIGEST_HANDLE, entry, 1);
      }},
     {"miscount", "pipe_mgr_stat_database_sync", [] { standin_count_cell(device_id, 0x4000004, 3, 1, 0); }},
     {"open interface", "pipe_mgr_hash_calc_seed_set",

@@ -14,14 +14,15 @@ namespace {
 
 using namespace tarvex::calls;
 
-static_assert(std::endian::native == std::endian::little);
-
 /// A member as a number. One of more than four bytes is an array of bytes that its field fills, so it always fits.
 std::uint64_t number_at(const void *structure, std::size_t offset, std::size_t size)
 {
-  std::uint64_t number = 0;
-  if (size <= sizeof(std::uint32_t)) std::memcpy(&number, static_cast<const char *>(structure) + offset, size);
-  return number;
+  const char *const at = static_cast<const char *>(structure) + offset;
+  const auto as = [at]<typename T>(T number) {
+    std::memcpy(&number, at, sizeof number);
+    return std::uint64_t{number};
+  };
+  return size == 1 ? as(std::uint8_t{}) : size == 2 ? as(std::uint16_t{}) : size == 4 ? as(std::uint32_t{}) : 0;
 }
 
 class finding {

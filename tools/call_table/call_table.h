@@ -44,6 +44,7 @@ struct param_info {
 
 struct action_info {
   const char *name;
+  const char *about;  // a sentence, or ""
   std::uint16_t enum_value;
   std::uint16_t data_bits;
   std::uint16_t data_bytes;
@@ -75,6 +76,7 @@ struct profile_info {
 
 struct table_info {
   const char *name;
+  const char *about;  // a sentence, or ""
   std::uint32_t handle;
   table_kind kind;
   std::uint16_t key_bits;

@@ -53,6 +53,14 @@ void check_c_string(const subject &s, std::string_view key, const std::string &t
     s.error(key, "'" + text + "' becomes a string of C; use printable ASCII but for '\"' and '\\'");
 }
 
+void check_sentence(const subject &s, const std::string &about)
+{
+  if (about.empty()) return;
+  check_c_string(s, "about", about);
+  if (about.find("*/") != std::string::npos) s.error("about", "'*/' would end the comment that the sentence becomes");
+  if (!about.ends_with('.')) s.error("about", "'" + about + "' is not a sentence; end it with a full stop");
+}
+
 void check_identifier(const subject &s, const std::string &name)
 {
   const bool is_keyword = keywords.find(" " + name + " ") != std::string_view::npos;
@@ -111,11 +119,13 @@ void check_names(const model &m, diagnostics &diag)
   for (const table &t : m.tables) {
     const subject s(diag, "table", t);
     check_name(s, t.name, "a table", owners);
+    check_sentence(s, t.about);
     check_members(t, s);
   }
   for (const action &a : m.actions) {
     const subject s(diag, "action", a);
     check_name(s, a.name, "an action", owners);
+    check_sentence(s, a.about);
     name_space params;
     for (const parameter &p : a.params) check_name(subject(s, "parameter", p), p.name, "a parameter", params);
   }

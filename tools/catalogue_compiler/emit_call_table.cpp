@@ -37,8 +37,8 @@ void action_rows(generated_file &to, const model &m)
   to.line("constexpr action_info all_actions[] = {");
   for (std::size_t i = 0; i < m.actions.size(); ++i) {
     const action &a = m.actions[i];
-    to.line("    {\"", a.name, "\", ", to_string(i), ", ", to_string(a.data_bits), ", ", to_string(a.data_bytes), ", ",
-            a.params.empty() ? "0" : "sizeof(" + action_spec_type(a) + ")", ", ",
+    to.line("    {\"", a.name, "\", \"", a.about, "\", ", to_string(i), ", ", to_string(a.data_bits), ", ",
+            to_string(a.data_bytes), ", ", a.params.empty() ? "0" : "sizeof(" + action_spec_type(a) + ")", ", ",
             a.params.empty() ? "{}" : a.name + "_params", ", ",
             a.index_resources.empty() ? "{}" : a.name + "_index_resources", "},");
   }
@@ -98,10 +98,11 @@ void table_rows(generated_file &to, const model &m)
   for (const table &t : m.tables) {
     const std::string profile =
         t.indirect() ? "&all_profiles[" + to_string(m.find_profile(t.profile) - m.profiles.data()) + "]" : "nullptr";
-    to.line("    {\"", t.name, "\", ", hex(t.handle), ", table_kind::", kind_name(t), ", ", to_string(t.key_bits), ", ",
-            to_string(t.key_bytes), ", ", t.keyed() ? "sizeof(" + match_spec_type(t) + ")" : "0", ", ",
-            t.idle_time ? "true" : "false", ", ", t.counter_label ? "true" : "false", ", ", profile, ", ",
-            t.fields.empty() ? "{}" : t.name + "_fields", ", ", t.actions.empty() ? "{}" : t.name + "_actions", "},");
+    to.line("    {\"", t.name, "\", \"", t.about, "\", ", hex(t.handle), ", table_kind::", kind_name(t), ", ",
+            to_string(t.key_bits), ", ", to_string(t.key_bytes), ", ",
+            t.keyed() ? "sizeof(" + match_spec_type(t) + ")" : "0", ", ", t.idle_time ? "true" : "false", ", ",
+            t.counter_label ? "true" : "false", ", ", profile, ", ", t.fields.empty() ? "{}" : t.name + "_fields", ", ",
+            t.actions.empty() ? "{}" : t.name + "_actions", "},");
   }
   to.line("};");
 }

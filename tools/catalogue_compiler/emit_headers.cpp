@@ -82,7 +82,7 @@ std::string kind_text(const table &t)
   if (t.keyed()) text += " of " + std::to_string(t.key_bits) + " bits in " + std::to_string(t.key_bytes) + " bytes";
   if (t.idle_time) text += ", idle time";
   if (t.indirect()) text += ", action profile " + t.profile;
-  return text + ".";
+  return text + "." + (t.about.empty() ? "" : " " + t.about);
 }
 
 void emit_text_sizes(const model &m, const std::filesystem::path &folder)
@@ -114,7 +114,9 @@ void emit_actions(const model &m, const functions &all, const std::filesystem::p
   to.line("} pd_action_enum_t;").line();
   for (const action &a : m.actions)
     if (!a.params.empty())
-      structure(to, action_spec_type(a), "Parameters of the action " + a.name + ", in host order. " + wide_values,
+      structure(to, action_spec_type(a),
+                "Parameters of the action " + a.name + ", in host order. " + (a.about.empty() ? "" : a.about + " ") +
+                    wide_values,
                 param_members(a), a.record_size);
   unsigned largest = 4;
   for (const action &a : m.actions) largest = std::max(largest, a.record_size);

@@ -105,6 +105,7 @@ struct action_use : origin {
 /// An action by name: its parameters are the same wherever it is used.
 struct action : origin {
   std::string name;
+  std::string about;  // what it is for, a sentence; may be missing
   std::vector<parameter> params;
   unsigned record_bytes = 0;  // stated length of the structure, 0 where it follows from the members
 
@@ -120,6 +121,7 @@ inline constexpr unsigned read_data_bytes = 28;
 
 struct table : origin {
   std::string name;
+  std::string about;  // what it is for, a sentence; may be missing
   std::uint32_t handle = 0;
   table_kind kind = table_kind::keyless;
   unsigned key_bits = 0;

@@ -70,6 +70,7 @@ action read_action(const toml::table &node, row &file)
   row r(node, file, "action");
   action a;
   a.name = r.text("name");
+  a.about = r.extra_text("about");
   r.each_extra("params", [&](const toml::table &inner) { a.params.push_back(read_parameter(inner, r)); });
   a.record_bytes = r.extra_number("record_bytes");
   static_cast<origin &>(a) = r.finish();

@@ -42,6 +42,7 @@ table read_table(const toml::table &node, row &file)
   row r(node, file, "table");
   table t;
   t.name = r.text("name");
+  t.about = r.extra_text("about");
   t.handle = r.number("handle");
   t.kind = r.choice<table_kind>("kind", table_kinds);
   t.idle_time = r.mark("idle_time");

@@ -16,13 +16,7 @@ using std::to_string;
 constexpr unsigned prefix_length_bits = 16;
 
 /// Live mask as the schema shows it: no leading zeros, an L after 128 bits.
-std::string live_text(const field &f)
-{
-  std::string digits;
-  for (const std::uint8_t b : f.live) digits += hex(0x100u | b).substr(3);
-  const std::size_t first = std::min(digits.find_first_not_of('0'), digits.size() - 1);
-  return "0x" + digits.substr(first) + (f.bits == 128 ? "L" : "");
-}
+std::string live_text(const field &f) { return live_mask_text(f) + (f.bits == 128 ? "L" : ""); }
 
 std::string display_text(const std::string &display) { return display.empty() ? "None" : "'" + display + "'"; }
 

@@ -12,10 +12,11 @@ class Catalogue:
     """Groups, tables, actions, profiles and resources, tied to each other by name."""
 
     def __init__(self, folder=REPOSITORY / "catalogue" / "tarvex_switch"):
-        self.groups, self.tables, self.parameters = {}, {}, {}
+        self.groups, self.tables, self.parameters, self.about = {}, {}, {}, {}
         files = {path.stem: tomllib.loads(path.read_text()) for path in sorted(folder.glob("*.toml"))}
         for stem, rows in files.items():
             for action in rows.get("action", []):
+                self.about[action["name"]] = action.get("about", "")
                 self.parameters[action["name"]] = [{"display": "none", **each} for each in action.get("params", [])]
             for table in rows.get("table", []):
                 self.tables[table["name"]] = {"actions": [], **table, "group": stem}

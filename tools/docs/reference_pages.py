@@ -6,6 +6,7 @@ import collections
 import html
 import json
 import pathlib
+import xml.etree.ElementTree as xml
 
 from catalogue_rows import PREFIX, Catalogue, functions
 
@@ -98,6 +99,7 @@ def action_of(action, catalogue):
     parameters = catalogue.parameters[action["name"]]
     default = ", may be the default action" if action.get("default") else ""
     out = [f'<h3 id="{text(action["name"])}">{text(action["name"])}</h3>\n',
+           f"<p>{text(catalogue.about[action['name']])}</p>\n",
            f'<p>{handle(action["handle"])}, number {action["enum"]} of the enumeration{default}. ']
     if parameters:
         out.append(f"{action['data_bits']} bits of data in {action['data_bytes']} bytes. ")
@@ -112,8 +114,22 @@ def action_of(action, catalogue):
     return "".join(out)
 
 
+API = {}  # pages of functions, by name
+
+
+def function(name):
+    return f'<a href="../api/{text(API[name])}">{code(name)}</a>' if name in API else code(name)
+
+
+def read_api(tag_file):
+    """Where Doxygen's tag file says that the functions are described."""
+    for member in xml.parse(tag_file).iter("member"):
+        if member.get("kind") == "function":
+            API[member.findtext("name")] = f"{member.findtext('anchorfile')}#{member.findtext('anchor')}"
+
+
 def function_list(names):
-    items = "".join(f"<li>{code(name)}</li>\n" for name in names)
+    items = "".join(f"<li>{function(name)}</li>\n" for name in names)
     return f"<details><summary>{len(names)} functions</summary><ul class=\"names\">\n{items}</ul></details>\n"
 
 
@@ -138,7 +154,7 @@ def table_page(table, catalogue, named):
     if "profile" in table:
         facts.append(f"Indirect: an entry refers to a member or a group of {link('profiles', table['profile'])}, whose "
                      "actions these are.")
-    out = [f"<p>{' '.join(facts)}</p>\n<h2>Key</h2>\n", key_of(table), "<h2>Actions</h2>\n"]
+    out = [f"<p>{text(table.get('about', ''))}</p>\n<p>{' '.join(facts)}</p>\n<h2>Key</h2>\n", key_of(table), "<h2>Actions</h2>\n"]
     out += [action_of(action, catalogue) for action in catalogue.actions_of(table)]
     resources = catalogue.resources_of(table)
     if resources:
@@ -203,9 +219,9 @@ def index_page(catalogue):
            f"{link('hashes', 'the hash calculations')} and {link('snapshots', 'the fields of snapshots')}.</p>\n"]
     for group in catalogue.groups.values():
         out.append(f"<h2>{text(group['title'])}</h2>\n")
-        out.append(rows(["table", "handle", "kind", "key", "actions"],
-                        [[link(each["name"], each["name"]), handle(each["handle"]), text(each["kind"]),
-                          text(", ".join(field["short"] for field in each["fields"])),
+        out.append(rows(["table", "what it is for", "handle", "kind", "key", "actions"],
+                        [[link(each["name"], each["name"]), text(each.get("about", "")), handle(each["handle"]),
+                          text(each["kind"]), text(", ".join(field["short"] for field in each["fields"])),
                           text(len(catalogue.actions_of(each)))] for each in group["tables"]]))
     script = (HERE / "search.js").read_text().replace("[/* names */]", json.dumps(found, separators=(",", ":")))
     return "".join(out) + f"<script>\n{script}</script>\n"
@@ -223,7 +239,11 @@ def write(folder, name, title, body):
 def main():
     parser = argparse.ArgumentParser(description="Writes the reference of all tables as HTML pages.")
     parser.add_argument("folder", type=pathlib.Path)
-    folder = parser.parse_args().folder
+    parser.add_argument("--api", type=pathlib.Path, help="tag file of Doxygen's pages in ../api, to link functions to")
+    arguments = parser.parse_args()
+    folder = arguments.folder
+    if arguments.api and arguments.api.exists():
+        read_api(arguments.api)
     folder.mkdir(parents=True, exist_ok=True)
     catalogue = Catalogue()
     named = functions_by_owner([*catalogue.tables, *catalogue.profiles])

@@ -63,14 +63,20 @@ exit_code show_schema(const invocation &call)
   call.expect_at_most(1);
   const table_info &table = table_named(call.word(0, "TABLE"));
   const std::vector<shown_field> fields = key_fields(table);
-  std::size_t longest_name = 0;
+  std::size_t longest_name = std::string_view(table.name).size();
   std::size_t longest_live = 0;
   for (const shown_field &field : fields) {
     longest_name = std::max({longest_name, field.name.size(), field.full_name.size()});
     longest_live = std::max(longest_live, live_bits(table, field).size());
   }
+  std::size_t longest_parameters = 0;
   for (const use_info &use : actions_of(table)) {
     longest_name = std::max(longest_name, std::string_view(use.action->name).size());
+    std::size_t length = 0;
+    for (const shown_field &field : parameter_fields(*use.action)) {
+      length += (length == 0 ? 0 : 1) + field.name.size() + 1 + std::to_string(field.bits).size();
+    }
+    longest_parameters = std::max(longest_parameters, length);
   }
   report rows(call.out, call.chosen, "schema",
               {{"row", 6},
@@ -81,8 +87,11 @@ exit_code show_schema(const invocation &call)
                {"shown_as", 12},
                {"live", longest_live},
                {"default"},
-               {"parameters"}},
+               {"parameters", longest_parameters},
+               {"about"}},
               {{"table", table.name}, {"kind", kind_name(table.kind)}});
+  rows.cell("table").cell(table.name).nothing().nothing().nothing().nothing().nothing().nothing().nothing();
+  rows.cell(table.about).end_row();
   for (const shown_field &field : fields) {
     rows.cell("field").cell(field.name).cell(field.full_name).cell(kind_name(field.match)).number(field.bits);
     rows.cell(display_name(field.display)).cell(live_bits(table, field)).end_row();
@@ -93,7 +102,7 @@ exit_code show_schema(const invocation &call)
     for (const shown_field &field : parameter_fields(*use.action)) {
       rows.pair(field.name, std::to_string(field.bits), true);
     }
-    rows.end_pairs().end_row();
+    rows.end_pairs().cell(use.action->about).end_row();
   }
   rows.finish();
   return exit_code::ok;
