@@ -72,11 +72,12 @@ std::string run(program_arguments arguments, tally &compared)
   }
   const std::size_t packets = walk_packets(acl, halo, qos, quiet, compared);
   const auto done = [&] {
-    return std::to_string(rules) + " rules written, " + std::to_string(packets) + " packets taken through, " +
-           std::to_string(changed) + " rules changed, " + std::to_string(removed) + " deleted";
+    return counted(rules, "rule") + " written, " + counted(packets, "packet") + " taken through, " +
+           counted(changed, "rule") + " changed, " + std::to_string(removed) + " deleted";
   };
   if (!check()) return done();
-  std::printf("written     %6zu rules in %zu tables, read back and looked up\n", rules, tables.size());
+  std::printf("written     %6zu rules in %s, read back and looked up\n", rules,
+              counted(tables.size(), "table").c_str());
 
   acl.change();
   halo.change();

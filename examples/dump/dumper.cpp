@@ -270,8 +270,8 @@ std::string dump_switch(const std::optional<std::string> &only_table, tally &com
     filled += count != 0 ? 1 : 0;
   }
   if (only_table && known == 0) throw usage_error("the switch has no table '" + *only_table + '\'');
-  return std::to_string(known) + (known == 1 ? " table, " : " tables, ") + std::to_string(filled) + " with entries, " +
-         std::to_string(entries) + " entries printed";
+  return counted(known, "table") + ", " + std::to_string(filled) + " with entries, " +
+         counted(entries, "entry", "entries") + " printed";
 }
 
 }  // namespace tarvex::examples

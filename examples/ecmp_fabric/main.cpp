@@ -68,8 +68,8 @@ std::string sum_of(const std::vector<profile> &profiles)
     all.memberships += c.memberships;
     all.entries += c.entries;
   }
-  return std::to_string(all.groups) + " groups, " + std::to_string(all.memberships) + " memberships, " +
-         std::to_string(all.entries) + " entries, ";
+  return counted(all.groups, "group") + ", " + counted(all.memberships, "membership") + ", " +
+         counted(all.entries, "entry", "entries") + ", ";
 }
 
 std::string run(program_arguments arguments, tally &compared)
@@ -91,7 +91,7 @@ std::string run(program_arguments arguments, tally &compared)
   if (!check_restored(profiles, log, compared)) return sum_of(profiles) + "not as they were built";
 
   file.write(log);
-  std::printf("logged to %s: %zu bytes\n", file.path().c_str(), log.size());
+  std::printf("logged to %s: %s\n", file.path().c_str(), counted(log.size(), "byte").c_str());
   forget(profiles, compared);
   restore_device(file.read(), file.path());
   if (!check_restored(profiles, log, compared)) return sum_of(profiles) + "not restored from " + file.path();

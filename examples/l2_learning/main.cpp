@@ -68,7 +68,8 @@ std::string run(tarvex::examples::program_arguments arguments, tally &compared)
   const options wanted = parse_options(arguments);
   const oui_list identifiers = find_ouis();
   const plan planned = make_plan(identifiers.ouis, wanted.addresses, wanted.seed);
-  std::printf("%" PRIu64 " stations, identifiers of %s\n", wanted.addresses, identifiers.origin.c_str());
+  std::printf("%s, identifiers of %s\n", tarvex::examples::counted(wanted.addresses, "station").c_str(),
+              identifiers.origin.c_str());
 
   const tarvex::examples::switch_device device;
   bridge_tables bridge;

@@ -21,7 +21,7 @@ using namespace tarvex::route_load;
 using namespace tarvex::examples;
 
 template <typename Things, typename Text>
-void tell_first(std::uint64_t count, const Things &things, const char *what, Text text)
+void tell_first(std::uint64_t count, const Things &things, const char *one, const char *several, Text text)
 {
   std::uint64_t told = 0;
   for (const auto &thing : things) {
@@ -29,7 +29,8 @@ void tell_first(std::uint64_t count, const Things &things, const char *what, Tex
     std::fprintf(stderr, "%s\n", text(thing).c_str());
     ++told;
   }
-  if (count > told) std::fprintf(stderr, "... and %" PRIu64 " more %s\n", count - told, what);
+  if (count > told)
+    std::fprintf(stderr, "... and %" PRIu64 " more %s\n", count - told, count - told == 1 ? one : several);
 }
 
 /// Runs a step under a progress bar of its own, takes its seconds, and gives its result.
@@ -52,13 +53,14 @@ double peak_memory_mib()
 
 void tell_refused_blocks(const load_plan &plan)
 {
-  tell_first(plan.refused.size(), plan.refused, "blocks without a partition index", [](const refused_block &block) {
-    const auto &layout = partition_layouts[static_cast<std::size_t>(block.space)];
-    return "no partition index left for block " + to_string(block.block) + ": all " +
-           std::to_string(layout.last_index) + " of " + table_name(layout.partition) + " are in use; " +
-           counted(block.routes, "route") + (block.routes == 1 ? " of the block is" : " of the block are") +
-           " not loaded";
-  });
+  tell_first(plan.refused.size(), plan.refused, "block without a partition index", "blocks without a partition index",
+             [](const refused_block &block) {
+               const auto &layout = partition_layouts[static_cast<std::size_t>(block.space)];
+               return "no partition index left for block " + to_string(block.block) + ": all " +
+                      std::to_string(layout.last_index) + " of " + table_name(layout.partition) + " are in use; " +
+                      counted(block.routes, "route") + (block.routes == 1 ? " of the block is" : " of the block are") +
+                      " not loaded";
+             });
 }
 
 constexpr std::array<const char *, fib_table_count> table_meanings{
@@ -109,7 +111,7 @@ exit_status run(program_arguments arguments)
   double read_seconds = 0, load_seconds = 0, compare_seconds = 0, resolve_seconds = 0;
   const auto list = timed("reading", read_seconds,
                           [&](const progress_report &report) { return read_route_file(wanted.file, report); });
-  tell_first(list.bad_lines.count(), list.bad_lines.kept(), "bad lines",
+  tell_first(list.bad_lines.count(), list.bad_lines.kept(), "bad line", "bad lines",
              [&](const bad_line &bad) { return wanted.file + ':' + std::to_string(bad.line) + ": " + bad.reason; });
   const std::string bad_lines = counted(list.bad_lines.count(), "bad line");
   const std::string duplicates = counted(list.duplicates, "duplicate");
@@ -137,14 +139,16 @@ exit_status run(program_arguments arguments)
   const auto compared = timed("comparing", compare_seconds, [&](const progress_report &report) {
     return read_back(device, entries, handles, found, report);
   });
-  std::printf("compared        %10" PRIu64 " entries in %.2f s\n", compared, compare_seconds);
+  std::printf("compared        %10" PRIu64 " %s in %.2f s\n", compared, compared == 1 ? "entry" : "entries",
+              compare_seconds);
   const auto resolved = timed("resolving", resolve_seconds, [&](const progress_report &report) {
     compare_resolution(device, list.routes, reference, wanted.seed, wanted.resolve, found, report);
     return wanted.resolve;
   });
-  std::printf("resolved        %10" PRIu64 " addresses in %.2f s\n", resolved, resolve_seconds);
+  std::printf("resolved        %10" PRIu64 " %s in %.2f s\n", resolved, resolved == 1 ? "address" : "addresses",
+              resolve_seconds);
   if (wanted.explain) print_lookups(device, list.routes);
-  tell_first(found.count(), found.kept(), "differences", [](const std::string &text) { return text; });
+  tell_first(found.count(), found.kept(), "difference", "differences", [](const std::string &text) { return text; });
   std::printf("differences     %10" PRIu64 "\n", found.count());
   std::printf("peak memory     %10.1f MiB\n", peak_memory_mib());
   const exit_status status = found.count() != 0                                     ? differences_found

@@ -252,8 +252,8 @@ def main():
         except Wrong as what:
             wrong += 1
             print(f"{document}: {what}", file=sys.stderr)
-    print(f"{len(arguments.documents)} documents: {counted['things']} commands and files, {counted['links']} links, "
-          f"{wrong} documents wrong")
+    print(f"documents: {len(arguments.documents)}; {counted['things']} commands and files, {counted['links']} links, "
+          f"wrong: {wrong}")
     return 1 if wrong else 0
 
 

@@ -80,7 +80,7 @@ def main():
                    for about in [table["about"], *(catalogue.about[each["name"]] for each in catalogue.actions_of(table))]
                    if " ".join(about.split()) not in shown]
     print("\n".join(faults))
-    print(f"{len(pages)} pages, {len(expected)} tables, {len(faults)} faults")
+    print(f"{len(pages)} pages, {len(expected)} tables, faults: {len(faults)}")
     return 1 if faults or len(expected) != 120 else 0
 
 

@@ -11,8 +11,10 @@ table = dict(re.findall(r"^\| (\d+) \| ([^|]*?) \|", pathlib.Path(sys.argv[1]).r
 wrong = [] if len(table) >= 8 else [f"{sys.argv[1]}: no table of exit codes"]
 for program in sys.argv[2:]:
     name = pathlib.Path(program).name
-    text = subprocess.run([program, "--help"], capture_output=True, text=True, check=True).stdout
-    said = dict(re.findall(r"^  (\d+)  (.*)$", text[text.find("Exit status:"):], re.MULTILINE))
+    page = ["--page", "man"] if name == "tvsh" else ["--help"]
+    text = subprocess.run([program, *page], capture_output=True, text=True, check=True).stdout
+    pattern = r"^[.]TP\n(\d+)\n(.*)$" if name == "tvsh" else r"^  (\d+)  (.*)$"
+    said = dict(re.findall(pattern, text[re.search("exit status", text, re.IGNORECASE).start():], re.MULTILINE))
     wrong += [f"{name}: {code} is '{meaning}', in the document '{table.get(code)}'"
               for code, meaning in said.items() if table.get(code) != meaning]
     wrong += [f"{name} --help says nothing of exit code {code}" for code in "014" if code not in said]

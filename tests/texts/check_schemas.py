@@ -82,7 +82,7 @@ def main():
         wrong += [f"{handle:#x}{difference}" for difference in differences(literal, expected[handle])]
     for line in wrong[:40]:
         print(line)
-    print(f"{len(texts)} texts, {len(wrong)} differences")
+    print(f"{len(texts)} texts, {len(wrong)} different")
     return 0 if not wrong and texts else 1
 
 

@@ -8,7 +8,7 @@
 
 namespace {
 
-enum exit_code { written = 0, bad_usage = 1, bad_rows = 2, cannot_write = 3 };
+enum exit_code { written = 0, bad_usage = 1, bad_rows = 5, cannot_write = 4 };
 
 }  // namespace
 
@@ -18,7 +18,7 @@ int main(int argc, char **argv)
     std::fprintf(stderr,
                  "usage: driver_compiler ROWS HEADER OUTPUT\n"
                  "Compiles the file ROWS into the folder OUTPUT; HEADER is the C header without its functions.\n"
-                 "Exit codes: 0 written, 1 wrong usage, 2 errors in the rows, 3 a file cannot be written.\n");
+                 "Exit codes: 0 written, 1 wrong usage, 4 a file cannot be written, 5 errors in the rows.\n");
     return bad_usage;
   }
   catalogue::diagnostics diag;
@@ -26,7 +26,8 @@ int main(int argc, char **argv)
   const catalogue::generated_file header = driver_rows::header(groups, argv[2], diag);
   if (diag.failed()) {
     for (const std::string &line : diag.lines()) std::fprintf(stderr, "%s\n", line.c_str());
-    std::fprintf(stderr, "driver_compiler: %zu errors, nothing written\n", diag.lines().size());
+    std::fprintf(stderr, "driver_compiler: %zu %s, nothing written\n", diag.lines().size(),
+                 diag.lines().size() == 1 ? "error" : "errors");
     return bad_rows;
   }
   try {

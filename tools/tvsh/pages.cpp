@@ -107,31 +107,34 @@ Handles are numbers, counters of packets and bytes are decimal text, and remarks
 .SH EXIT STATUS
 .TP
 0
-done
+done, and as expected
 .TP
 1
-wrong use, or a value that cannot be
+wrong use
 .TP
 2
 the driver refused
 .TP
 3
-what was compared is not the same
+differences found
 .TP
 4
-a file or a connection failed
+a file, a socket or the output failed
 .TP
 5
-a file holds lines that cannot be, and nothing was done
+bad input, nothing was done
 .TP
 6
-done but for a part, which is named
+done in part
+.TP
+7
+out of memory
 .TP
 130
 interrupted
 .TP
 143
-a script was ended by SIGTERM
+terminated
 .SH ENVIRONMENT
 .TP
 .B NO_COLOR

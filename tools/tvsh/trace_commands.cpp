@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "commands.h"
+#include "counted.h"
 #include "plain_file.h"
 #include "replayer.h"
 #include "session.h"
@@ -66,7 +67,7 @@ void follow(const invocation &call)
   trace_view view(call.chosen.json, trace_scope::program);
   for (;;) {
     const trace_view::piece piece = view.take(std::chrono::milliseconds(100));
-    if (piece.missed != 0) call.out.note(std::to_string(piece.missed) + " calls came too fast to be shown");
+    if (piece.missed != 0) call.out.note(counted(piece.missed, "call") + " came too fast to be shown");
     for (const std::string &line : piece.lines) call.out.line(line);
     call.out.flush();
     call.shell.check_interrupt();
@@ -86,7 +87,7 @@ void write_to_file(const invocation &call)
 
 void tell(const invocation &call, const trace::replay_counts &counts)
 {
-  call.result(std::to_string(counts.made) + " writes " + (call.chosen.dry_run ? "checked" : "made") + ", " +
+  call.result(counted(counts.made, "write") + " " + (call.chosen.dry_run ? "checked" : "made") + ", " +
                   std::to_string(counts.different) + " of them refused here",
               {{"done", !call.chosen.dry_run},
                {"writes", counts.made},
