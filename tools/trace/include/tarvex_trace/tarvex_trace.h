@@ -73,6 +73,7 @@ int tarvex_trace_to_file(const char *path, uint32_t flags);
  *
  * @param line    kept until the trace ends
  * @param cookie  handed to it
+ * @param flags   of the above, or 0
  * @return 0, or EBUSY while a trace runs
  */
 int tarvex_trace_to_function(tarvex_trace_line_fn line, void *cookie, uint32_t flags);
