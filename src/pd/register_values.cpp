@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 
 #include "call_conventions.h"
 
@@ -10,29 +11,16 @@ namespace tarvex::pd {
 
 namespace {
 
-/// An allocator may answer null for no elements, which is not a lack of memory.
-std::size_t at_least_1(std::size_t count) { return count > 0 ? count : 1; }
-
-/// Zeroed elements from the system allocator, given back at the end of the call.
 template <class Element>
-class zeroed_block {
- public:
-  explicit zeroed_block(std::size_t count)
-      : elements_(static_cast<Element *>(bf_sys_calloc(at_least_1(count), sizeof(Element))))
-  {
-  }
-  zeroed_block(const zeroed_block &) = delete;
-  zeroed_block &operator=(const zeroed_block &) = delete;
-  ~zeroed_block()
-  {
-    if (elements_ != nullptr) bf_sys_free(elements_);
-  }
-  Element *get() const { return elements_; }
-  Element &operator[](std::size_t i) const { return elements_[i]; }
+Element *zeroed(std::size_t count)
+{
+  return static_cast<Element *>(bf_sys_calloc(count, sizeof(Element)));
+}
 
- private:
-  Element *elements_;
-};
+void give_back(void *block)
+{
+  if (block != nullptr) bf_sys_free(block);
+}
 
 /// What the library has made room for, and what a driver's answer is cut to.
 struct shape {
@@ -72,15 +60,18 @@ std::uint32_t pack_values(const drv_stful_query_t &query, const shape &room, Row
   return static_cast<std::uint32_t>(s.slots());
 }
 
-/// Rows of slots of one query, a block for each.
+/// Rows of slots of one query, a block for each, and the array of pointers to them that the driver gets. The driver may
+/// write to the array, so the library keeps the pointers to itself too: it reads and frees its own blocks alone.
 class row_blocks {
  public:
-  explicit row_blocks(const shape &room) : rows_(room.rows), count_(room.rows)
+  explicit row_blocks(const shape &room) : shown_(zeroed<drv_stful_spec_t *>(room.rows))
   {
-    if (rows_.get() == nullptr) return;
-    for (std::size_t i = 0; i < count_; ++i) {
-      rows_[i] = static_cast<drv_stful_spec_t *>(bf_sys_calloc(at_least_1(room.values), sizeof(drv_stful_spec_t)));
-      if (rows_[i] == nullptr) return;
+    if (shown_ == nullptr) return;
+    if (room.rows > few) own_ = static_cast<drv_stful_spec_t **>(std::malloc(room.rows * sizeof *own_));
+    if (own_ == nullptr) return;
+    for (; count_ < room.rows; ++count_) {
+      own_[count_] = shown_[count_] = zeroed<drv_stful_spec_t>(room.values);
+      if (own_[count_] == nullptr) return;
     }
     complete_ = true;
   }
@@ -88,33 +79,45 @@ class row_blocks {
   row_blocks &operator=(const row_blocks &) = delete;
   ~row_blocks()
   {
-    if (lost_) return;
-    for (std::size_t i = 0; rows_.get() != nullptr && i < count_ && rows_[i] != nullptr; ++i) bf_sys_free(rows_[i]);
+    for (std::size_t i = 0; i < count_; ++i) bf_sys_free(own_[i]);
+    if (own_ != room_) std::free(own_);
+    give_back(shown_);
   }
   bool complete() const { return complete_; }
-  drv_stful_spec_t **get() const { return rows_.get(); }
-
-  /// A number that tells the pointers from any others. The driver has them in its hands during a query.
-  std::uintptr_t fingerprint() const
-  {
-    std::uintptr_t print = 0;
-    for (std::size_t i = 0; i < count_; ++i) print = (print ^ reinterpret_cast<std::uintptr_t>(rows_[i])) * multiplier;
-    return print;
-  }
-  /// Whether they are still what they were. Pointers that a driver has overwritten are not followed, to free them
-  /// neither: the blocks are lost.
-  bool unchanged_since(std::uintptr_t print)
-  {
-    lost_ = fingerprint() != print;
-    return !lost_;
-  }
+  drv_stful_spec_t **shown() const { return shown_; }
+  const drv_stful_spec_t *operator[](std::size_t row) const { return own_[row]; }
 
  private:
-  static constexpr std::uintptr_t multiplier = 0x9e3779b97f4a7c15;
-  zeroed_block<drv_stful_spec_t *> rows_;
-  std::size_t count_;
+  /// Rows of most switches, a row for each pipe, without a further block.
+  static constexpr std::size_t few = 32;
+  drv_stful_spec_t **shown_;
+  drv_stful_spec_t *room_[few];
+  drv_stful_spec_t **own_ = room_;
+  std::size_t count_ = 0;
   bool complete_ = false;
-  bool lost_ = false;
+};
+
+/// Queries of a range with the rows and slots of all of them. They go back in the order in which they were had.
+struct range_blocks {
+  drv_stful_query_t *queries;
+  drv_stful_spec_t **rows;
+  drv_stful_spec_t *slots;
+
+  range_blocks(std::size_t query_count, std::size_t row_count, std::size_t slot_count)
+      : queries(zeroed<drv_stful_query_t>(query_count)),
+        rows(zeroed<drv_stful_spec_t *>(row_count)),
+        slots(zeroed<drv_stful_spec_t>(slot_count))
+  {
+  }
+  range_blocks(const range_blocks &) = delete;
+  range_blocks &operator=(const range_blocks &) = delete;
+  ~range_blocks()
+  {
+    give_back(queries);
+    give_back(rows);
+    give_back(slots);
+  }
+  bool complete() const { return queries != nullptr && rows != nullptr && slots != nullptr; }
 };
 
 }  // namespace
@@ -125,17 +128,15 @@ pd_status_t read_register_cell(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, std
   shape room;
   pd_status_t status = ask_for_shape(sess_hdl, dev_tgt, reg_hdl, room);
   if (status != BF_SUCCESS) return status;
-  row_blocks rows(room);
+  const row_blocks rows(room);
   if (!rows.complete()) return PD_STATUS_NO_MEMORY;
-  const std::uintptr_t before = rows.fingerprint();
 
   drv_stful_query_t query{};
-  query.rows = rows.get();
+  query.rows = rows.shown();
   status = pipe_stful_ent_query(sess_hdl, whole_target(dev_tgt), reg_hdl, index, &query, from_hardware);
-  if (!rows.unchanged_since(before)) return status != BF_SUCCESS ? status : pd_status_t{PD_STATUS_UNEXPECTED_REPLY};
   if (status == BF_SUCCESS)
     *value_count = pack_values(
-        query, room, [&](auto i) { return rows.get()[i]; }, values);
+        query, room, [&](std::size_t i) { return rows[i]; }, values);
   return status;
 }
 
@@ -158,25 +159,23 @@ pd_status_t read_register_range(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, st
   if (__builtin_mul_overflow(wanted, room.rows, &row_total) ||
       __builtin_mul_overflow(row_total, room.values, &slot_total))
     return PD_STATUS_NO_MEMORY;
-  const zeroed_block<drv_stful_query_t> queries(wanted);
-  const zeroed_block<drv_stful_spec_t *> rows(row_total);
-  const zeroed_block<drv_stful_spec_t> slots(slot_total);
-  if (queries.get() == nullptr || rows.get() == nullptr || slots.get() == nullptr) return PD_STATUS_NO_MEMORY;
+  const range_blocks blocks(wanted, row_total, slot_total);
+  if (!blocks.complete()) return PD_STATUS_NO_MEMORY;
   for (std::size_t k = 0; k < wanted; ++k) {
-    queries[k].row_count = static_cast<std::int32_t>(room.rows);
-    queries[k].values_per_row = static_cast<std::int32_t>(room.values);
-    for (std::size_t i = 0; i < room.rows; ++i)
-      rows[k * room.rows + i] = slots.get() + (k * room.rows + i) * room.values;
-    queries[k].rows = rows.get() + k * room.rows;
+    drv_stful_query_t &query = blocks.queries[k];
+    query.row_count = static_cast<std::int32_t>(room.rows);
+    query.values_per_row = static_cast<std::int32_t>(room.values);
+    query.rows = blocks.rows + k * room.rows;
+    for (std::size_t i = 0; i < room.rows; ++i) query.rows[i] = blocks.slots + (k * room.rows + i) * room.values;
   }
 
   status = pipe_stful_ent_query_range(sess_hdl, whole_target(dev_tgt), reg_hdl, first_index,
-                                      static_cast<std::uint32_t>(count), queries.get(), count_read, from_hardware);
+                                      static_cast<std::uint32_t>(count), blocks.queries, count_read, from_hardware);
   if (status != BF_SUCCESS) return status;
   std::uint32_t written = 0;
   for (std::size_t k = 0; k < wanted && k < *count_read; ++k) {
-    const auto row = [&](std::size_t i) { return slots.get() + (k * room.rows + i) * room.values; };
-    written += pack_values(queries[k], room, row, values + written);
+    const auto row = [&](std::size_t i) { return blocks.slots + (k * room.rows + i) * room.values; };
+    written += pack_values(blocks.queries[k], room, row, values + written);
   }
   *value_count = written;
   return BF_SUCCESS;

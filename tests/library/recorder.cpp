@@ -117,11 +117,14 @@ void *driver_call<&bf_sys_calloc>(size_t count, size_t size)
   recorder &here = test::driver();
   const recording inside;
   constexpr size_t largest = size_t{1} << 24;  // ends a request for a negative count before the sanitizers do
+  here.asked_blocks.push_back({count, size, nullptr});
   if (here.refused_block != 0 && --here.refused_block == 0) return nullptr;
   // Resources, rows and register values of 8 bytes, and queries: anything else is a mistake.
   if ((size != 8 && size != sizeof(drv_stful_query_t)) || count > largest / size) return nullptr;
   ++here.blocks_taken;
-  return *live_blocks.insert(std::calloc(count, size)).first;
+  void *const block = *live_blocks.insert(std::calloc(count, size)).first;
+  here.asked_blocks.back().address = block;
+  return block;
 }
 
 template <>
@@ -129,6 +132,7 @@ void driver_call<&bf_sys_free>(void *block)
 {
   const recording inside;
   if (block != nullptr) ++test::driver().blocks_given_back;
+  test::driver().returned_blocks.push_back(block);
   live_blocks.erase(block);
   std::free(block);
 }

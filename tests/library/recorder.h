@@ -40,6 +40,12 @@ bytes copy_of(const drv_action_spec_t *action);
 bytes copy_of(const drv_act_data_t *data);
 bytes copy_of(const char *text);
 
+/// A block of bf_sys_calloc as it was asked for; the address is null where it was refused.
+struct asked_block {
+  std::size_t count, size;
+  const void *address;
+};
+
 class recorder {
  public:
   using answer_function = std::function<std::uint64_t(const recorded_call &)>;
@@ -49,6 +55,8 @@ class recorder {
   bool quiet = false;         // neither record nor answer: every call gives 0
   unsigned blocks_taken = 0;  // of bf_sys_calloc
   unsigned blocks_given_back = 0;
+  std::vector<asked_block> asked_blocks;
+  std::vector<const void *> returned_blocks;
   unsigned refused_block = 0;  // the n-th block from now on is refused, it alone; 0 for none
   unsigned inside = 0;         // calls under way: what is allocated then is not the library's
 

@@ -45,6 +45,7 @@ struct reading {
   std::size_t failing_call = 9;
   std::uint32_t flags = 1;
   meddling meddle = nullptr;
+  unsigned refused_block = 0;
 
   std::uint32_t status = 0;
   bytes values = {};  // the caller's room, and a margin behind it
@@ -99,6 +100,7 @@ void reading::run()
     call.give(range_count_read_out, reinterpret_cast<std::uint64_t>(&count_read));
   }
   driver().reset();
+  driver().refused_block = refused_block;
   driver().answer = [this](const recorded_call &recorded) { return answer(recorded); };
   status = static_cast<std::uint32_t>(call.run());
   if (driver().blocks_taken != driver().blocks_given_back) wrong += "\nblocks are left";
@@ -182,6 +184,70 @@ TEST(registers, values_come_position_by_position)
         }
         EXPECT_EQ(hex({read.values.data(), expected.size()}), hex(expected));
         EXPECT_TRUE(is_all_untouched(read.values, expected.size()));
+      }
+    }
+  });
+}
+
+struct block_size {
+  std::size_t count, size;
+  bool operator==(const block_size &) const = default;
+};
+
+void PrintTo(const block_size &block, std::ostream *to) { *to << block.count << " of " << block.size; }
+
+// Rows go back in their order, then the array of pointers to them; the blocks of a range as they were had.
+TEST(registers, blocks_are_of_the_sizes_needed_and_go_back_in_order)
+{
+  for_each_read([](const exported_function &function, bool is_range) {
+    for (const shape &sizes : {shape{2, 3}, shape{40, 2}, shape{0, 3}, shape{2, 0}}) {
+      const auto rows = static_cast<std::size_t>(sizes.rows);
+      const auto values = static_cast<std::size_t>(sizes.values);
+      std::vector<block_size> needed = {{rows, 8}};
+      needed.insert(needed.end(), rows, {values, 8});
+      if (is_range) needed = {{2, 16}, {2 * rows, 8}, {2 * rows * values, 8}};
+      for (std::size_t refused_block = 0; refused_block <= needed.size(); ++refused_block) {
+        SCOPED_TRACE(testing::Message() << rows << " rows of " << values << ", without block " << refused_block);
+        reading read{function, sizes, shapes(is_range ? 2 : 1, sizes), is_range ? 2 : 1};
+        read.refused_block = static_cast<unsigned>(refused_block);
+        read.run();
+        EXPECT_EQ(read.wrong, "");
+        EXPECT_EQ(read.status, refused_block == 0 ? 0u : std::uint32_t{PD_STATUS_NO_MEMORY});
+        std::vector<block_size> asked;
+        std::vector<const void *> in_order;
+        for (const asked_block &block : driver().asked_blocks) {
+          asked.push_back({block.count, block.size});
+          if (block.address != nullptr) in_order.push_back(block.address);
+        }
+        std::vector<block_size> expected = needed;
+        if (!is_range && refused_block != 0) expected.erase(expected.begin() + read.refused_block, expected.end());
+        EXPECT_EQ(asked, expected);
+        if (!is_range && !in_order.empty()) std::ranges::rotate(in_order, in_order.begin() + 1);
+        EXPECT_EQ(driver().returned_blocks, in_order);
+      }
+    }
+  });
+}
+
+// Of rows that the driver has put others in place of, the library reads and frees its own.
+TEST(registers, replaced_rows_are_neither_read_nor_freed)
+{
+  static drv_stful_spec_t foreign[2] = {};
+  for_each_read([](const exported_function &function, bool is_range) {
+    for (const shape &sizes : {shape{3, 2}, shape{33, 2}}) {
+      for (drv_stful_spec_t *const other : {foreign, static_cast<drv_stful_spec_t *>(nullptr)}) {
+        const shapes answered(is_range ? 2 : 1, sizes);
+        reading read{function, sizes, answered, is_range ? 2 : 1};
+        read.meddle = [&](drv_stful_query_t *queries, std::uint32_t &) {
+          queries[0].rows[0] = other;
+          std::swap(queries[0].rows[1], queries[0].rows[sizes.rows - 1]);
+        };
+        read.run();
+        EXPECT_EQ(read.wrong, "");
+        EXPECT_EQ(read.status, 0u);
+        const bytes expected = packed(answered);
+        EXPECT_EQ(read.value_count, expected.size());
+        EXPECT_EQ(hex({read.values.data(), expected.size()}), hex(expected));
       }
     }
   });
