@@ -28,11 +28,4 @@ pd_status_t placed_entry::decode(const void *plcmt_data, std::uint16_t key_bits,
   return status;
 }
 
-pd_status_t placed_entry::decode_with_resources(const void *plcmt_data, std::uint16_t key_bits, std::uint16_t key_bytes)
-{
-  const pd_status_t status = decode(plcmt_data, key_bits, key_bytes);
-  if (status != BF_SUCCESS) return status;
-  return resources_.build(action_) ? pd_status_t{BF_SUCCESS} : pd_status_t{PD_STATUS_NO_MEMORY};
-}
-
 }  // namespace tarvex::pd

@@ -17,8 +17,8 @@ class placed_entry {
  public:
   /// Presets the records as for every read and has the driver fill them. A keyless table has no bits.
   pd_status_t decode(const void *plcmt_data, std::uint16_t key_bits, std::uint16_t key_bytes);
-  /// With the resources too: PD_STATUS_NO_MEMORY if their list cannot be had.
-  pd_status_t decode_with_resources(const void *plcmt_data, std::uint16_t key_bits, std::uint16_t key_bytes);
+  /// Lists the resources of the decoded entry. False if the list cannot be had.
+  [[nodiscard]] bool list_resources() { return resources_.build(action_); }
 
   const drv_match_spec_t &key() const { return key_; }
   const drv_action_spec_t &action() const { return action_; }
@@ -55,22 +55,26 @@ template <const table_row &T>
   }
 }
 
+/// Parameters alone take resources: an entry without any needs no list of them.
 template <const action_row &A>
-[[gnu::always_inline]] inline void deliver_placed_action(const placed_entry &entry, plcmt_action_t *action)
+[[gnu::always_inline]] inline pd_status_t deliver_placed_action(placed_entry &entry, plcmt_action_t *action)
 {
-  action->action = A.enum_value;
-  if constexpr (A.param_count > 0)
+  if constexpr (A.param_count > 0) {
+    if (!entry.list_resources()) return PD_STATUS_NO_MEMORY;
     unbuild_action<A>(&entry.action().act_data, entry.resources().list(), entry.resources().count(),
                       action->parameters);
+  }
+  action->action = A.enum_value;
+  return BF_SUCCESS;
 }
 
 /// False if the entry's action is none of the table's.
 template <const table_row &T, std::size_t... I>
-[[gnu::always_inline]] inline bool deliver_placed_action_of(const placed_entry &entry, plcmt_action_t *action,
-                                                            std::index_sequence<I...>)
+[[gnu::always_inline]] inline bool deliver_placed_action_of(placed_entry &entry, plcmt_action_t *action,
+                                                            pd_status_t &status, std::index_sequence<I...>)
 {
   return ((entry.action_handle() == T.actions[I]->handle &&
-           (deliver_placed_action<*T.actions[I]->action>(entry, action), true)) ||
+           (status = deliver_placed_action<*T.actions[I]->action>(entry, action), true)) ||
           ...);
 }
 
@@ -80,11 +84,12 @@ template <const table_row &T>
                                                                    plcmt_action_t *action, std::uint8_t *no_key)
 {
   placed_entry entry;
-  const pd_status_t status = entry.decode_with_resources(plcmt_data, T.key_bits, T.key_bytes);
+  pd_status_t status = entry.decode(plcmt_data, T.key_bits, T.key_bytes);
   if (status != BF_SUCCESS) return status;
-  deliver_placed_key<T>(entry.key(), match_spec, priority, no_key);
-  if (!deliver_placed_action_of<T>(entry, action, action_indices<T>{})) stop_on_broken_reply(function);
-  return BF_SUCCESS;
+  // The action first: without memory for its resources nothing of the caller's is written.
+  if (!deliver_placed_action_of<T>(entry, action, status, action_indices<T>{})) stop_on_broken_reply(function);
+  if (status == BF_SUCCESS) deliver_placed_key<T>(entry.key(), match_spec, priority, no_key);
+  return status;
 }
 
 /// A record that points at neither a member nor a group leaves both flags as they are.

@@ -92,6 +92,27 @@ TEST(placement, that_the_driver_refuses)
   }
 }
 
+TEST(placement, takes_memory_for_the_resources_of_parameters_alone)
+{
+  for_each_entry([](const told_entry &entry) {
+    if (entry.use == nullptr) return;
+    driver().reset();
+    driver().answer = [&](const recorded_call &call) {
+      call.at<drv_action_spec_t>(2).res_count = 1;  // a counter, say
+      return entry(call);
+    };
+    driver().refused_block = 1;
+    const bool parameters = !entry.use->action->params.empty();
+    const std::uint32_t status = parameters ? std::uint32_t{PD_STATUS_NO_MEMORY} : 0;
+    const std::string print = printed(print_by("plcmt_data_print", 3, entry.table->handle, placement), status);
+    if (parameters)
+      EXPECT_EQ(print, formatted("cannot decode plcmt_data for p4_pd_tarvex_switch_%s\n", entry.table->name));
+    else
+      EXPECT_EQ(print, print_of(entry, 3));
+    EXPECT_EQ(driver().asked_blocks.size(), parameters ? 1u : 0u) << entry.table->name;
+  });
+}
+
 TEST(placement, of_members)
 {
   for (const auto &profile : calls::profiles) {
