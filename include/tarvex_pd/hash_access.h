@@ -59,8 +59,8 @@ pd_status_t p4_pd_tarvex_switch_hash_calc_input_field_attribute_count_get(pd_ses
  * @param count  number of records
  * @param attrs  one record for each field, by common number; of the value the low 32 bits count, attr_type is not read
  * @return 0, the driver's status, or PD_STATUS_INVALID_ARG for an unknown calculation, a common number that the
- *   calculation does not have, no record at all, a list that does not name the calculation's last field, an input of
- *   the driver that is not the calculation's, or no memory for count records (or more than 16,777,215 of them)
+ *   calculation does not have, no record at all, a list that does not name the calculation's last field, or an input
+ *   of the driver that is not the calculation's
  */
 pd_status_t p4_pd_tarvex_switch_hash_calc_input_field_attribute_set(pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id,
                                                                     const char *calc_name, uint32_t count,
@@ -76,8 +76,7 @@ pd_status_t p4_pd_tarvex_switch_hash_calc_input_field_attribute_set(pd_sess_hdl_
  * @param attrs  receives field and value of each, in the calculation's own order
  * @param count  receives the number of records; stays as it was for an unknown calculation
  * @return 0, the driver's status, or PD_STATUS_INVALID_ARG for an unknown calculation, an input of the driver that is
- *   not the calculation's, too little room (what fitted is there), or no memory for max records (or more than
- *   16,777,215 of them)
+ *   not the calculation's, or too little room (what fitted is there)
  */
 pd_status_t p4_pd_tarvex_switch_hash_calc_input_field_attribute_get(pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id,
                                                                     const char *calc_name, uint32_t max,

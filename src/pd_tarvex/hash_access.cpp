@@ -3,7 +3,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tarvex_pd/hash_access.h"
 
-#include <cstdlib>
 #include <cstring>
 
 #include "hash_field_attributes.h"
@@ -19,26 +18,6 @@ const hash_row *calculation(const char *name)
     if (std::strcmp(name, hash.name) == 0) return hash.row;
   return nullptr;
 }
-
-/// More records than this are taken for a mistake, whatever the memory of the machine.
-constexpr std::uint32_t most_records = 0xff'ffff;
-
-/// Working records of one call; none where they cannot be had.
-class working_attrs {
- public:
-  explicit working_attrs(std::uint32_t count)
-  {
-    if (count <= most_records)
-      attrs_ = static_cast<hash_calc_attr_t *>(std::calloc(count > 0 ? count : 1, sizeof(hash_calc_attr_t)));
-  }
-  working_attrs(const working_attrs &) = delete;
-  working_attrs &operator=(const working_attrs &) = delete;
-  ~working_attrs() { std::free(attrs_); }
-  hash_calc_attr_t *get() const { return attrs_; }
-
- private:
-  hash_calc_attr_t *attrs_ = nullptr;
-};
 
 }  // namespace
 }  // namespace tarvex::pd
@@ -64,14 +43,13 @@ pd_status_t p4_pd_tarvex_switch_hash_calc_input_field_attribute_set(pd_sess_hdl_
 {
   const hash_row *calc = calculation(calc_name);
   if (calc == nullptr) return PD_STATUS_INVALID_ARG;
-  const working_attrs own(count);
-  if (own.get() == nullptr) return PD_STATUS_INVALID_ARG;
+  field_choice choice;
   for (std::uint32_t i = 0; i < count; ++i) {
-    own.get()[i].field = hash_own_field(*calc, attrs[i].field);
-    if (own.get()[i].field >= calc->field_count) return PD_STATUS_INVALID_ARG;
-    own.get()[i].value = static_cast<std::uint32_t>(attrs[i].value);
+    const std::uint32_t field = hash_own_field(*calc, attrs[i].field);
+    if (field >= calc->field_count) return PD_STATUS_INVALID_ARG;
+    choice.name(field, static_cast<std::uint32_t>(attrs[i].value) == 0);
   }
-  return hash_fields_set(*calc, sess_hdl, dev_id, 0, count, own.get());
+  return hash_fields_choose(*calc, sess_hdl, dev_id, 0, choice);
 }
 
 pd_status_t p4_pd_tarvex_switch_hash_calc_input_field_attribute_get(pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id,
@@ -80,12 +58,7 @@ pd_status_t p4_pd_tarvex_switch_hash_calc_input_field_attribute_get(pd_sess_hdl_
 {
   const hash_row *calc = calculation(calc_name);
   if (calc == nullptr) return PD_STATUS_INVALID_ARG;
-  const working_attrs own(max);
-  if (own.get() == nullptr) return PD_STATUS_INVALID_ARG;
-  const pd_status_t status = hash_fields_get(*calc, sess_hdl, dev_id, 0, max, own.get(), count);
-  for (std::uint32_t i = 0; i < *count; ++i) {
-    attrs[i].field = hash_common_field(*calc, __func__, own.get()[i].field);
-    attrs[i].value = own.get()[i].value;
-  }
+  const pd_status_t status = hash_fields_get(*calc, sess_hdl, dev_id, 0, max, attrs, count);
+  for (std::uint32_t i = 0; i < *count; ++i) attrs[i].field = hash_common_field(*calc, __func__, attrs[i].field);
   return status;
 }

@@ -42,24 +42,25 @@ pd_status_t hash_field_count_get(const hash_row &calc, pd_sess_hdl_t, pd_dev_id_
   return input == 0 ? pd_status_t{BF_SUCCESS} : pd_status_t{PD_STATUS_INVALID_ARG};
 }
 
-pd_status_t hash_fields_set(const hash_row &calc, pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id, std::uint32_t input,
-                            std::uint32_t count, const hash_calc_attr_t *attrs)
+pd_status_t hash_fields_choose(const hash_row &calc, pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id, std::uint32_t input,
+                               const field_choice &choice)
 {
   std::uint32_t current = 0;
   const pd_status_t status = pipe_mgr_hash_calc_input_get(sess_hdl, low_byte(dev_id), calc.handle, &current);
   if (status != BF_SUCCESS) return status;
-  if (count == 0) return PD_STATUS_INVALID_ARG;
-  std::uint32_t named = 0;
-  std::uint32_t selected = 0;
-  for (std::uint32_t i = 0; i < count; ++i) {
-    const std::uint32_t bit = 1u << (attrs[i].field % 32);
-    named |= bit;
-    if (attrs[i].attr_type == 0 && attrs[i].value == 0) selected |= bit;
-  }
   // The last field must be named, and none beyond it.
-  if (input != 0 || static_cast<unsigned>(std::bit_width(named)) != calc.field_count) return PD_STATUS_INVALID_ARG;
+  if (input != 0 || static_cast<unsigned>(std::bit_width(choice.named)) != calc.field_count)
+    return PD_STATUS_INVALID_ARG;
   if (!is_input_of(calc, current)) return PD_STATUS_INVALID_ARG;
-  return pipe_mgr_hash_calc_input_set(sess_hdl, low_byte(dev_id), calc.handle, input_of_fields(calc, selected));
+  return pipe_mgr_hash_calc_input_set(sess_hdl, low_byte(dev_id), calc.handle, input_of_fields(calc, choice.selected));
+}
+
+pd_status_t hash_fields_set(const hash_row &calc, pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id, std::uint32_t input,
+                            std::uint32_t count, const hash_calc_attr_t *attrs)
+{
+  field_choice choice;
+  for (std::uint32_t i = 0; i < count; ++i) choice.name(attrs[i].field, attrs[i].attr_type == 0 && attrs[i].value == 0);
+  return hash_fields_choose(calc, sess_hdl, dev_id, input, choice);
 }
 
 pd_status_t hash_fields_get(const hash_row &calc, pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id, std::uint32_t input,

@@ -9,10 +9,25 @@
 
 namespace tarvex::pd {
 
+/// Fields that a caller's records name, by own number modulo 32, and those of them that any record selects.
+struct field_choice {
+  std::uint32_t named = 0;
+  std::uint32_t selected = 0;
+
+  void name(std::uint32_t field, bool select)
+  {
+    const std::uint32_t bit = 1u << (field % 32);
+    named |= bit;
+    if (select) selected |= bit;
+  }
+};
+
 pd_status_t hash_field_count_get(const hash_row &calc, pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id, std::uint32_t input,
                                  std::uint32_t *count);
 pd_status_t hash_fields_set(const hash_row &calc, pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id, std::uint32_t input,
                             std::uint32_t count, const hash_calc_attr_t *attrs);
+pd_status_t hash_fields_choose(const hash_row &calc, pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id, std::uint32_t input,
+                               const field_choice &choice);
 pd_status_t hash_fields_get(const hash_row &calc, pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id, std::uint32_t input,
                             std::uint32_t max, hash_calc_attr_t *attrs, std::uint32_t *count);
 
