@@ -53,7 +53,8 @@ pd_status_t p4_pd_tarvex_switch_dev_remove(uint32_t dev_id);
 
 /**
  * Device event: writes "name" and "act_profs" with the member-selector state of each profile into `log`. The driver
- * calls it.
+ * calls it. The results of cJSON are not looked at: when memory runs out, the document lacks items, an item that found
+ * no place in it leaks, and the member-selector service may be handed a null object.
  *
  * @param dev_id  the device, its low 8 bits
  * @param log     a JSON object that stays the driver's; null does nothing
@@ -63,9 +64,9 @@ pd_status_t p4_pd_tarvex_switch_dev_log(uint32_t dev_id, struct cJSON *log);
 
 /**
  * Device event: reads back what p4_pd_tarvex_switch_dev_log wrote. The elements of "act_profs" are matched by their
- * "name", whole and by case, in the order of the document; a name of no profile is passed over. A document without
- * "act_profs", or with one that is no array, does nothing, and an element that is no object or has no string "name" is
- * passed over.
+ * "name", whole and by case, in the order of the document; a name of no profile is passed over, and so is an element
+ * whose "name" is missing or has no string value. A document without "act_profs", or with nothing in it, does nothing.
+ * The kinds of the items are not checked.
  *
  * @param dev_id  the device, its low 8 bits
  * @param log     a JSON object that stays the driver's; null does nothing

@@ -19,21 +19,6 @@ std::span<ms_state *> all_states() { return {profile_states, profile_names.size(
 /// Kind of client that the driver is told; a number of the driver's.
 constexpr std::uint32_t client_kind = 2;
 
-bool is(const cJSON *item, int type) { return item != nullptr && (item->type & 0xff) == type; }
-
-/// An item that the document does not take, for want of memory, is given back; null then.
-cJSON *kept(bool taken, cJSON *item)
-{
-  if (taken) return item;
-  cJSON_Delete(item);
-  return nullptr;
-}
-
-cJSON *put(cJSON *object, const char *key, cJSON *item)
-{
-  return kept(cJSON_AddItemToObject(object, key, item) != 0, item);
-}
-
 }  // namespace
 }  // namespace tarvex::pd
 
@@ -66,16 +51,17 @@ pd_status_t p4_pd_tarvex_switch_dev_remove(uint32_t dev_id)
   return BF_SUCCESS;
 }
 
+/// The results of cJSON are not looked at: not every cJSON that a host program brings has any.
 pd_status_t p4_pd_tarvex_switch_dev_log(uint32_t dev_id, cJSON *log)
 {
   if (log == nullptr) return BF_SUCCESS;
-  put(log, "name", cJSON_CreateString(pipeline_name));
-  cJSON *profiles = put(log, "act_profs", cJSON_CreateArray());
+  cJSON_AddItemToObject(log, "name", cJSON_CreateString(pipeline_name));
+  cJSON *const profiles = cJSON_CreateArray();
+  cJSON_AddItemToObject(log, "act_profs", profiles);
   for (std::size_t i = 0; i < profile_names.size(); ++i) {
-    cJSON *profile = cJSON_CreateObject();
-    profile = kept(cJSON_AddItemToArray(profiles, profile) != 0, profile);
-    if (profile == nullptr) continue;
-    put(profile, "name", cJSON_CreateString(profile_names[i]));
+    cJSON *const profile = cJSON_CreateObject();
+    cJSON_AddItemToArray(profiles, profile);
+    cJSON_AddItemToObject(profile, "name", cJSON_CreateString(profile_names[i]));
     p4_pd_ms_log_state(low_byte(dev_id), profile_states[i], profile);
   }
   return BF_SUCCESS;
@@ -83,12 +69,12 @@ pd_status_t p4_pd_tarvex_switch_dev_log(uint32_t dev_id, cJSON *log)
 
 pd_status_t p4_pd_tarvex_switch_dev_restore(uint32_t dev_id, cJSON *log)
 {
-  const cJSON *profiles = cJSON_GetObjectItem(log, "act_profs");
-  if (!is(profiles, cJSON_Array)) return BF_SUCCESS;
+  if (log == nullptr) return BF_SUCCESS;
+  const cJSON *const profiles = cJSON_GetObjectItem(log, "act_profs");
+  if (profiles == nullptr) return BF_SUCCESS;
   for (cJSON *profile = profiles->child; profile != nullptr; profile = profile->next) {
-    if (!is(profile, cJSON_Object)) continue;
-    const cJSON *name = cJSON_GetObjectItem(profile, "name");
-    if (!is(name, cJSON_String) || name->valuestring == nullptr) continue;
+    const cJSON *const name = cJSON_GetObjectItem(profile, "name");
+    if (name == nullptr || name->valuestring == nullptr) continue;
     for (std::size_t i = 0; i < profile_names.size(); ++i)
       if (std::strcmp(name->valuestring, profile_names[i]) == 0)
         p4_pd_ms_restore_state(low_byte(dev_id), profile_states[i], profile);
