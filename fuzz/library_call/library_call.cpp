@@ -185,7 +185,9 @@ std::size_t library_call::room_for(argument_kind kind) const
       return most;
     }
     case action_name_out: return P4_PD_TARVEX_SWITCH_ACTION_NAME_SIZE;
-    case next_entry_hdls_out: return sizeof(pd_entry_hdl_t) * std::max<std::size_t>(number(handle_count), 1);
+    case next_entry_hdls_out:
+    case next_mbr_hdls_out:
+    case next_grp_hdls_out: return sizeof(pd_entry_hdl_t) * std::max<std::size_t>(number(handle_count), 1);
     case hash_attrs: return sizeof(hash_calc_attr_t) * number(hash_attr_count);
     case hash_attrs_out: return sizeof(hash_calc_attr_t) * number(hash_attr_max);
     case res_list: return sizeof(pd_res_spec_t) * number(res_count);

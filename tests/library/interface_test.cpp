@@ -195,8 +195,8 @@ class answers {
   static bool wants_number(const term &term)
   {
     if (!term.from_caller) return term.other == derived::local;
-    for (const auto kind :
-         {entry_hdl_out, mbr_hdl_out, grp_hdl_out, entry_count_out, next_entry_hdls_out, ttl_out, pvs_entry_hdl_out}) {
+    for (const auto kind : {entry_hdl_out, mbr_hdl_out, grp_hdl_out, entry_count_out, next_entry_hdls_out,
+                            next_mbr_hdls_out, next_grp_hdls_out, ttl_out, pvs_entry_hdl_out}) {
       if (term.kind == kind) return true;
     }
     return false;

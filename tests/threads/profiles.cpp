@@ -140,7 +140,7 @@ class worker {
          [&](raw_call &c) { c.give(grp_hdl, group).give(mbr_hdl_out, read.data()); });
     make(family_id::get_next_group_members, nullptr, sess_hdl, [&](raw_call &c) {
       c.give(grp_hdl, group).give(mbr_hdl, read[0]).give(handle_count, read.size() - 1);
-      c.give(next_entry_hdls_out, &read[1]);
+      c.give(next_mbr_hdls_out, &read[1]);
     });
     expect(read == members, "a group has the members that joined it", profile_.name);
   }

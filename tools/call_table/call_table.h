@@ -256,6 +256,8 @@ enum class argument_kind : std::uint8_t {
   entry_count_out,
   handle_count,
   next_entry_hdls_out,
+  next_mbr_hdls_out,
+  next_grp_hdls_out,
   drv_match_spec,
   drv_act_data,
   res_list,

@@ -40,6 +40,8 @@ constexpr argument_kind_row kind_rows[] = {
     {"entry_count_out", "uint32_t *", "count", "where the driver writes the count, in the driver's width"},
     {"handle_count", "uint32_t ", "n", "handles asked for"},
     {"next_entry_hdls_out", "pd_entry_hdl_t *", "next_entry_hdls", "where the driver writes the handles; room for n"},
+    {"next_mbr_hdls_out", "pd_mbr_hdl_t *", "next_mbr_hdls", "where the driver writes the handles; room for n"},
+    {"next_grp_hdls_out", "pd_grp_hdl_t *", "next_grp_hdls", "where the driver writes the handles; room for n"},
     // Members and groups.
     {"mbr_hdl", "pd_mbr_hdl_t ", "mbr_hdl", "the member"},
     {"grp_hdl", "pd_grp_hdl_t ", "grp_hdl", "the group"},

@@ -76,7 +76,7 @@ void add_fixed_functions(std::vector<exported_function> &to)
         {{"sess_hdl"}, {"dev_tgt"}, table, {"entry_hdl"}, {"handle_count"}, {"next_entry_hdls_out"}});
   fixed("entry_hdl_default", status, {{"sess_hdl"}, {"dev_tgt"}, table, {"entry_hdl_out"}});
   fixed("member_hdl_next", status,
-        {{"sess_hdl"}, {"dev_tgt"}, table, {"mbr_hdl"}, {"handle_count"}, {"next_entry_hdls_out"}});
+        {{"sess_hdl"}, {"dev_tgt"}, table, {"mbr_hdl"}, {"handle_count"}, {"next_mbr_hdls_out"}});
   fixed("entry_value", number, {{"sess_hdl"}, {"dev_id"}, table, {"entry_hdl"}, {"read_from_hw"}, text});
   fixed("cli_schema", result_kind::count, {table, text});
   fixed("plcmt_data_print", status, {{"fd"}, {"indent"}, table, placed});

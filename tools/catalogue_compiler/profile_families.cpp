@@ -105,6 +105,7 @@ struct profile_table_words {
   std::string thing, things;  // "member", "members"
   std::string_view handle;    // kinds of arguments
   std::string_view handle_out;
+  std::string_view next_handles_out;
   std::string count, callback, get_handle;  // operations
 };
 
@@ -122,7 +123,7 @@ void add_walks(std::vector<exported_function> &to, const model &m, const profile
                                                   {"dev_tgt"},
                                                   {w.handle, {}, "the one to start after"},
                                                   {"handle_count"},
-                                                  {"next_entry_hdls_out"}}));
+                                                  {w.next_handles_out}}));
   to.push_back(function_builder("get_profile_count", m, p, w.count)
                    .with(w.table)
                    .brief("Counts the " + w.things + ".")
@@ -153,7 +154,7 @@ void add_group_member_walks(std::vector<exported_function> &to, const model &m, 
                                                      {"grp_hdl"},
                                                      {"mbr_hdl", {}, "the one to start after"},
                                                      {"handle_count"},
-                                                     {"next_entry_hdls_out"}}));
+                                                     {"next_mbr_hdls_out"}}));
 }
 
 /// The writes of an indirect table whose entries point at members, or at groups.
@@ -197,11 +198,11 @@ void add_profile_families(std::vector<exported_function> &to, const model &m, co
   add_group_families(to, m, p);
   add_member_reads(to, m, p);
   add_walks(to, m, p,
-            {"profile_table::action_data", "member", "members", "mbr_hdl", "mbr_hdl_out", "get_act_prof_entry_count",
-             "register_adt_update_cb", "get_adt_table_handle"});
+            {"profile_table::action_data", "member", "members", "mbr_hdl", "mbr_hdl_out", "next_mbr_hdls_out",
+             "get_act_prof_entry_count", "register_adt_update_cb", "get_adt_table_handle"});
   add_walks(to, m, p,
-            {"profile_table::selector", "group", "groups", "grp_hdl", "grp_hdl_out", "get_selector_group_count",
-             "register_sel_update_cb", "get_sel_table_handle"});
+            {"profile_table::selector", "group", "groups", "grp_hdl", "grp_hdl_out", "next_grp_hdls_out",
+             "get_selector_group_count", "register_sel_update_cb", "get_sel_table_handle"});
   add_group_member_walks(to, m, p);
 }
 

@@ -66,7 +66,9 @@ pd_status_t handle_walk::fetch_behind(std::uint32_t handle)
 {
   // A driver that says nothing of a place leaves it as the end of the walk.
   std::ranges::fill(handles_, STANDIN_NO_HANDLE);
-  next_.give(handle_kind_, handle).give(handle_count, batch).give(next_entry_hdls_out, handles_.data());
+  next_.give(handle_kind_, handle).give(handle_count, batch);
+  for (const argument_kind out : {next_entry_hdls_out, next_mbr_hdls_out, next_grp_hdls_out})
+    next_.give(out, handles_.data());
   return static_cast<pd_status_t>(next_.make());
 }
 
