@@ -6,6 +6,9 @@
 #include "restorable_profiles.h"
 #include "tarvex_pd/lifecycle.h"
 
+/// Weak, because its address is handed on: the library must load with a driver that lacks it.
+extern "C" [[gnu::weak]] decltype(p4_pd_ms_grp_update_res) p4_pd_ms_grp_update_res;
+
 namespace tarvex::pd {
 
 namespace {
@@ -35,7 +38,7 @@ void restore_from_replay(pd_sess_hdl_t sess_hdl, std::uint32_t dev_id, std::uint
     p4_pd_ms_set_grp_act(state, device, grp_hdl, member_action);
   }
 
-  if (update_resources == 0) return;
+  if (update_resources == 0 || p4_pd_ms_grp_update_res == nullptr) return;
   for (const std::uint32_t own : profile->actions)
     if (own == act_hdl) p4_pd_ms_mbr_apply_to_grps(state, device, mbr_hdl, p4_pd_ms_grp_update_res, state);
 }

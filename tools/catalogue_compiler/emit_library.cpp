@@ -285,13 +285,21 @@ void emit_symbols(const functions &all, const std::filesystem::path &folder)
   std::vector<std::string> names = list_data_objects();
   for (const exported_function &f : all) names.push_back(f.name);
   std::sort(names.begin(), names.end());
-  generated_file list, map;
+  generated_file list, map, dynamic;
   map.line("{").line("  global:");
   for (const std::string &name : names) {
     list.line(name);
     map.line("    ", name, ";");
   }
   map.line("  local:").line("    *;").line("};");
+  // The library uses the address that the program sees for what a program may hold itself: data objects that it has
+  // copied, and functions whose addresses the driver gets.
+  dynamic.line("{");
+  for (const std::string &name : list_data_objects()) dynamic.line("  ", name, ";");
+  for (const char *const event : {"dev_remove", "dev_log", "dev_restore"})
+    dynamic.line("  ", export_prefix, event, ";");
+  dynamic.line("};");
+  dynamic.write(folder / "dynamic_symbols.list");
   list.write(folder / "exported_symbols.txt");
   map.write(folder / "symbols.map");
 }
