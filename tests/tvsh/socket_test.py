@@ -54,12 +54,26 @@ def receive(client):
     return None, b""
 
 
-def ask(line):
-    """A client that is greeted and has sent a command."""
+def send(*frames):
+    """A client that is greeted and has sent these."""
     client = connect(HELLO)
-    expect("a client is greeted", receive(client)[0] == b"h")
-    client.sendall(frame(b"r", line.encode()))
+    kind, text = receive(client)
+    expect("a client is greeted", kind == b"h" and b"batches=4\n" in text)
+    client.sendall(b"".join(frames))
     return client
+
+
+def ask(line):
+    return send(frame(b"r", line.encode()))
+
+
+def until_ends(client, count):
+    """The frames up to the last of so many ends."""
+    frames = []
+    while [kind for kind, _ in frames].count(b"x") < count:
+        frames.append(receive(client))
+        expect(f"the server answers: {frames}", frames[-1][0])
+    return frames
 
 
 def raw_frames(client):
@@ -189,9 +203,10 @@ def hostile():
             expect(f"{what}: {answers}", answers and answers[-1][0] == b"e" and
                    [each[0] for each in answers[:-1]] in ([], [b"h"]))
         serves()
-    for line in ("dump ipv4FinalResolve", "monitor"):
+    for line, more in (("dump ipv4FinalResolve", frame(b"r", b"count")), ("monitor", frame(b"r", b"count")),
+                       ("monitor", frame(b"s", b"count\n")), ("monitor", frame(b"m", b"count\n"))):
         with ask(line) as client:
-            client.sendall(frame(b"r", b"count"))
+            client.sendall(more)
             answers = raw_frames(client)
             expect(f"a command amid {line}: {answers[-2:]}", b"ahead of the answer" in answers[-1][1] and
                    [each[0] for each in answers[-2:]] == [b"x", b"e"])
@@ -207,6 +222,86 @@ def hostile():
     serves()
     for client in slow:
         client.close()
+
+
+def the_same(device, script):
+    """A script over the socket and alone: what it shows, how it ends, and what it has written by then."""
+    expect(f"device {device}", attached(f"sim device add {device}")[0] == 0)
+    there, alone = ([*run(TVSH, f"--device={device}", *options, "-f", "-", text=script)]
+                    for options in (["--attach", SOCKET], []))
+    expect(f"the same over a socket: {script[:300]}\n{alone}\n{there}"[:3000], there == alone)
+    written = attached(f"--device={device}", "count", "ipv4Host")[1].split()[-1]
+    expect(f"what was written: {script[-300:]}: {written}", int(written) == alone[1].count("entry"))
+    attached(f"sim device remove {device}")
+
+
+def scripts():
+    """Lines are sent ahead of their answers, and a script stops all the same where it stops alone."""
+    adds = [f"add ipv4Host vrfId=1 dip=10.0.{number // 256}.{number % 256} setNextHop nextHop=1" for number in range(4000)]
+    for device, at in enumerate((0, 1, 180, 2000, 3999), start=100):
+        the_same(device, "\n".join(adds[:at] + ["# a comment", "", "delete ipv4Host vrfId=1 dip=1.1.1.1"] + adds[at:]))
+    for device, script in enumerate((
+            "\r\n".join(adds), "\n".join(adds[:300] + ["exit"] + adds[300:]) + "\n", "", "\n# nothing",
+            "\n".join(["add ipv4Host vrfId=1 dip=10.9.9.9 onMiss  # " + "x" * 40000] + adds[:9]),
+            "\n".join(adds[:9] + ["dump ipv4Host -j", "dump ipv4Host | count", "dump nothing -j"] + adds[9:]),
+            "\n".join(adds[:400] + ["tables '", "count"])), start=110):
+        the_same(device, script)
+    limit = 65536
+    code, out, _ = attached("--device=0", "-f", "-", text="\n".join(["count nextHop", "#".ljust(limit), "count nextHop",
+                                                                     "count nextHop".ljust(limit), "count nextHop"]))
+    expect(f"a line as long as any may be: {code} {out}", code == 0 and out.count("nextHop") == 4)
+    code, out, errors = attached("-f", "-", text="count nextHop\ncount" + " " * limit + "\ncount nextHop\n")
+    expect(f"a line that is too long: {errors}", code == 1 and out.count("nextHop") == 1 and "-:2: stopped at" in errors)
+
+
+def script_frames():
+    """What a client may send, and what becomes of lines behind a failure and of an interrupt."""
+    with send(frame(b"s", b"count nextHop\ndump x\ncount nextHop\n"), frame(b"m", b"reset-default x\n"),
+              frame(b"m", b"count\n")) as client:
+        frames = until_ends(client, 3)
+        expect(f"stopped: {frames}", [each for each in frames if each[0] == b"x"] ==
+               [(b"x", b"1 2 1"), (b"x", b"0 0 1"), (b"x", b"0 0 1")] and [kind for kind, _ in frames].count(b"l") == 1)
+        client.sendall(frame(b"s", b"exit\ncount\n") + frame(b"m", b"dump x\n"))
+        expect("the end of a session", until_ends(client, 2) == [(b"x", b"0 0 1 ended"), (b"x", b"0 0 1")])
+        client.sendall(frame(b"s", b"\n\nmonitor\ncount\n") + frame(b"m", b"count\n") + frame(b"i"))
+        ends = [text for kind, text in until_ends(client, 2) if kind == b"x"]
+        expect(f"an interrupt, before the command or in it: {ends}",
+               ends[0] in (b"130 3 0", b"130 3 1") and ends[1] == b"0 0 1")
+    for what, frames in {"more without a script": [frame(b"m", b"count\n")],
+                         "more than are kept": [frame(b"s", b"monitor\n"), *[frame(b"m", b"\n")] * 4],
+                         "a zero": [frame(b"s", b"count\0\n")]}.items():
+        with send(*frames) as client:
+            answers = raw_frames(client)
+            expect(f"{what}: {answers}", answers and answers[-1][0] == b"e")
+    serves()
+
+
+def other_releases():
+    """A server that takes no scripts gets one line after the other; one that does need not answer before the next."""
+    for greeting, wanted in ((b"tvsh 1\ndevice=0\n", [b"r"] * 3), (b"tvsh 1\nbatches=3\n", [b"s", b"m", b"m"])):
+        path = os.path.join(FOLDER, "older")
+        with socket.socket(socket.AF_UNIX) as listener:
+            listener.bind(path)
+            listener.listen()
+            script = "".join(f"count {'x' * 9000}\n" for _ in wanted) if b"batches" in greeting else "a\nb\nc\n"
+            with subprocess.Popen([TVSH, "--attach", path, "-f", "-"], stdin=subprocess.PIPE, text=True,
+                                  env=ENVIRONMENT) as shell:
+                shell.stdin.write(script)
+                shell.stdin.close()
+                client = listener.accept()[0]
+                client.settimeout(60)
+                receive(client)
+                client.sendall(frame(b"h", greeting))
+                kinds = []
+                for _ in wanted:
+                    kinds.append(receive(client)[0])
+                    if kinds[-1] == b"r":
+                        client.sendall(frame(b"x", b"0"))
+                if b"s" in kinds:
+                    client.sendall(frame(b"x", b"0 0 1") * len(kinds))
+                expect(f"requests: {kinds}", kinds == wanted and shell.wait(60) == 0)
+                client.close()
+        os.unlink(path)
 
 
 def resident(process):
@@ -229,12 +324,14 @@ def dumps_left(process):
     eventually("who leaves a monitor ends it", lambda: len(os.listdir(threads)) <= 4)
     before = resident(process)
     stuck = [ask(dump) for _ in range(20)]
+    for _ in range(5):
+        stuck.append(send(frame(b"s", dump.encode() + b"\n"), *[frame(b"m", b"# \n" * 20000)] * 3))
     for client in stuck:
         client.recv(10)
     for _ in range(10):
         serves()
     grown = resident(process) - before
-    expect(f"what is not read is not kept: {grown} KiB of 20 clients' 220 MB", grown < 100000)
+    expect(f"what is not read is not kept: {grown} KiB of 25 clients' 275 MB", grown < 100000)
     stuck[0].sendall(frame(b"i"))
     rest = b""
     while not rest.endswith(frame(b"x", b"130")):
@@ -315,7 +412,7 @@ def strangers():
 the_file()
 two_at_once()
 with server(TVSH, SOCKET) as serving:
-    for test in (sessions, lambda: fill(100000), at_terminal, hostile, lambda: dumps_left(serving), many, strangers):
+    for test in (sessions, scripts, script_frames, other_releases, lambda: fill(100000), at_terminal, hostile, lambda: dumps_left(serving), many, strangers):
         test()
     lively = ask("dump ipv4FinalResolve")  # the end does not wait for him
     lively.recv(10)

@@ -14,6 +14,13 @@
 
 namespace tarvex::shell {
 
+/// Where the commands of a script came to an end.
+struct script_end {
+  exit_code code = exit_code::ok;
+  std::size_t line = 0;  // that failed or, where a signal came first, was not begun; 0 where all went well
+  bool begun = true;
+};
+
 class interpreter {
  public:
   interpreter() = default;
@@ -26,6 +33,8 @@ class interpreter {
 
   /// Runs the commands of a text, one a line, up to the first that fails; another error names its line.
   exit_code run_script(std::string_view text, std::string_view name, output &out);
+  /// The same, without that error.
+  virtual script_end run_lines(std::string_view text, output &out);
 
   /// Words that can stand where the line ends; the last word of the line may have been begun.
   virtual std::vector<std::string> completions(std::string_view line) = 0;
@@ -41,6 +50,12 @@ class interpreter {
   }
   /// Not ok after stop().
   exit_code stop_code() const noexcept { return stop_code_; }
+  /// Forgets a stop(), for one who runs scripts of others.
+  void clear_stop() noexcept
+  {
+    stop_code_ = exit_code::ok;
+    clear_interrupt();
+  }
   /// The exit code of a program whose last command ended so: which signal interrupted it, the command cannot know.
   exit_code ended_by(exit_code code) const noexcept
   {

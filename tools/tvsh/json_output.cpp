@@ -29,7 +29,7 @@ void json_output::line(std::string_view text)
   answered_ = true;
   if (text.starts_with(']')) {
     open_ = false;
-  } else if (text.ends_with('[')) {
+  } else if (text.ends_with('[') && text.starts_with("{\"schema_version\"")) {
     open_ = true;
   }
   to_.line(text);

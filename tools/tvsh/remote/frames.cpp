@@ -8,7 +8,7 @@ namespace tarvex::shell {
 namespace {
 
 constexpr std::size_t head_size = 5;
-constexpr std::string_view kinds = "hrcitlnepxw";
+constexpr std::string_view kinds = "hrsmcitlnepxw";
 
 }  // namespace
 

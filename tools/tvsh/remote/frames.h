@@ -10,13 +10,26 @@
 //             <-    heading, lines, note, error, progress, as often as wanted; "lines" carries any part of the data,
 //                   each line of it with its end, but a line may go on in the next frame
 //             <-    end       "CODE", or "CODE ended" where the command ends the session
+//   script    ->              lines of a script, whole ones; the first of the script
+//   more      ->              more lines of the script
+//             <-    ...       to each of these: what its commands show, as above
+//             <-    end       "CODE LINE BEGUN" with the line, from 1 on, that the script stopped at and whether it was
+//                   begun (1) or an interrupt came first (0); "0 0 1" where all went well; " ended" behind it as above
 //   complete  ->              a command line that was begun
 //             <-    words     candidates for its last word, a line each
-//   interrupt ->              empty; at any time. Ends the command that runs, which answers with its end as ever
+//   interrupt ->              empty; at any time. Ends the command or the script that runs, which answers with its end
+//                   as ever
 //
-// A client sends the next run or complete when the last one is answered. Anything else is a mistake: the server
-// interrupts the command that runs, and behind its end sends an error and closes. Who closes the connection has left:
-// his command is interrupted. Who does not greet gives way when all places are taken and another wants in.
+// A client sends the next request when the last one is answered. Only lines of a script may follow each other without
+// that: as many frames as the server's greeting allows (batches=N) may lack their answer. Where a script stops, the
+// server runs nothing of the frames that follow, up to the next script: it answers them with "0 0 1" at once. Anything
+// else is a mistake: the server interrupts the command that runs, and after its end sends an error and closes. A client
+// that closes the connection has left: its command is interrupted. One that does not greet gives way when all places
+// are taken and another wants in.
+//
+// Both sides of version 1 work with each other, whatever release they are of: a server whose greeting has no "batches"
+// takes no scripts and is sent them as one run after the other; a client that knows no scripts sends none. Names in a
+// greeting that are not known are ignored. Another version is refused with an error that names both.
 //
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
@@ -33,10 +46,13 @@ namespace tarvex::shell {
 constexpr unsigned protocol_version = 1;
 constexpr std::size_t most_request = 65536;   // bytes of a payload to the server
 constexpr std::size_t most_answer = 1 << 20;  // and from it
+constexpr std::size_t most_batches = 4;       // frames of a script that the server keeps for a client
 
 enum class frame_kind : std::uint8_t {
   hello = 'h',
   run = 'r',
+  script = 's',
+  more = 'm',
   complete = 'c',
   interrupt = 'i',
   heading = 't',

@@ -65,7 +65,8 @@ std::string written(const client_hello &hello)
 
 std::string written(const server_hello &hello)
 {
-  return first_line() + "device=" + std::to_string(hello.device) + "\nprocess=" + std::to_string(hello.process) + '\n';
+  return first_line() + "device=" + std::to_string(hello.device) + "\nprocess=" + std::to_string(hello.process) +
+         "\nbatches=" + std::to_string(hello.batches) + '\n';
 }
 
 client_hello parse_client_hello(std::string_view text)
@@ -90,6 +91,7 @@ server_hello parse_server_hello(std::string_view text)
   read_lines(text, [&](std::string_view name, std::string_view value) {
     if (name == "device") hello.device = number_of(value);
     if (name == "process") hello.process = number_of(value);
+    if (name == "batches") hello.batches = number_of(value);
   });
   return hello;
 }

@@ -21,6 +21,7 @@ struct client_hello {
 struct server_hello {
   std::uint32_t device = 0;
   std::uint32_t process = 0;
+  std::uint32_t batches = 0;  // frames of a script that may lack their answer; 0 where it takes no scripts
 };
 
 std::string written(const client_hello &hello);

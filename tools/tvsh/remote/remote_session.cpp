@@ -6,9 +6,11 @@
 #include <signal.h>
 #include <sys/socket.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <charconv>
+#include <deque>
 
 #include "command_line.h"
 #include "connection.h"
@@ -50,6 +52,19 @@ class line_joiner {
   output &out_;
   std::string begun_;
 };
+
+constexpr std::size_t most_batch = 16384;  // small enough that both sides have something to do
+
+/// Whole lines from the beginning of a script, as many as a frame takes; empty where the first cannot be sent.
+std::string_view next_batch(std::string_view text)
+{
+  std::string_view sendable = text.substr(0, most_request);
+  sendable = sendable.substr(0, sendable.find('\0'));
+  if (sendable.size() == text.size() && text.size() <= most_batch) return text;
+  std::size_t end = sendable.substr(0, most_batch).rfind('\n');
+  if (end == std::string_view::npos) end = sendable.find('\n');
+  return end == std::string_view::npos ? std::string_view() : text.substr(0, end + 1);
+}
 
 bool can_be_sent(std::string_view line)
 {
@@ -136,29 +151,13 @@ void remote_session::interrupt() noexcept
   ::send(socket_.get(), frame.data(), frame.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
 }
 
-exit_code remote_session::read_end(std::string_view text)
+std::string remote_session::read_answer(bool as_json, output &out)
 {
-  const std::uint64_t code = take_number(text);
-  if (code > 255) throw protocol_error("an exit code is too large");
-  ended = text == "ended";
-  return static_cast<exit_code>(code);
-}
-
-exit_code remote_session::run(std::string_view line, output &out)
-{
-  if (!can_be_sent(line)) {
-    const std::string why = "a command is one line of at most " + std::to_string(most_request) + " bytes";
-    if (asks_for_json(line, defaults)) {
-      out.line(error_document(exit_code::usage, why));
-    } else {
-      out.error(why);
-    }
-    return exit_code::usage;
-  }
-  send(frame_kind::run, line);
   json_output json(out);
-  const bool as_json = asks_for_json(line, defaults);
   line_joiner lines(as_json ? json : out);
+  const auto complete = [&](const char *why) {
+    if (json.open()) json.finish_with(exit_code::file, why);
+  };
   try {
     for (;;) {
       const frame each = next();
@@ -171,16 +170,89 @@ exit_code remote_session::run(std::string_view line, output &out)
         case frame_kind::note: out.note(each.payload); break;
         case frame_kind::error: out.error(each.payload); break;
         case frame_kind::progress: show_progress(each.payload, out); break;
-        case frame_kind::end: return read_end(each.payload);
+        case frame_kind::end: return std::string(each.payload);
         default: throw protocol_error("a frame is none that answers a command");
       }
     }
   } catch (const protocol_error &error) {
-    if (json.open()) json.finish_with(exit_code::file, error.what());
+    complete(error.what());
     fail(error.what());
   } catch (const file_error &error) {
-    if (json.open()) json.finish_with(exit_code::file, error.what());
+    complete(error.what());
     throw;
+  }
+}
+
+script_end remote_session::read_end(std::string_view text, bool of_script)
+{
+  script_end end;
+  try {
+    const std::uint64_t code = take_number(text);
+    if (code > 255) throw protocol_error("an exit code is too large");
+    end.code = static_cast<exit_code>(code);
+    if (of_script) {
+      end.line = take_number(text);
+      end.begun = take_number(text) != 0;
+    }
+  } catch (const protocol_error &error) {
+    fail(error.what());
+  }
+  if (text == "ended") ended = true;
+  return end;
+}
+
+exit_code remote_session::run(std::string_view line, output &out)
+{
+  const bool as_json = asks_for_json(line, defaults);
+  if (!can_be_sent(line)) {
+    const std::string why = "a command is one line of at most " + std::to_string(most_request) + " bytes";
+    if (as_json) {
+      out.line(error_document(exit_code::usage, why));
+    } else {
+      out.error(why);
+    }
+    return exit_code::usage;
+  }
+  send(frame_kind::run, line);
+  return read_end(read_answer(as_json, out), false).code;
+}
+
+script_end remote_session::run_lines(std::string_view text, output &out)
+{
+  if (server_.batches == 0) return interpreter::run_lines(text, out);
+  const bool as_json = defaults.json || text.find("-j") != std::string_view::npos;
+  std::deque<std::size_t> sent;  // number of the first line of each frame that has no answer yet
+  std::size_t line = 1;          // that `text` begins with
+  frame_kind kind = frame_kind::script;
+  for (;;) {
+    while (sent.size() < server_.batches && stop_code() == exit_code::ok) {
+      const std::string_view part = next_batch(text);
+      if (part.empty()) break;
+      send(kind, part);
+      kind = frame_kind::more;
+      sent.push_back(line);
+      line += static_cast<std::size_t>(std::ranges::count(part, '\n'));
+      text.remove_prefix(part.size());
+    }
+    if (sent.empty()) {
+      if (text.empty()) return {};
+      if (stop_code() != exit_code::ok) return {stop_code(), line, false};
+      // A line that is too long to go with others, or to go at all.
+      const std::size_t size = std::min(text.find('\n'), text.size());
+      const exit_code code = run(text.substr(0, size), out);
+      if (code != exit_code::ok || ended) return {code, line};
+      text.remove_prefix(std::min(size + 1, text.size()));
+      ++line;
+      kind = frame_kind::script;
+      continue;
+    }
+    script_end end = read_end(read_answer(as_json, out), true);
+    end.line += sent.front() - 1;
+    sent.pop_front();
+    if (end.code == exit_code::ok && !ended) continue;
+    // The server runs nothing of what was sent after the line that failed.
+    for (; !sent.empty(); sent.pop_front()) read_answer(as_json, out);
+    return end;
   }
 }
 

@@ -27,6 +27,10 @@ void request_reader::check(const frame &request)
         throw protocol_error("a command line holds an end of line or a zero");
       }
       return;
+    case frame_kind::script:
+    case frame_kind::more:
+      if (request.payload.find('\0') != std::string_view::npos) throw protocol_error("a script holds a zero");
+      return;
     case frame_kind::interrupt: return;
     default: throw protocol_error("a frame is none that a client sends");
   }

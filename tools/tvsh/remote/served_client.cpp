@@ -30,7 +30,7 @@ served_client::~served_client()
 
 void served_client::leave()
 {
-  session_.interrupt();
+  session_.stop(exit_code::interrupted);
   {
     const std::lock_guard lock(mutex_);
     leaving_ = true;
@@ -60,7 +60,7 @@ void served_client::take(const frame &asked)
 {
   switch (asked.kind) {
     case frame_kind::hello: greet(requests_.greeting()); return;
-    case frame_kind::interrupt: session_.interrupt(); return;
+    case frame_kind::interrupt: session_.stop(exit_code::interrupted); return;
     default:
       if (post(asked.kind, asked.payload)) return;
       throw protocol_error("a request came ahead of the answer to the one before");
@@ -72,17 +72,23 @@ void served_client::greet(const client_hello &hello)
   session_.defaults = hello.defaults;
   session_.folder = hello.folder;
   if (hello.device) session_.where.device = *hello.device;
-  post(frame_kind::hello, written(server_hello{session_.where.device, static_cast<std::uint32_t>(getpid())}));
+  post(frame_kind::hello,
+       written(server_hello{session_.where.device, static_cast<std::uint32_t>(getpid()), most_batches}));
 }
 
 bool served_client::post(frame_kind kind, std::string_view text)
 {
   {
     const std::lock_guard lock(mutex_);
-    if (busy_) return false;
-    busy_ = true;
-    session_.clear_interrupt();
-    pending_ = request{kind, std::string(text)};
+    if (kind == frame_kind::more) {
+      if (!in_script_ || unanswered_ == most_batches) return false;
+    } else {
+      if (unanswered_ != 0) return false;
+      in_script_ = kind == frame_kind::script;
+      session_.clear_stop();
+    }
+    ++unanswered_;
+    pending_.push_back({kind, std::string(text)});
   }
   changed_.notify_one();
   return true;
@@ -90,7 +96,7 @@ bool served_client::post(frame_kind kind, std::string_view text)
 
 void served_client::send_away(const std::string &why)
 {
-  session_.interrupt();
+  session_.stop(exit_code::interrupted);
   {
     const std::lock_guard lock(mutex_);
     last_word_ = why;
@@ -102,8 +108,11 @@ void served_client::send_away(const std::string &why)
 std::optional<served_client::request> served_client::next_request()
 {
   std::unique_lock lock(mutex_);
-  changed_.wait(lock, [this] { return pending_ || leaving_; });
-  return std::exchange(pending_, std::nullopt);
+  changed_.wait(lock, [this] { return !pending_.empty() || leaving_; });
+  if (pending_.empty()) return std::nullopt;
+  request next = std::move(pending_.front());
+  pending_.pop_front();
+  return next;
 }
 
 void served_client::work()
@@ -129,6 +138,11 @@ void served_client::answer(const request &what)
       session_.ended = false;
       break;
     }
+    case frame_kind::script:
+      script_stopped_ = false;
+      run_lines(what.text);
+      break;
+    case frame_kind::more: run_lines(what.text); break;
     case frame_kind::complete: {
       std::string words;
       for (const std::string &word : session_.completions(what.text)) words += word + '\n';
@@ -139,13 +153,25 @@ void served_client::answer(const request &what)
   }
 }
 
+void served_client::run_lines(std::string_view text)
+{
+  script_end end;
+  if (!script_stopped_) end = session_.run_lines(text, output_);
+  std::string answer = std::to_string(static_cast<int>(end.code)) + ' ' + std::to_string(end.line);
+  answer += end.begun ? " 1" : " 0";
+  if (session_.ended) answer += " ended";
+  script_stopped_ = script_stopped_ || end.code != exit_code::ok || session_.ended;
+  session_.ended = false;
+  end_request(frame_kind::end, answer);
+}
+
 void served_client::end_request(frame_kind kind, std::string_view text)
 {
   output_.flush();
   {
-    // Ahead of the answer, as the next request may follow at once.
+    // Before the answer, as the next request may follow at once.
     const std::lock_guard lock(mutex_);
-    busy_ = false;
+    --unanswered_;
   }
   output_.send(kind, text);
 }

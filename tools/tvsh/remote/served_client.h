@@ -5,6 +5,7 @@
 
 #include <atomic>
 #include <condition_variable>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -54,12 +55,13 @@ class served_client {
 
   void take(const frame &asked);
   void greet(const client_hello &hello);
-  /// Hands a request to the client's thread; false while it has one.
+  /// Hands a request to the client's thread; false where it has to wait for an answer first.
   bool post(frame_kind kind, std::string_view text);
 
   std::optional<request> next_request();
   void work();
   void answer(const request &what);
+  void run_lines(std::string_view text);
   void end_request(frame_kind kind, std::string_view text);
 
   descriptor socket_;
@@ -69,9 +71,12 @@ class served_client {
 
   std::mutex mutex_;
   std::condition_variable changed_;
-  std::optional<request> pending_;
-  std::string last_word_;  // why he is sent away
-  bool busy_ = false;
+  std::deque<request> pending_;
+  std::size_t unanswered_ = 0;  // those that are pending, and the one that runs
+  bool in_script_ = false;      // the latest request was lines of a script
+  std::string last_word_;       // why the client is sent away
+
+  bool script_stopped_ = false;  // the client's thread alone uses it
 
   std::atomic<bool> leaving_ = false;
   std::atomic<bool> done_ = false;
