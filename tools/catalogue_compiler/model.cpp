@@ -37,6 +37,12 @@ std::string_view direction_name(snapshot_direction direction)
   return direction == snapshot_direction::ingress ? "ingress" : "egress";
 }
 
+const field *table::find_field(const std::string &wanted) const
+{
+  const auto found = std::find_if(fields.begin(), fields.end(), [&](const field &f) { return f.name == wanted; });
+  return found == fields.end() ? nullptr : &*found;
+}
+
 const table *model::find_table(const std::string &name) const
 {
   return find_row(tables, [&](const table &t) { return t.name == name; });

@@ -5,8 +5,8 @@
 
 #include "cells.h"
 #include "commands.h"
+#include "pd_calls.h"
 #include "remembered_writes.h"
-#include "tarvex_pd/dispatch.h"
 #include "tarvex_pd/resource_values.h"
 
 namespace tarvex::shell {
@@ -23,8 +23,8 @@ constexpr std::uint64_t synchronise = 1;  // bit 0 of the flags
 std::string label_of(const invocation &call, const resource_info &counter, std::uint32_t entry)
 {
   std::array<char, PD_LABEL_TEXT_SIZE> text{};
-  const std::uint32_t length = p4_pd_tarvex_switch_stringify_counter_matchspec(
-      call.where().session, call.where().device, counter.table, entry, text.data());
+  const std::uint32_t length = calls::pd::stringify_counter_matchspec(call.where().session, call.where().device,
+                                                                      counter.table, entry, text.data());
   std::string label(text.data(), length);
   label.erase(label.find_last_not_of(' ') + 1);
   return label;
