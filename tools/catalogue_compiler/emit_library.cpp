@@ -214,7 +214,7 @@ void emit_names(const model &m, const std::filesystem::path &folder)
   to.line();
   to.line("#include \"profile_states.h\"").line("#include \"restorable_profiles.h\"");
   to.line("#include \"tarvex_pd/actions.h\"");
-  to.line("#include \"tarvex_pd/lifecycle.h\"").line();
+  to.line("#include \"plain_functions.h\"").line();
   std::size_t longest = 0;
   to.line("const char *const ", export_prefix, "action_name_strings[", macro_prefix(), "ACTION_COUNT] = {");
   for (const action &a : m.actions) {
