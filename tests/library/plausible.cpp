@@ -119,8 +119,8 @@ plausible_call::plausible_call(const exported_function &function)
       {snapshot_show_callback, address(&nothing_shown)},
       {capture_index, 1},
       {is_egress, 0},
-      {digest_name, address("macLearningDigest")},
-      {digest_field_name, address("ingMd_smacOui")},
+      {digest_name, address(calls::digests.empty() ? "" : calls::digests[0].name)},
+      {digest_field_name, address(calls::digests.empty() ? "" : calls::digests[0].fields.back().name)},
       {calc_name, address(hash_of(function).name)},
   };
   for (const auto &[kind, value] : values) {
@@ -212,7 +212,7 @@ std::uint64_t plausible_call::oblige(const recorded_call &asked) const
     return give_number(3, function().use != nullptr ? function().use->handle : uses_of(*table_)[0].handle);
   }
   if (name == "pipe_mgr_hash_calc_input_get") return give_number(3, hash_of(function()).first_input);
-  if (name == "pipe_mgr_hash_calc_algorithm_get") return give_number(3, hash_algorithm);
+  if (name == "pipe_mgr_hash_calc_algorithm_get") return give_number(3, hash_of(function()).algorithms[0]);
   if (name == "pipe_stful_query_get_sizes") {
     give_number(3, 4);
     return give_number(4, 3);

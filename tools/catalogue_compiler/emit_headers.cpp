@@ -87,6 +87,7 @@ void emit_text_sizes(const model &m, const std::filesystem::path &folder)
   size("ENTRY", sizes.entry, "an entry, read or decoded from placement data");
   size("KEY", sizes.key, "a key");
   size("ACTION", sizes.action, "an action with its parameters");
+  size("LABEL", sizes.label, "the label of a counter");
   to.line().line("#endif");
   to.write(folder / "text_sizes.h");
 }

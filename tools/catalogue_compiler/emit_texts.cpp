@@ -121,7 +121,7 @@ void label_texts(generated_file &to, const table &t)
     to.line("    {\"", p.text, "\", ", offset_of(type, f.name), ", ",
             offset_of(type, f.match == match_kind::ternary ? companion_name(f) : ""), ", ",
             to_string(storage_size(f.type)), ", label_form::", forms[static_cast<int>(form)], ", ", to_string(p.width),
-            ", ", to_string(p.values.size()), ", ", hex(p.cut != 0 ? p.cut : 0xffffffffu), ", {", values, "}},");
+            ", ", to_string(p.values.size()), ", ", hex(t.cut_of(p)), ", {", values, "}},");
   }
   to.line("};");
   to.line("constinit const counter_label_row label_", t.name, " = {&table_", t.name, ", ", t.name, "_label};");

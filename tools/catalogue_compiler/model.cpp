@@ -68,4 +68,10 @@ const snapshot_layout *model::find_snapshot_layout(snapshot_direction direction)
   return find_row(snapshot_layouts, [&](const snapshot_layout &layout) { return layout.direction == direction; });
 }
 
+std::uint32_t table::cut_of(const label_piece &p) const
+{
+  if (p.cut != 0) return p.cut;
+  return static_cast<std::uint32_t>((std::uint64_t{1} << std::min(find_field(p.field)->bits, 32u)) - 1);
+}
+
 }  // namespace catalogue

@@ -160,6 +160,8 @@ struct table : origin {
   bool indirect() const { return !profile.empty(); }
   bool labelled() const { return !label.empty(); }
   const field *find_field(const std::string &wanted) const;
+  /// Bits of its field that a piece shows, which is the largest number that it shows.
+  std::uint32_t cut_of(const label_piece &p) const;
   bool priority() const { return kind == table_kind::ternary; }
 };
 
