@@ -14,9 +14,9 @@ namespace {
 
 using enum argument_kind;
 
-void give(call &call, argument_kind kind, const std::string &text)
+void give(call &call, argument_kind kind, const char *text)
 {
-  call.give(kind, reinterpret_cast<std::uint64_t>(text.c_str()));
+  call.give(kind, reinterpret_cast<std::uint64_t>(text));
 }
 
 /// Names that are almost the given one.
@@ -34,7 +34,7 @@ TEST(digest, an_entry_has_a_size)
     std::vector<std::string> others = near_misses(digest.name);
     others.emplace_back(digest.fields[0].name);
     for (const std::string &name : others) {
-      give(call, digest_name, name);
+      give(call, digest_name, name.c_str());
       EXPECT_EQ(call.run(), 0u) << name;
     }
   }
@@ -47,8 +47,8 @@ TEST(digest, fields_follow_each_other_without_gaps)
     call call(function_named(prefix() + "get_digest_entry_field"));
     call.give(digest_entry, unreadable);
     const auto expect = [&](const std::string &of, const std::string &name, std::uint64_t at, std::uint32_t size) {
-      give(call, digest_name, of);
-      give(call, digest_field_name, name);
+      give(call, digest_name, of.c_str());
+      give(call, digest_field_name, name.c_str());
       EXPECT_EQ(call.run(), at) << of << ", " << name;
       call.expect_number(digest_field_size_out, size, 4);
       EXPECT_EQ(call.unexpected_bytes(), "") << of << ", " << name;

@@ -74,6 +74,7 @@ void use_rows(generated_file &to, const std::string &owner, const std::vector<ac
 void profile_rows(generated_file &to, const model &m)
 {
   for (const profile &p : m.profiles) use_rows(to, p.name, p.actions);
+  if (m.profiles.empty()) return;
   to.line("constexpr profile_info all_profiles[] = {");
   for (const profile &p : m.profiles)
     to.line("    {\"", p.name, "\", ", hex(p.action_data_table), ", ", hex(p.selector_table), ", ",
@@ -126,6 +127,7 @@ void hash_rows(generated_file &to, const model &m)
     for (const std::uint32_t a : h.algorithms) algorithms += (algorithms.empty() ? "" : ", ") + hex(a);
     to.line("constexpr std::uint32_t ", h.name, "_algorithms[] = {", algorithms, "};");
   }
+  if (m.hashes.empty()) return;
   to.line("constexpr hash_info all_hashes[] = {");
   for (const hash_calculation &h : m.hashes)
     to.line("    {\"", h.name, "\", ", hex(h.handle), ", ", hex(h.first_input), ", ", h.name, "_common, ", h.name,
@@ -135,6 +137,7 @@ void hash_rows(generated_file &to, const model &m)
 
 void resource_rows(generated_file &to, const model &m)
 {
+  if (m.resources.empty()) return;
   to.line("constexpr resource_info all_resources[] = {");
   for (const resource &r : m.resources) {
     to.line("    {\"", r.name, "\", ", hex(r.handle), ", resource_kind::", kind_name(r), ", ",
@@ -238,13 +241,18 @@ void emit_call_table(const model &m, const functions &all, const std::filesystem
   const pipeline &p = m.pipeline;
   to.line("const pipeline_info pipeline = {\"", p.name, "\", \"", p.profile, "\", \"", p.library, "\", \"", p.client,
           "\", \"", p.sources, "\", \"", export_prefix, "\"};");
+  const auto is_empty = [&](std::string_view name) {
+    return (name == "profiles" && m.profiles.empty()) || (name == "resources" && m.resources.empty()) ||
+           (name == "hashes" && m.hashes.empty());
+  };
   for (const char *what :
        {"argument_row:arguments", "exported_function:functions", "table_info:tables", "action_info:actions",
         "profile_info:profiles", "resource_info:resources", "hash_info:hashes"}) {
     const std::string_view both = what;
     const std::size_t colon = both.find(':');
-    to.line("const std::span<const ", both.substr(0, colon), "> ", both.substr(colon + 1), " = all_",
-            both.substr(colon + 1), ";");
+    const std::string_view name = both.substr(colon + 1);
+    to.line("const std::span<const ", both.substr(0, colon), "> ", name, is_empty(name) ? "" : " = all_",
+            is_empty(name) ? "" : name, ";");
   }
   to.line("const std::span<const digest_info> digests", m.digests.empty() ? "" : " = all_digests", ";");
   to.line("const std::span<const value_set_info> value_sets", m.value_sets.empty() ? "" : " = all_value_sets", ";");
