@@ -155,6 +155,40 @@ def bars_leave_nothing(text):
     expect(f"nothing is left of the bars: {line}", bars > 2 and "%" not in line)
 
 
+def history():
+    """Of two shells at once, one of which loses its terminal, each line is kept as it is typed; the file stays small."""
+    state = os.path.join(FOLDER, "state")
+    path = os.path.join(state, "tvsh", "history")
+
+    def kept():
+        with open(path, encoding="ascii") as file:
+            head, *lines = file.read().splitlines()
+        expect("the line editor's form", head == "_HiStOrY_V2_")
+        return lines
+
+    one, other = start(XDG_STATE_HOME=state), start(XDG_STATE_HOME=state)
+    typed(one, "count ipv4Host", "ipv4Host +0")
+    typed(other, "count nextHop | exclude '\\\\'", "nextHop +0")
+    typed(one, "count ipv4Host", "ipv4Host +0")
+    one.kill(signal.SIGKILL)
+    end_input(other)
+    expect(f"both are kept: {kept()}",
+           kept() == ["count\\040ipv4Host", "count\\040nextHop\\040|\\040exclude\\040'\\134\\134'"])
+    again = start(XDG_STATE_HOME=state)
+    again.send("\033[A")
+    again.expect_exact("count nextHop | exclude '\\\\'")
+    drop_line(again)
+    with open(path, "a", encoding="ascii") as file:
+        file.writelines(f"schema\\040nothing{number}\n" for number in range(30000))
+    os.chmod(path, 0o640)
+    typed(again, "help exit", "usage: exit")
+    end_input(again)
+    expect("the file is cut to the latest lines", os.path.getsize(path) < 150000 and
+           kept()[-2:] == ["schema\\040nothing29999", "help\\040exit"] and len(kept()) == 1000)
+    expect("and is the user's alone", stat.S_IMODE(os.stat(path).st_mode) == 0o600 and os.listdir(os.path.dirname(path))
+           == ["history"])
+
+
 def interrupts():
     shell = start()
     with tempfile.NamedTemporaryFile("w") as file:
@@ -185,5 +219,5 @@ def dumb_terminal():
     plain.close()
 
 
-for test in (pipes, signals, terminal, interrupts, dumb_terminal):
+for test in (pipes, signals, terminal, history, interrupts, dumb_terminal):
     test()

@@ -25,7 +25,7 @@ namespace tarvex::shell {
 namespace {
 
 constexpr const char *prompt_text = "tvsh> ";
-constexpr int most_history = 1000;
+constexpr int most_history = history_file::most_lines;
 
 class line_source {
  public:
@@ -138,13 +138,12 @@ unsigned char complete_line(EditLine *editor, wint_t)
 
 class edited_lines : public line_source {
  public:
-  explicit edited_lines(interpreter &shell)
-      : editor_(el_init("tvsh", stdin, stdout, stderr)), history_(history_init()), file_(history_file())
+  explicit edited_lines(interpreter &shell) : editor_(el_init("tvsh", stdin, stdout, stderr)), history_(history_init())
   {
     HistEvent event{};
     history(history_, &event, H_SETSIZE, most_history);
     history(history_, &event, H_SETUNIQUE, 1);
-    if (!file_.empty()) history(history_, &event, H_LOAD, file_.c_str());
+    if (!file_.path().empty()) history(history_, &event, H_LOAD, file_.path().c_str());
     el_set(editor_, EL_CLIENTDATA, &shell);
     el_set(editor_, EL_PROMPT, &prompt_of);
     el_set(editor_, EL_EDITOR, "emacs");
@@ -157,8 +156,6 @@ class edited_lines : public line_source {
   }
   ~edited_lines() override
   {
-    HistEvent event{};
-    if (!file_.empty()) history(history_, &event, H_SAVE, file_.c_str());
     history_end(history_);
     el_end(editor_);
   }
@@ -179,15 +176,17 @@ class edited_lines : public line_source {
     }
     std::string line(got, static_cast<std::size_t>(length));
     line.erase(line.find_last_not_of("\r\n") + 1);
+    if (line.empty()) return line;
     HistEvent event{};
-    if (!line.empty()) history(history_, &event, H_ENTER, line.c_str());
+    history(history_, &event, H_ENTER, line.c_str());
+    file_.append(line);
     return line;
   }
 
  private:
   EditLine *editor_;
   History *history_;
-  std::string file_;
+  history_file file_;
 };
 
 std::unique_ptr<line_source> make_lines(interpreter &shell)
