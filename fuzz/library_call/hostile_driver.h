@@ -65,10 +65,10 @@ class reply {
   explicit reply(const driver::call_row &row);
 
   template <typename T>
-  void to_next(T argument)
+  void to_next(T given)
   {
     ++at_;
-    to(argument);
+    to(given);
   }
 
   std::uint64_t status();
@@ -76,10 +76,10 @@ class reply {
  private:
   /// Numbers and records by value; functions, states and cookies are passed over.
   template <typename T>
-  void to(T argument)
+  void to(T given)
   {
-    if constexpr (std::is_integral_v<T>) numbers_[at_] = argument;
-    if constexpr (!std::is_pointer_v<T>) seen().add_record(argument);
+    if constexpr (std::is_integral_v<T>) numbers_[at_] = given;
+    if constexpr (!std::is_pointer_v<T>) seen().add_record(given);
   }
   void to(std::uint32_t *number);
   void to(std::uint64_t *number);

@@ -318,7 +318,7 @@ extern "C" void __assert_fail(const char *assertion, const char *file, unsigned 
   using namespace tarvex::fuzz;
   const std::string_view stop = assertion;
   const bool laid_down =
-      std::string_view(file).starts_with(calls::pipeline.sources) && (stop == "((void *)0)" || stop == "0");
+      std::string_view(file).starts_with(tarvex::calls::pipeline.sources) && (stop == "((void *)0)" || stop == "0");
   if (!awaited || !laid_down) {
     std::fprintf(stderr, "%s:%u: %s: assertion %s failed\n", file, line, function, assertion);
     std::abort();

@@ -70,11 +70,11 @@ class running_library {
     if (const stand_in_control *const control = stand_in()) {
       require_success(control->device_add(device), "adding device " + std::to_string(device));
     }
-    require_success(calls::pd::init(), "starting the library");
+    require_success(tarvex::calls::pd::init(), "starting the library");
   }
   running_library(const running_library &) = delete;
   running_library &operator=(const running_library &) = delete;
-  ~running_library() { calls::pd::cleanup(); }
+  ~running_library() { tarvex::calls::pd::cleanup(); }
 };
 
 std::string read_all(const std::string &name)
