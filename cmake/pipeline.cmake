@@ -4,7 +4,8 @@
 foreach(stem pipeline totals)
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${TARVEX_PIPELINE}/${stem}.toml)
   if(NOT EXISTS ${TARVEX_PIPELINE}/${stem}.toml)
-    message(FATAL_ERROR "${TARVEX_PIPELINE}: no ${stem}.toml; give TARVEX_PIPELINE a folder with the rows of a pipeline")
+    message(FATAL_ERROR
+      "${TARVEX_PIPELINE}: no ${stem}.toml; give TARVEX_PIPELINE a folder with the rows of a pipeline")
   endif()
 endforeach()
 

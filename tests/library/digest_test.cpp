@@ -14,10 +14,7 @@ namespace {
 
 using enum argument_kind;
 
-void give(call &call, argument_kind kind, const char *text)
-{
-  call.give(kind, reinterpret_cast<std::uint64_t>(text));
-}
+void give(call &call, argument_kind kind, const char *text) { call.give(kind, reinterpret_cast<std::uint64_t>(text)); }
 
 /// Names that are almost the given one.
 std::vector<std::string> near_misses(const std::string &name)
