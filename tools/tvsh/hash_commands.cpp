@@ -11,8 +11,6 @@ namespace tarvex::shell {
 
 namespace {
 
-std::string of(const hash_info &hash) { return std::string(" of ") + hash.name; }
-
 void show(report &rows, const invocation &call, const hash_info &hash)
 {
   std::string fields;
@@ -32,7 +30,7 @@ void set_seed(const invocation &call, const hash_info &hash)
 {
   call.expect_at_most(3);
   const std::uint64_t value = parse_number(call.word(2, "SEED"), "seed", 64);
-  if (!call.only_checked("setting the seed" + of(hash))) write_hash_seed(hash, value, call.where());
+  if (!call.only_checked("setting the seed" + of_calculation(hash))) write_hash_seed(hash, value, call.where());
 }
 
 void set_fields(const invocation &call, const hash_info &hash)
@@ -48,7 +46,8 @@ void set_fields(const invocation &call, const hash_info &hash)
     }
     selected[field] = true;
   }
-  if (!call.only_checked("selecting input fields" + of(hash))) write_hash_fields(hash, selected, call.where());
+  if (!call.only_checked("selecting input fields" + of_calculation(hash)))
+    write_hash_fields(hash, selected, call.where());
 }
 
 constexpr hash_verb hash_verbs[] = {{"seed", set_seed}, {"fields", set_fields}};

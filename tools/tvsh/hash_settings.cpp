@@ -11,18 +11,14 @@ namespace tarvex::shell {
 
 using enum argument_kind;
 
-namespace {
-
-std::string of(const hash_info &hash) { return std::string(" of ") + hash.name; }
-
-}  // namespace
+std::string of_calculation(const hash_info &hash) { return std::string(" of ") + hash.name; }
 
 hash_state read_hash(const hash_info &hash, const target &where)
 {
   hash_state state;
   function_call(function_for(family_id::hash_seed_get, hash), where)
       .give(seed_out, &state.seed)
-      .must("reading the seed" + of(hash));
+      .must("reading the seed" + of_calculation(hash));
   std::vector<hash_calc_attr_t> attributes(hash.common.size());
   std::uint32_t count = 0;
   function_call(function_for(family_id::hash_fields_get, hash), where)
@@ -30,7 +26,7 @@ hash_state read_hash(const hash_info &hash, const target &where)
       .give(hash_attr_max, attributes.size())
       .give(hash_attrs_out, attributes.data())
       .give(hash_attr_count_out, &count)
-      .must("reading the input fields" + of(hash));
+      .must("reading the input fields" + of_calculation(hash));
   state.selected.resize(hash.common.size());
   for (std::uint32_t i = 0; i < count && i < attributes.size(); ++i) {
     if (attributes[i].field < state.selected.size()) state.selected[attributes[i].field] = attributes[i].value == 0;
@@ -42,7 +38,7 @@ void write_hash_seed(const hash_info &hash, std::uint64_t value, const target &w
 {
   function_call(function_for(family_id::hash_seed_set, hash), where)
       .give(seed, value)
-      .must("setting the seed" + of(hash));
+      .must("setting the seed" + of_calculation(hash));
 }
 
 void write_hash_fields(const hash_info &hash, const std::vector<bool> &selected, const target &where)
@@ -50,7 +46,7 @@ void write_hash_fields(const hash_info &hash, const std::vector<bool> &selected,
   if (std::ranges::count(selected, false) == 0) {
     function_call(function_for(family_id::hash_input_set, hash), where)
         .give(hash_number, std::uint64_t{0})
-        .must("selecting all input fields" + of(hash));
+        .must("selecting all input fields" + of_calculation(hash));
     return;
   }
   std::vector<hash_calc_attr_t> attributes;
@@ -59,7 +55,7 @@ void write_hash_fields(const hash_info &hash, const std::vector<bool> &selected,
       .give(hash_number, std::uint64_t{0})
       .give(hash_attr_count, attributes.size())
       .give(hash_attrs, attributes.data())
-      .must("selecting input fields" + of(hash));
+      .must("selecting input fields" + of_calculation(hash));
 }
 
 }  // namespace tarvex::shell
