@@ -8,8 +8,8 @@ set(TARVEX_FULL_DEBUG_INFORMATION $<$<CONFIG:RelWithDebInfo>:-g>)
 # For what nobody waits for once it is built.
 set(TARVEX_QUICKLY_COMPILED $<$<CONFIG:RelWithDebInfo>:-O1>)
 
-# Small files with one subject each read the same headers again; compiled some at a time, they are read once. Never
-# those of the library: what it is made of does not hang on how long that takes.
-option(TARVEX_COMPILE_TOGETHER "compile files of programs and stand-in some at a time; OFF suits who changes one" ON)
+# Small files with one subject each read the same headers again; compiled some at a time, they are read once. Not by
+# default, since names in anonymous namespaces then have to differ from file to file. Never those of the library.
+option(TARVEX_COMPILE_TOGETHER "compile files of programs and stand-in some at a time" OFF)
 set(CMAKE_UNITY_BUILD ${TARVEX_COMPILE_TOGETHER})
 set(CMAKE_UNITY_BUILD_BATCH_SIZE 8)
