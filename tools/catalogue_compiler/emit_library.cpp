@@ -13,12 +13,6 @@ namespace {
 
 using std::to_string;
 
-void begin_source(generated_file &to, const std::string &about)
-{
-  to.line("// ", about).line("//").line("// Generated from the catalogue; do not edit.").line("//");
-  to.line("// SPDX-License-Identifier: Apache-2.0").line();
-}
-
 /// A constant table, which may be empty, and the span that others find it by.
 void span_of(generated_file &to, const std::string &row, const std::string &name, const std::vector<std::string> &rows)
 {
@@ -61,8 +55,7 @@ void use_descriptors(generated_file &to, const std::string &owner, const std::ve
     if (!u.resources.empty()) {
       std::string list;
       for (const resource_use &r : u.resources)
-        list +=
-            (list.empty() ? "{" : ", {") + hex(r.handle) + ", resource_form::" + std::string(form_name(r.form)) + "}";
+        list += (list.empty() ? "{" : ", {") + hex(r.handle) + ", " + enumerator("resource_form", r.form) + "}";
       to.line("inline constexpr resource_row ", n, "_resources[] = {", list, "};");
     }
     to.line("inline constexpr action_use_row ", n, " = {", hex(u.handle), ", &actions::", u.name, ", ",
@@ -87,10 +80,10 @@ void table_descriptors(generated_file &to, const table &t)
     for (const field &f : t.fields)
       to.line("    {", offset_of(type, f.name), ", ", to_string(storage_size(f.type)), ", ",
               offset_of(type, companion_name(f)), ", ", to_string(f.bits), ", ", to_string(f.key.first), ", ",
-              to_string(f.key.count), ", match_kind::", match_name(f), "},");
+              to_string(f.key.count), ", ", enumerator("match_kind", match_of(f)), "},");
     to.line("};");
   }
-  to.line("inline constexpr table_row ", t.name, " = {", hex(t.handle), ", table_kind::", kind_name(t), ", ",
+  to.line("inline constexpr table_row ", t.name, " = {", hex(t.handle), ", ", enumerator("table_kind", t.kind), ", ",
           to_string(t.key_bits), ", ", to_string(t.key_bytes), ", ", t.keyed() ? "sizeof(" + type + ")" : "0", ", ",
           array_or_null(!t.keyed(), t.name + "_fields"), ", ", to_string(t.fields.size()), ", ",
           array_or_null(t.actions.empty(), "uses::" + t.name + "_all"), ", ", to_string(t.actions.size()), "};");
@@ -100,6 +93,7 @@ void emit_action_rows(const model &m, const std::filesystem::path &folder)
 {
   generated_file to;
   begin_source(to, "Descriptors of all actions.");
+  to.line();
   to.line("#pragma once").line().line("#include <cstddef>").line().line("#include \"rows.h\"");
   to.line("#include \"tarvex_pd/actions.h\"").line();
   to.line("namespace tarvex::pd::actions {").line();
@@ -123,6 +117,7 @@ void emit_group_exports(const model &m, const functions &all, std::size_t group,
   if (of.empty()) return;
   generated_file to;
   begin_source(to, g.title + ": descriptors and exported functions.");
+  to.line();
   to.line("#include \"tarvex_pd/", g.file, ".h\"").line().line("#include \"action_rows.h\"");
   to.line("#include \"families.h\"").line("#include \"text_families.h\"").line("#include \"text_tables.h\"").line();
   to.line("namespace tarvex::pd {").line("namespace {").line();
@@ -156,6 +151,7 @@ void emit_action_exports(const model &m, const functions &all, const std::filesy
 {
   generated_file to;
   begin_source(to, "Exported functions of actions.");
+  to.line();
   to.line("#include \"action_rows.h\"").line("#include \"families.h\"").line("#include \"text_families.h\"");
   to.line("#include \"text_tables.h\"").line();
   to.line("namespace tarvex::pd {").line();
@@ -170,6 +166,7 @@ void emit_resource_exports(const model &m, const functions &all, const std::file
 {
   generated_file to;
   begin_source(to, "Counters, meters, the WRED block and registers: descriptors and exported functions.");
+  to.line();
   to.line("#include \"tarvex_pd/resources.h\"").line().line("#include \"resource_families.h\"").line();
   to.line("namespace tarvex::pd {").line("namespace {").line("namespace resources {");
   for (const resource &r : m.resources) {
@@ -193,6 +190,7 @@ void emit_hash_exports(const model &m, const functions &all, const std::filesyst
 {
   generated_file to;
   begin_source(to, "Hash calculations: descriptors and exported functions.");
+  to.line();
   to.line("#include \"tarvex_pd/hash_calculations.h\"").line();
   to.line("#include \"hash_field_attributes.h\"").line();
   to.line("namespace tarvex::pd {").line().line("namespace hashes {").line("namespace {").line();
@@ -216,6 +214,7 @@ void emit_names(const model &m, const std::filesystem::path &folder)
 {
   generated_file to;
   begin_source(to, "Names of actions and action profiles.");
+  to.line();
   to.line("#include \"profile_states.h\"").line("#include \"restorable_profiles.h\"");
   to.line("#include \"tarvex_pd/actions.h\"");
   to.line("#include \"tarvex_pd/lifecycle.h\"").line();
@@ -251,6 +250,7 @@ void emit_pipeline_names(const pipeline &p, const std::filesystem::path &folder)
 {
   generated_file to;
   begin_source(to, "What the pipeline is called.");
+  to.line();
   to.line("#pragma once").line().line("#include <string_view>").line();
   to.line("namespace tarvex::pd {").line();
   to.line("inline constexpr char pipeline_name[] = \"", p.name, "\";");

@@ -37,6 +37,9 @@ class generated_file {
   std::string text_;
 };
 
+/// The comment that every generated source begins with.
+void begin_source(generated_file &to, std::string_view about);
+
 /// "0x1000001"
 std::string hex(std::uint32_t value);
 

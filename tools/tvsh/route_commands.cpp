@@ -38,7 +38,7 @@ class fib_writer {
   {
     for (const use_info &use : table_.actions) {
       ready_action ready{&use, parameter_fields(*use.action), nullptr};
-      ready.add = std::make_unique<function_call>(*function_for(family_id::entry_add, use), where);
+      ready.add = std::make_unique<function_call>(function_for(family_id::entry_add, use), where);
       ready.add->give(match_spec, key_.data()).give(action_spec, parameters_.data());
       ready.add->give(ttl, std::uint64_t{0}).give(entry_hdl_out, &handle_);
       actions_.push_back(std::move(ready));
@@ -63,7 +63,7 @@ class fib_writer {
   void fill_key(const routes::fib_entry &entry)
   {
     for (const shown_field &field : key_fields_) {
-      if (field.match == calls::match_kind::partition) {
+      if (field.match == match_kind::partition) {
         write_value(field, entry.partition_index, key_.data());
       } else if (field.bits < 32) {
         write_value(field, routes::load_vrf, key_.data());
