@@ -403,7 +403,7 @@ TEST_F(trace_test, a_replay_makes_an_equal_switch)
   lines_of("add ipv4Host vrfId=9 dip=10.0.0.9 onMiss");
   lines_of(replay);
   EXPECT_EQ(lines_of("members ecmpMemberActionProfile | exclude ^1"),
-            "2           setEcmpNextHop              nextHop=7\n3           setEcmpNextHop              nextHop=9\n");
+            "2           setEcmpNextHop  nextHop=7\n3           setEcmpNextHop  nextHop=9\n");
   EXPECT_EQ(lines_of("groups ecmpMemberActionProfile | include ^2"), "2           2=active 3=inactive\n");
   EXPECT_NE(lines_of("show ecmpGroup ecmpGroup=5 -j").find("\"group\":2"), std::string::npos);
   EXPECT_NE(lines_of("show ecmpGroup ecmpGroup=6 -j").find("\"member\":3"), std::string::npos);

@@ -55,6 +55,7 @@ class served_client {
 
   void take(const frame &asked);
   void greet(const client_hello &hello);
+  void name_session();
   /// Hands a request to the client's thread; false where it has to wait for an answer first.
   bool post(frame_kind kind, std::string_view text);
 
