@@ -342,7 +342,7 @@ constexpr command all_commands[] = {
      operating,
      "A B [counts] [cells=N]",
      "shows what turns one state into another: each a saved file, or 'live'",
-     "The fewest commands, as a script that -f runs on a switch that holds A. Without 'counts' counters and what is\n"
+     "The commands, as a script that -f runs on a switch after 'load A'. Without 'counts' counters and what is\n"
      "left of times to live are not compared, as traffic and time change them. Exit code 3 where there is any.",
      {"diff live live", "diff /tmp/tvsh-state.json /tmp/tvsh-state.json"},
      {w::state, w::state, w::choice},
