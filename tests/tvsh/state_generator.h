@@ -54,6 +54,7 @@ struct profile_shape {
   std::vector<group> groups;
   std::vector<reference> references;
   bool has_fallback = false;  // the first member
+  unsigned changes = 0;       // that were made to it
 };
 
 /// Two contents at most and few references, so that much is alike.
@@ -187,7 +188,8 @@ inline profile_shape second_shape(choice_source &from, pair_kind kind, const pro
 {
   if (kind == pair_kind::unrelated) return random_shape(from);
   profile_shape shape = first;
-  for (unsigned left = kind == pair_kind::changed ? 1 + from.below(3) : 0; left > 0; --left) change_shape(from, shape);
+  shape.changes = kind == pair_kind::changed ? 1 + from.below(3) : 0;
+  for (unsigned left = shape.changes; left > 0; --left) change_shape(from, shape);
   return shape;
 }
 

@@ -340,6 +340,46 @@ TEST_F(state_test, an_interrupt_half_way_tells_how_much_was_written)
       << got.errors;
 }
 
+// Routes that come in several files, in any order, make the tables that one file makes: what a packet gets does not
+// depend on it, and no index is given to two blocks.
+TEST_F(state_test, routes_are_loaded_beside_those_that_are_there)
+{
+  write("all.routes",
+        "10.0.0.0/8 1\n10.16.0.0/12 2\n10.17.1.0/24 3\n10.77.1.0/24 4\n10.77.1.5/32 5\n172.16.1.0/24 6\n"
+        "2001::/20 7\n2001:db8:1::/48 8\n2001:db8:1:2:3::/80 9\n2001:db8::1/128 10\n3001:db8:1::/48 12\n");
+  write("long.routes", "10.77.1.0/24 4\n172.16.1.0/24 6\n2001:db8:1:2:3::/80 9\n");
+  write("short.routes", "10.0.0.0/8 1\n2001::/20 7\n10.77.1.5/32 5\n2001:db8::1/128 10\n");
+  write("rest.routes", "# comment\n3001:db8:1::/48 12\n10.16.0.0/12 2\n10.17.1.0/24 3\n2001:db8:1::/48 8\n");
+  lines_of("load-routes all.routes");
+  EXPECT_EQ(lines_of("load-routes all.routes"), "11 routes in 0 changed entries: 0 added, 0 replaced, 11 unchanged\n");
+  std::vector<std::string_view> order = {"long.routes", "rest.routes", "short.routes"};
+  do {
+    start_anew();
+    for (const std::string_view file : order) lines_of(std::string("load-routes ") + std::string(file));
+    EXPECT_EQ(lines_of("load-routes all.routes"), "11 routes in 0 changed entries: 0 added, 0 replaced, 11 unchanged\n")
+        << order[0] << order[1];
+  } while (std::ranges::next_permutation(order).found);
+
+  write("other.routes", "172.16.1.0/24 6\n\n10.77.1.0/24 44\n10.0.0.0/8 11\n");
+  const answer refused = run("load-routes other.routes");
+  EXPECT_EQ(refused.code, exit_code::usage);
+  EXPECT_NE(refused.errors.find("other.routes:4: the switch has another next hop for 10.0.0.0/8; 2 routes differ, and "
+                                "nothing was written"),
+            std::string::npos)
+      << refused.errors;
+  EXPECT_EQ(lines_of("load-routes all.routes").substr(0, 31), "11 routes in 0 changed entries:");
+  // The block of 10.77 has what the shorter prefix gives: three entries change with two routes.
+  EXPECT_EQ(lines_of("load-routes other.routes --replace"),
+            "3 routes in 3 changed entries: 0 added, 2 replaced, 1 unchanged\n");
+
+  write("bad.routes", "10.1.1.0/24 1\nnonsense\n10.1.2.0/24 1\n");
+  EXPECT_EQ(run("load-routes bad.routes --strict").code, exit_code::bad_input);
+  EXPECT_EQ(run("load-routes bad.routes --dry-run").code, exit_code::incomplete);
+  const answer bad = run("load-routes bad.routes");
+  EXPECT_EQ(bad.code, exit_code::incomplete);
+  EXPECT_EQ(bad.lines, "2 routes in 3 changed entries: 2 added, 0 replaced, 0 unchanged\n");
+}
+
 // What changes or saves the state as a whole waits for another that does; who waits is told for whom, and may leave.
 TEST_F(state_test, changes_of_the_whole_state_take_turns)
 {

@@ -1,4 +1,5 @@
-// Who may change the state of a device as a whole: one session at a time, in the order in which they came.
+// Who may change the state of a device as a whole: one session at a time, in the order in which they came. The queue is
+// in the process that has the switch, so that clients of any release take their turns.
 //
 // SPDX-License-Identifier: Apache-2.0
 #pragma once

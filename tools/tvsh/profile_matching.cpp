@@ -121,24 +121,9 @@ class matcher {
   {
     savings saved;
     save_references(saved, true);
-    // A member of the same content need not be taken out of the one, which deletion spares, nor added to the other.
-    std::map<std::uint32_t, std::vector<std::pair<std::uint32_t, bool>>> by_content;
-    for (const std::uint32_t group : free_nodes(true, true)) {
-      for (const auto &each : nodes_[group].edges) by_content[nodes_[each.to].content].emplace_back(group, each.active);
-    }
-    for (const std::uint32_t group : free_nodes(false, true)) {
-      std::map<std::pair<std::uint32_t, std::uint32_t>, int> had;  // members of a content in another group that pair
-      for (const auto &each : nodes_[group].edges) {
-        const std::uint32_t content = nodes_[each.to].content;
-        const auto in = by_content.find(content);
-        if (in == by_content.end()) continue;
-        std::map<std::uint32_t, int> here;
-        for (const auto &[other, active] : in->second) ++here[other];
-        for (const auto &[other, count] : here) {
-          if (had[{content, other}]++ < count) saved.add(group, other, 2);
-        }
-      }
-    }
+    // A member of the same content need not be taken out of the one, which deletion spares, nor added to the other; and
+    // it need not be enabled or disabled where its state is the same, too.
+    for (const bool with_states : {false, true}) save_contents(saved, with_states);
     pair_all(saved.best_first(
         [&](std::uint32_t there, std::uint32_t) { return 2 - static_cast<int>(nodes_[there].edges.size()); }));
     // Empty ones save the making and the deleting.
@@ -148,6 +133,26 @@ class matcher {
         if (!can_pair(there, wanted)) continue;
         pair(there, wanted);
         break;
+      }
+    }
+  }
+
+  void save_contents(savings &saved, bool with_states) const
+  {
+    const auto kind_of = [&](const profile_graph::edge &each) {
+      return std::pair(nodes_[each.to].content, with_states && each.active);
+    };
+    std::map<std::pair<std::uint32_t, bool>, std::map<std::uint32_t, int>> wanted;  // members of a kind, by group
+    for (const std::uint32_t group : free_nodes(true, true)) {
+      for (const auto &each : nodes_[group].edges) ++wanted[kind_of(each)][group];
+    }
+    for (const std::uint32_t group : free_nodes(false, true)) {
+      std::map<std::pair<std::uint32_t, bool>, int> had;
+      for (const auto &each : nodes_[group].edges) ++had[kind_of(each)];
+      for (const auto &[kind, count] : had) {
+        const auto in = wanted.find(kind);
+        if (in == wanted.end()) continue;
+        for (const auto &[other, count_there] : in->second) saved.add(group, other, std::min(count, count_there));
       }
     }
   }
@@ -180,9 +185,9 @@ class matcher {
   /// group is a candidate.
   void save_memberships(savings &saved, std::uint32_t there, std::uint32_t wanted)
   {
-    std::map<std::uint32_t, node_list> contents_there;
+    std::map<std::uint32_t, std::vector<profile_graph::edge>> contents_there;
     for (const auto &each : nodes_[there].edges) {
-      if (is_free(each.to)) contents_there[nodes_[each.to].content].push_back(each.to);
+      if (is_free(each.to)) contents_there[nodes_[each.to].content].push_back(each);
     }
     node_list left;
     std::set<std::uint32_t> met;
@@ -195,11 +200,11 @@ class matcher {
         continue;
       }
       met.insert(content);
-      for (const std::uint32_t other : same->second) saved.add(other, each.to, 2);
+      for (const auto &[other, active] : same->second) saved.add(other, each.to, active == each.active ? 2 : 1);
     }
     for (const auto &[content, list] : contents_there) {
       if (met.contains(content)) continue;
-      for (const std::uint32_t one : list) {
+      for (const auto &[one, active] : list) {
         for (const std::uint32_t other : left) {
           if (can_pair(one, other)) saved.add(one, other, 2);
         }

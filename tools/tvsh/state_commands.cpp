@@ -115,12 +115,6 @@ std::vector<operation> operations_between(const invocation &call, const std::str
   return difference(*there, *wanted, from == live_name);
 }
 
-/// "2 of 5 changes made, 3 not"
-std::string changes_text(std::uint64_t made, std::uint64_t total)
-{
-  return std::to_string(made) + " of " + counted(total, "change") + " made, " + std::to_string(total - made) + " not";
-}
-
 }  // namespace
 
 exit_code save_state(const invocation &call)
@@ -146,10 +140,10 @@ exit_code load_state(const invocation &call)
 {
   const std::string file = call.path(call.word(0, "FILE"));
   const state_words words = parse_state_words(call, 1, "replace");
+  const change_queue::turn turn = call.take_turn("load " + call.words[0]);
   file_place at;
   state_counter counter;
   read_state_file(file, counter, at, progress_of(call, "checking"));
-  const change_queue::turn turn = call.take_turn("load " + call.words[0]);
   if (!words.flag && holds_state(call)) {
     throw usage_error(
         "the switch holds entries, members or groups already: 'load FILE replace' takes them off first, "
@@ -163,7 +157,9 @@ exit_code load_state(const invocation &call)
   }
   state_loader loader(call);
   try {
-    read_state_file(file, loader, at, {});
+    // The loader looks for an interrupt before each part; amid the bytes of one it would have no place to name.
+    read_state_file(file, loader, at,
+                    [&](std::uint64_t done, std::uint64_t total) { call.out.progress("loading", done, total); });
   } catch (const shell_error &error) {
     const std::string place = error.code() == exit_code::file ? "" : at.text();  // that of a bad file is told already
     throw shell_error(error.code(), place + error.what() + "; " +

@@ -6,6 +6,10 @@
 //   ]},
 //   "entries":{"ipv4Host":[ ...
 //
+// What is promised: a reader takes files of every version up to its own, and refuses a newer one by its number before it
+// writes anything. Version 1 is what all releases so far have written. Whatever changes the meaning of a file, or adds
+// what an older reader would have to obey, raises the version.
+//
 // An element has a line, and values are written as the commands take them. Files are written and read as streams: what
 // is held does not grow with the entries.
 //

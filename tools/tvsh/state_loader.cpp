@@ -23,8 +23,8 @@ state_loader::state_loader(const invocation &call) : call_(call)
 
 void state_loader::begin()
 {
-  call_.shell.check_interrupt();
   partly_ = false;
+  call_.shell.check_interrupt();
 }
 
 function_call &state_loader::call_of(const exported_function &function)
