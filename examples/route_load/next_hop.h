@@ -37,6 +37,14 @@ constexpr hop hop_of(std::uint32_t origin_as)
   return {kind, folded != 0 ? folded : std::uint16_t{0xffff}};
 }
 
+/// An AS number that the rule makes a hop of; the hop's value is not 0.
+constexpr std::uint32_t origin_of(const hop &h)
+{
+  constexpr std::uint32_t remainders[] = {0, 5, 6, 7};
+  const std::uint32_t upper = (h.value ^ remainders[static_cast<std::size_t>(h.kind)]) & 7;
+  return upper << 16 | (h.value ^ upper);
+}
+
 inline std::string to_string(const hop &h)
 {
   static constexpr const char *actions[] = {"setNextHop ", "setNextHop2 ", "setNextHop3 ", "setEcmp "};

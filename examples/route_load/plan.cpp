@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <set>
 
 namespace tarvex::route_load {
 namespace {
@@ -32,7 +33,13 @@ fib_table table_without_partition(const prefix &p)
 
 class planner {
  public:
-  planner(std::span<const route> routes, const last_indices &last) : routes_(routes), last_(last) {}
+  planner(std::span<const route> routes, const last_indices &last, const taken_indices &taken)
+      : routes_(routes), last_(last), taken_(taken)
+  {
+    for (std::size_t space = 0; space < partition_space_count; ++space) {
+      for (const auto &[block, index] : taken[space]) used_[space].insert(index);
+    }
+  }
 
   load_plan run()
   {
@@ -77,8 +84,7 @@ class planner {
     if (!entries.empty() && entries.back().block == block) {
       return entries.back().index;
     }
-    if (entries.size() < last_[number]) {
-      const auto index = static_cast<std::uint16_t>(entries.size() + 1);
+    if (const std::uint16_t index = index_of(number, block); index != 0) {
       entries.push_back({block, index, longest_over(block)});
       return index;
     }
@@ -91,6 +97,18 @@ class planner {
     return 0;
   }
 
+  /// The one that the block has, or the next free one; 0 when none is left.
+  std::uint16_t index_of(std::size_t number, const prefix &block)
+  {
+    const auto taken = taken_[number].find(block);
+    if (taken != taken_[number].end()) return taken->second;
+    std::uint16_t &latest = latest_index_[number];
+    while (latest < last_[number]) {
+      if (!used_[number].contains(++latest)) return latest;
+    }
+    return 0;
+  }
+
   hop longest_over(const prefix &block) const
   {
     const auto at = std::ranges::find_if(covering_.rbegin(), covering_.rend(),
@@ -100,6 +118,9 @@ class planner {
 
   std::span<const route> routes_;
   last_indices last_;
+  const taken_indices &taken_;
+  std::array<std::set<std::uint16_t>, partition_space_count> used_;  // by blocks that have an index
+  last_indices latest_index_{};                                      // that was given
   load_plan plan_;
   std::array<std::optional<std::size_t>, partition_space_count> latest_refused_;  // place in plan_.refused
   std::vector<const route *> covering_;  // loaded routes that cover the one at hand, the shortest first
@@ -122,6 +143,9 @@ const char *table_name(fib_table table)
   return names[static_cast<std::size_t>(table)];
 }
 
-load_plan make_plan(std::span<const route> routes, const last_indices &last) { return planner(routes, last).run(); }
+load_plan make_plan(std::span<const route> routes, const last_indices &last, const taken_indices &taken)
+{
+  return planner(routes, last, taken).run();
+}
 
 }  // namespace tarvex::route_load

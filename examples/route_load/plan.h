@@ -25,6 +25,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <span>
 #include <vector>
 
@@ -97,8 +98,12 @@ using last_indices = std::array<std::uint16_t, partition_space_count>;
 inline constexpr last_indices live_indices{partition_layouts[0].last_index, partition_layouts[1].last_index,
                                            partition_layouts[2].last_index};
 
-/// `routes` as read_route_file gives them: sorted by destination, each once. Blocks get their indices, 1 to the last
-/// one, in the order of their addresses.
-load_plan make_plan(std::span<const route> routes, const last_indices &last = live_indices);
+/// Indices that blocks have already.
+using taken_indices = std::array<std::map<prefix, std::uint16_t>, partition_space_count>;
+
+/// `routes` as read_route_file gives them: sorted by destination, each once. Blocks that have no index get one that is
+/// free, 1 to the last one, in the order of their addresses.
+load_plan make_plan(std::span<const route> routes, const last_indices &last = live_indices,
+                    const taken_indices &taken = {});
 
 }  // namespace tarvex::route_load

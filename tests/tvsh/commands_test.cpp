@@ -233,7 +233,7 @@ TEST_F(commands_test, routes_are_loaded_and_found)
   const std::string file = TARVEX_SOURCE_DIR "/data/routes_small.txt.gz";
   EXPECT_NE(lines_of("load-routes " + file + " --dry-run").find("checked only"), std::string::npos);
   EXPECT_EQ(lines_of("count"), "");
-  EXPECT_EQ(lines_of("load-routes " + file), "19867 routes in 20790 entries\n");
+  EXPECT_EQ(lines_of("load-routes " + file), "19867 routes in 20790 changed entries: 19867 added, 0 replaced, 0 unchanged\n");
   EXPECT_EQ(lines_of("dump ipv4FinalResolve | count"), "18097\n");
 }
 

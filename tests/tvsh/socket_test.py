@@ -153,6 +153,24 @@ def sessions():
     serves()
 
 
+def turns():
+    """Whoever changes the state as a whole waits for the others, and none meets the half-done work of another."""
+    with open(os.path.join(FOLDER, "turns"), "w", encoding="ascii") as file:
+        for host in range(3000):
+            file.write(f"50.{host // 250}.{host % 250}.1/32 7\n")
+    attached("save", "turns0.json", cwd=FOLDER)
+    attached("load-routes", "turns", cwd=FOLDER)
+    attached("save", "turns1.json", cwd=FOLDER)
+    for words in (["load", "turns{}.json", "replace"], ["apply", "turns{}.json"]):
+        rivals = [subprocess.Popen([TVSH, "--attach", SOCKET, *(word.format(number % 2) for word in words)], cwd=FOLDER,
+                                   stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, env=ENVIRONMENT)
+                  for number in range(5)]
+        ended = [(each.communicate(), each.returncode) for each in rivals]
+        expect(f"five at once: {words}: {ended}", [code for _, code in ended] == [0] * 5)
+        same = [attached("diff", "live", f"turns{number}.json", cwd=FOLDER)[0] for number in range(2)]
+        expect(f"one of them was the last: {words}: {same}", sorted(same) == [0, 3])
+
+
 def at_terminal():
     shell = spawn(TVSH, "--attach", SOCKET)
     shell.expect("attached to process.*tvsh> ")
@@ -315,7 +333,7 @@ def strangers():
 the_file()
 two_at_once()
 with server(TVSH, SOCKET) as serving:
-    for test in (sessions, lambda: fill(100000), at_terminal, hostile, lambda: dumps_left(serving), many, strangers):
+    for test in (sessions, turns, lambda: fill(100000), at_terminal, hostile, lambda: dumps_left(serving), many, strangers):
         test()
     lively = ask("dump ipv4FinalResolve")  # the end does not wait for him
     lively.recv(10)

@@ -273,12 +273,131 @@ TEST_F(state_test, a_refusal_half_way_tells_how_much_was_written)
   const answer got = run("load twice.json");
   EXPECT_EQ(got.code, exit_code::refused);
   EXPECT_NE(got.errors.find("twice.json:4: entries of ipv4Host: adding an entry"), std::string::npos) << got.errors;
-  EXPECT_NE(got.errors.find("1 entry of"), std::string::npos);
+  EXPECT_NE(got.errors.find("1 of 2 changes made, 1 not; the switch holds 1 entry of the file"), std::string::npos);
 
   const answer applied = run("apply twice.json");
   EXPECT_EQ(applied.code, exit_code::refused);
-  EXPECT_NE(applied.errors.find("0 of 1 operation made; stopped at: add ipv4Host vrfId=1"), std::string::npos)
+  EXPECT_NE(applied.errors.find("twice.json:4: stopped at: add ipv4Host vrfId=1 dip=10.0.0.1 onMiss; 0 of 1 change "
+                                "made, 1 not"),
+            std::string::npos)
       << applied.errors;
+}
+
+constexpr std::string_view five_hosts = R"({"schema_version":1,
+"entries":{"ipv4Host":[
+{"key":{"vrfId":1,"dip":"10.0.0.1"},"action":"onMiss"},
+{"key":{"vrfId":1,"dip":"10.0.0.2"},"action":"onMiss"},
+{"key":{"vrfId":1,"dip":"10.0.0.3"},"action":"onMiss"},
+{"key":{"vrfId":1,"dip":"10.0.0.4"},"action":"onMiss"},
+{"key":{"vrfId":1,"dip":"10.0.0.5"},"action":"onMiss"}]}})";
+
+TEST_F(state_test, an_interrupt_half_way_tells_how_much_was_written)
+{
+  struct interrupter {
+    session &shell;
+    unsigned left;
+  };
+  write("five.json", five_hosts);
+  write("five.routes", "10.0.0.1/32 1\n10.0.0.2/32 1\n# no route\n10.0.0.3/32 1\n10.0.0.4/32 1\n10.0.0.5/32 1\n");
+  const std::pair<std::string_view, std::string_view> cases[] = {
+      {"apply five.json",
+       "five.json:5: stopped at: add ipv4Host vrfId=1 dip=10.0.0.3 onMiss; 2 of 5 changes made, 3 not"},
+      {"load five.json", "five.json:5: entries of ipv4Host: interrupted; 2 of 5 changes made, 3 not"},
+      {"load five.json replace", "five.json:5: entries of ipv4Host: interrupted; 2 of 5 changes made, 3 not"},
+      {"load-routes five.routes", "five.routes:4: interrupted; 2 of 5 changes made, 3 not"},
+  };
+  for (const auto &[command, error] : cases) {
+    start_anew();
+    interrupter at{shell, 2};
+    standin_set_listener(
+        [](const char *function, std::uint32_t, void *cookie) {
+          auto *const self = static_cast<interrupter *>(cookie);
+          const bool adds = std::string_view(function) == "pipe_mgr_mat_ent_add";
+          if (adds && self->left != 0 && --self->left == 0) self->shell.interrupt();
+        },
+        &at);
+    const answer got = run(command);
+    standin_set_listener(nullptr, nullptr);
+    EXPECT_EQ(got.code, exit_code::interrupted) << command;
+    EXPECT_NE(got.errors.find(error), std::string::npos) << command << '\n' << got.errors;
+    EXPECT_NE(lines_of("count ipv4Host").find(" 2\n"), std::string::npos) << command;
+  }
+  // While it clears, too.
+  lines_of("load five.json replace");
+  lines_of("sim refuse 0 0");
+  interrupter at{shell, 2};
+  standin_set_listener(
+      [](const char *function, std::uint32_t, void *cookie) {
+        auto *const self = static_cast<interrupter *>(cookie);
+        const bool deletes = std::string_view(function) == "pipe_mgr_mat_ent_del";
+        if (deletes && self->left != 0 && --self->left == 0) self->shell.interrupt();
+      },
+      &at);
+  const answer got = run("load five.json replace");
+  standin_set_listener(nullptr, nullptr);
+  EXPECT_NE(got.errors.find("interrupted; 2 of 5 entries, groups and members deleted, 3 not; nothing of"),
+            std::string::npos)
+      << got.errors;
+}
+
+// Routes that come in several files, in any order, make the tables that one file makes: what a packet gets does not
+// depend on it, and no index is given to two blocks.
+TEST_F(state_test, routes_are_loaded_beside_those_that_are_there)
+{
+  write("all.routes",
+        "10.0.0.0/8 1\n10.16.0.0/12 2\n10.17.1.0/24 3\n10.77.1.0/24 4\n10.77.1.5/32 5\n172.16.1.0/24 6\n"
+        "2001::/20 7\n2001:db8:1::/48 8\n2001:db8:1:2:3::/80 9\n2001:db8::1/128 10\n3001:db8:1::/48 12\n");
+  write("long.routes", "10.77.1.0/24 4\n172.16.1.0/24 6\n2001:db8:1:2:3::/80 9\n");
+  write("short.routes", "10.0.0.0/8 1\n2001::/20 7\n10.77.1.5/32 5\n2001:db8::1/128 10\n");
+  write("rest.routes", "# comment\n3001:db8:1::/48 12\n10.16.0.0/12 2\n10.17.1.0/24 3\n2001:db8:1::/48 8\n");
+  lines_of("load-routes all.routes");
+  EXPECT_EQ(lines_of("load-routes all.routes"), "11 routes in 0 changed entries: 0 added, 0 replaced, 11 unchanged\n");
+  std::vector<std::string_view> order = {"long.routes", "rest.routes", "short.routes"};
+  do {
+    start_anew();
+    for (const std::string_view file : order) lines_of(std::string("load-routes ") + std::string(file));
+    EXPECT_EQ(lines_of("load-routes all.routes"), "11 routes in 0 changed entries: 0 added, 0 replaced, 11 unchanged\n")
+        << order[0] << order[1];
+  } while (std::ranges::next_permutation(order).found);
+
+  write("other.routes", "172.16.1.0/24 6\n\n10.77.1.0/24 44\n10.0.0.0/8 11\n");
+  const answer refused = run("load-routes other.routes");
+  EXPECT_EQ(refused.code, exit_code::usage);
+  EXPECT_NE(refused.errors.find("other.routes:4: the switch has another next hop for 10.0.0.0/8; 2 routes differ, and "
+                                "nothing was written"),
+            std::string::npos)
+      << refused.errors;
+  EXPECT_EQ(lines_of("load-routes all.routes").substr(0, 31), "11 routes in 0 changed entries:");
+  // The block of 10.77 has what the shorter prefix gives: three entries change with two routes.
+  EXPECT_EQ(lines_of("load-routes other.routes --replace"),
+            "3 routes in 3 changed entries: 0 added, 2 replaced, 1 unchanged\n");
+
+  write("bad.routes", "10.1.1.0/24 1\nnonsense\n10.1.2.0/24 1\n");
+  EXPECT_EQ(run("load-routes bad.routes --strict").code, exit_code::bad_input);
+  EXPECT_EQ(run("load-routes bad.routes --dry-run").code, exit_code::incomplete);
+  const answer bad = run("load-routes bad.routes");
+  EXPECT_EQ(bad.code, exit_code::incomplete);
+  EXPECT_EQ(bad.lines, "2 routes in 3 changed entries: 2 added, 0 replaced, 0 unchanged\n");
+}
+
+// What changes or saves the state as a whole waits for another that does; who waits is told for whom, and may leave.
+TEST_F(state_test, changes_of_the_whole_state_take_turns)
+{
+  write("five.json", five_hosts);
+  write("five.routes", "10.0.0.1/32 1\n");
+  {
+    const change_queue::turn other(
+        shell.memory().changes, "process 7 ('load x')", [](const auto &) {}, [] {});
+    for (const std::string_view command :
+         {"apply five.json", "load five.json", "load five.json replace", "load-routes five.routes", "save a.json"}) {
+      caught_output out;
+      shell.interrupt();
+      EXPECT_EQ(shell.run(command, out), exit_code::interrupted) << command;
+      EXPECT_NE(out.notes.find("waiting for process 7 ('load x')"), std::string::npos) << command << out.notes;
+    }
+    EXPECT_EQ(lines_of("count"), "");
+  }
+  lines_of("apply five.json");
 }
 
 // What a file does not hold stays as it is.

@@ -17,6 +17,7 @@ namespace {
 bool take_option(const std::string &word, options &chosen)
 {
   if (word.size() < 2 || word[0] != '-' || std::isdigit(static_cast<unsigned char>(word[1]))) return false;
+  if (word == "--replace" || word == "--strict") return false;  // words of load-routes
   static constexpr std::array<std::string_view, 5> names = {"-j", "--json", "--raw", "--hw", "--dry-run"};
   if (word == "-j" || word == "--json") {
     chosen.json = true;

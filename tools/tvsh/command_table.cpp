@@ -29,6 +29,7 @@ constexpr std::string_view sim_choices[] = {"device", "count",  "age",     "lear
                                             "refuse", "lookup", "corrupt", "lose"};
 
 constexpr std::string_view load_choices[] = {"replace"};
+constexpr std::string_view route_choices[] = {"--replace", "--strict"};
 constexpr std::string_view diff_choices[] = {"counts"};
 constexpr std::string_view let_choices[] = {"member", "group"};
 
@@ -304,12 +305,15 @@ constexpr command all_commands[] = {
      hash_calculation},
     {"load-routes",
      writing,
-     "FILE",
+     "FILE [--replace] [--strict]",
      "loads a routing table: lines of prefix and origin AS, may be compressed",
-     "The routes fall on the ten tables of the forwarding information base, in VRF 1.",
+     "The routes fall on the ten tables of the forwarding information base, in VRF 1. Routes that the switch has\n"
+     "already are left alone; one with another next hop is refused, and with --replace it gets that of the file.\n"
+     "Lines that are no routes are passed over, with exit code 6 at the end; with --strict nothing is written then,\n"
+     "and the exit code is 5.",
      {"load-routes data/routes_small.txt.gz", "load-routes data/routes_small.txt.gz --dry-run"},
-     {w::file, w::nothing, w::nothing},
-     {},
+     {w::file, w::choice, w::choice},
+     route_choices,
      load_routes},
 
     {"save",
@@ -342,7 +346,7 @@ constexpr command all_commands[] = {
      operating,
      "A B [counts] [cells=N]",
      "shows what turns one state into another: each a saved file, or 'live'",
-     "The fewest commands, as a script that -f runs on a switch that holds A. Without 'counts' counters and what is\n"
+     "The commands, as a script that -f runs on a switch after 'load A'. Without 'counts' counters and what is\n"
      "left of times to live are not compared, as traffic and time change them. Exit code 3 where there is any.",
      {"diff live live", "diff /tmp/tvsh-state.json /tmp/tvsh-state.json"},
      {w::state, w::state, w::choice},

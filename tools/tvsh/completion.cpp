@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "command.h"
+#include "commands.h"
 #include "entry_words.h"
 #include "fields.h"
 #include "session.h"
@@ -173,7 +174,11 @@ std::vector<std::string> session::complete(std::string_view line, const std::fil
   } else if (std::ranges::count(words, "|") == 0) {
     const command *const what = row_of(commands(), words[0]);
     if (what != nullptr) all = candidates(*what, std::span(words).subspan(1), folder, begun);
-    if (begun.starts_with('-')) all = {"-j", "--json", "--raw", "--hw", "--dry-run"};
+    if (begun.starts_with('-')) {
+      all = {"-j", "--json", "--raw", "--hw", "--dry-run"};
+      if (what != nullptr && what->run == load_routes)
+        all.insert(all.end(), what->choices.begin(), what->choices.end());
+    }
   }
   std::erase_if(all, [&](const std::string &name) { return !name.starts_with(begun); });
   std::ranges::sort(all);

@@ -18,4 +18,10 @@ inline std::string counted(std::uint64_t count, std::string_view one, std::strin
   return text;
 }
 
+/// How far a command came: "2 of 5 changes made, 3 not".
+inline std::string changes_text(std::uint64_t made, std::uint64_t total)
+{
+  return std::to_string(made) + " of " + counted(total, "change") + " made, " + std::to_string(total - made) + " not";
+}
+
 }  // namespace tarvex::shell

@@ -7,6 +7,7 @@
 #include <map>
 #include <mutex>
 
+#include "change_queue.h"
 #include "digest_log.h"
 #include "guarded.h"
 #include "own_writes.h"
@@ -20,6 +21,7 @@ struct device_memory {
   digest_log digests;
   update_record meant;
   update_feed updates;  // goes ahead of its receivers
+  change_queue changes;
 };
 
 class switch_memory {

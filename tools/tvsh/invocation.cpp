@@ -39,6 +39,13 @@ result_member::result_member(std::string_view name, std::span<const std::string_
   json_ += json_.empty() ? "[]" : "]";
 }
 
+change_queue::turn invocation::take_turn(const std::string &what) const
+{
+  return {shell.memory().changes, shell.client + " ('" + what + "')",
+          [&](const std::string &holder) { out.note("waiting for " + holder + "; Ctrl-C ends the wait"); },
+          [&] { shell.check_interrupt(); }};
+}
+
 bool invocation::only_checked(const std::string &what) const
 {
   if (!chosen.dry_run) return false;

@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include "change_queue.h"
 #include "command_line.h"
 #include "function_call.h"
 #include "output.h"
@@ -58,6 +59,10 @@ struct invocation {
   std::string path(const std::string &name) const;
   /// Throws argument_error where there are more words.
   void expect_at_most(std::size_t count) const;
+
+  /// For a command that changes or saves the state as a whole: `what` it is, for those who wait meanwhile. Sessions
+  /// take turns at a device, so that no such command meets the half-done work of another.
+  change_queue::turn take_turn(const std::string &what) const;
 
   /// Whether --dry-run keeps a write from being made; says so.
   bool only_checked(const std::string &what) const;

@@ -16,8 +16,9 @@ struct profile_matching {
   std::map<std::uint32_t, std::uint32_t> groups;
 };
 
-/// `there` and `wanted` are the profile in both states, the tables those that refer to it. Members pair only where they
-/// have the same action, which no modification changes; groups only where their sizes may be the same.
+/// `there` and `wanted` are the profile in both states, the tables those that refer to it. Where the states differ only
+/// in the numbers of members and groups, the matching makes them the same. Members pair only where they have the same
+/// action, which no modification changes; groups only where their sizes may be the same.
 profile_matching match_profile(const model_profile &there, const model_table &table_there, const model_profile &wanted,
                                const model_table &table_wanted);
 

@@ -89,6 +89,7 @@ exit_code restart_library(const invocation &call)
   const std::string &name = call.word(0, "log|replay");
   const auto chosen = std::ranges::find(roads, name, &road::name);
   if (chosen == std::end(roads)) throw usage_error(no_such("road back", name, names_of(roads)));
+  const change_queue::turn turn = call.take_turn("restart " + name);
   const json_document before = log_of(call);
   if (call.only_checked("restarting by the " + name)) return exit_code::ok;
   require_success(p4_pd_tarvex_switch_dev_remove(call.where().device), "forgetting what the library knows");

@@ -42,10 +42,11 @@ class session : public interpreter {
 
   void interrupt() noexcept override { interrupted_ = true; }
   void clear_interrupt() noexcept override { interrupted_ = false; }
+  bool interrupted() const { return interrupted_.load(std::memory_order_relaxed); }
   /// Throws shell_error after an interrupt; long work asks now and then.
   void check_interrupt() const
   {
-    if (interrupted_.load(std::memory_order_relaxed)) throw shell_error(exit_code::interrupted, "interrupted");
+    if (interrupted()) throw shell_error(exit_code::interrupted, "interrupted");
   }
 
   const std::shared_ptr<switch_memory> &shared_memory() const { return memory_; }
@@ -73,6 +74,7 @@ class session : public interpreter {
   target where;
   std::map<std::string, std::uint32_t, std::less<>> names;  // of members and groups; $NAME stands for the handle
   std::unique_ptr<trace_view> traced;                       // while the session shows the trace
+  std::string client = "this shell";                        // how others are told who has his turn
   std::filesystem::path folder;  // that relative names of files begin from; empty for the process's own
 
  private:

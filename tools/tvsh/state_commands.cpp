@@ -59,11 +59,11 @@ reading_progress progress_of(const invocation &call, std::string_view label)
 std::unique_ptr<const state_model> read_state(const invocation &call, const std::string &name, const state_words &words)
 {
   return read_until_unchanged([&] {
-    auto state = std::make_unique<state_model>(words.flag);
+    file_place at;
+    auto state = std::make_unique<state_model>(words.flag, name == live_name ? nullptr : &at);
     if (name == live_name) {
       read_live_state(call, words.reading, *state);
     } else {
-      file_place at;
       read_state_file(call.path(name), *state, at, progress_of(call, "reading"));
     }
     return state;
@@ -85,14 +85,14 @@ class quiet_output : public output {
   output &to_;
 };
 
-void show_operations(const invocation &call, const std::vector<std::string> &operations)
+void show_operations(const invocation &call, const std::vector<operation> &operations)
 {
   if (!call.chosen.json) {  // a script as it stands
-    for (const std::string &each : operations) call.out.line(each);
+    for (const operation &each : operations) call.out.line(each.command);
     return;
   }
   report rows(call.out, call.chosen, "operations", {{"command"}});
-  for (const std::string &each : operations) rows.cell(each).end_row();
+  for (const operation &each : operations) rows.cell(each.command).end_row();
   rows.finish();
 }
 
@@ -107,8 +107,8 @@ void show_counts(const invocation &call, std::string_view text, const state_coun
                      {"settings", counts.settings}});
 }
 
-std::vector<std::string> operations_between(const invocation &call, const std::string &from, const std::string &to,
-                                            const state_words &words)
+std::vector<operation> operations_between(const invocation &call, const std::string &from, const std::string &to,
+                                          const state_words &words)
 {
   const auto there = read_state(call, from, words);
   const auto wanted = read_state(call, to, words);
@@ -122,6 +122,7 @@ exit_code save_state(const invocation &call)
   const std::string file = call.path(call.word(0, "FILE"));
   const state_words words = parse_state_words(call, 1, "");
   if (call.only_checked("saving to " + file)) return exit_code::ok;
+  const change_queue::turn turn = call.take_turn("save " + call.words[0]);
   const state_counts saved = read_until_unchanged([&] {
     replaced_file to(file);
     state_file_writer writer(to);
@@ -139,6 +140,7 @@ exit_code load_state(const invocation &call)
 {
   const std::string file = call.path(call.word(0, "FILE"));
   const state_words words = parse_state_words(call, 1, "replace");
+  const change_queue::turn turn = call.take_turn("load " + call.words[0]);
   file_place at;
   state_counter counter;
   read_state_file(file, counter, at, progress_of(call, "checking"));
@@ -151,17 +153,19 @@ exit_code load_state(const invocation &call)
   try {
     if (words.flag) clear_state(call, words.reading.cells);
   } catch (const shell_error &error) {
-    throw shell_error(
-        error.code(),
-        std::string(error.what()) + "; some of what the switch held is gone, and nothing of " + file + " was written");
+    throw shell_error(error.code(), std::string(error.what()) + "; nothing of " + file + " was written");
   }
   state_loader loader(call);
   try {
-    read_state_file(file, loader, at, progress_of(call, "loading"));
+    // The loader looks for an interrupt before each part; amid the bytes of one it would have no place to name.
+    read_state_file(file, loader, at,
+                    [&](std::uint64_t done, std::uint64_t total) { call.out.progress("loading", done, total); });
   } catch (const shell_error &error) {
     const std::string place = error.code() == exit_code::file ? "" : at.text();  // that of a bad file is told already
-    throw shell_error(error.code(), place + error.what() + "; the switch holds what stands ahead of it: " +
-                                        loader.written.text() + " of " + counter.counts.text());
+    throw shell_error(error.code(), place + error.what() + "; " +
+                                        changes_text(loader.written.total(), counter.counts.total()) +
+                                        (loader.partly() ? ", and this one in part" : "") + "; the switch holds " +
+                                        loader.written.text() + " of the file");
   }
   show_counts(call, "loaded " + loader.written.text(), loader.written);
   return exit_code::ok;
@@ -179,22 +183,26 @@ exit_code compare_states(const invocation &call)
 exit_code apply_state(const invocation &call)
 {
   const std::string &file = call.word(0, "FILE");
-  const auto operations = operations_between(call, std::string(live_name), file, parse_state_words(call, 1, "counts"));
+  const state_words words = parse_state_words(call, 1, "counts");
   if (call.chosen.dry_run) {
-    show_operations(call, operations);
+    show_operations(call, operations_between(call, std::string(live_name), file, words));
     return exit_code::ok;
   }
+  const change_queue::turn turn = call.take_turn("apply " + file);
+  const std::vector<operation> operations = operations_between(call, std::string(live_name), file, words);
+  const auto stop = [&](std::uint64_t made, exit_code code) {
+    const operation &first = operations[made];
+    const std::string place = call.path(file) + (first.line == 0 ? "" : ':' + std::to_string(first.line));
+    throw shell_error(code, place + ": stopped at: " + first.command + "; " + changes_text(made, operations.size()));
+  };
   quiet_output quiet(call.out);
-  std::size_t done = 0;
-  for (const std::string &each : operations) {
-    call.shell.check_interrupt();
-    if (const exit_code code = call.shell.run_plainly(each, quiet); code != exit_code::ok) {
-      throw shell_error(
-          code, std::to_string(done) + " of " + counted(operations.size(), "operation") + " made; stopped at: " + each);
-    }
-    if (++done % 256 == 0) call.out.progress("applying", done, operations.size());
+  std::uint64_t made = 0;
+  for (const operation &each : operations) {
+    if (call.shell.interrupted()) stop(made, exit_code::interrupted);
+    if (const exit_code code = call.shell.run_plainly(each.command, quiet); code != exit_code::ok) stop(made, code);
+    if (++made % 256 == 0) call.out.progress("applying", made, operations.size());
   }
-  call.result(counted(done, "operation"), {{"done", true}, {"operations", done}});
+  call.result(counted(made, "change"), {{"done", true}, {"changes", made}});
   return exit_code::ok;
 }
 

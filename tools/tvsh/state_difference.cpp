@@ -14,7 +14,18 @@ namespace tarvex::shell {
 
 namespace {
 
-using word_list = std::vector<std::string>;
+/// Commands that are stamped with the line that the finder is at.
+class operation_list {
+ public:
+  explicit operation_list(const std::uint64_t &line) : line_(line) {}
+
+  void push_back(std::string command) { all_.push_back({std::move(command), line_}); }
+  void move_to(std::vector<operation> &to) { std::ranges::move(all_, std::back_inserter(to)); }
+
+ private:
+  const std::uint64_t &line_;
+  std::vector<operation> all_;
+};
 
 const model_table no_table;
 const model_profile no_profile;
@@ -59,17 +70,17 @@ class difference_finder {
   {
   }
 
-  word_list find()
+  std::vector<operation> find()
   {
     for (const profile_info &profile : calls::profiles) compare_profile(profile);
     for (const table_info &table : calls::tables) compare_idle(table);
     for (const table_info &table : calls::tables) compare_table(table);
     for (const resource_info &resource : calls::resources) compare_resource(resource);
     compare_services();
-    word_list all;
-    for (word_list *const list : {&names_, &deleted_entries_, &members_, &groups_, &settings_, &entries_, &behind_,
-                                  &deleted_groups_, &deleted_members_}) {
-      std::ranges::move(*list, std::back_inserter(all));
+    std::vector<operation> all;
+    for (operation_list *const list : {&names_, &deleted_entries_, &members_, &groups_, &settings_, &entries_, &behind_,
+                                       &deleted_groups_, &deleted_members_}) {
+      list->move_to(all);
     }
     return all;
   }
@@ -82,7 +93,7 @@ class difference_finder {
     const std::string name = kind + std::to_string(id) + '.' + profile.name;
     if (named_.insert(name).second) {
       const model_profile &model = part_of(there_.profiles, profile, no_profile);
-      const auto position = is_group ? std::ranges::find(model.groups, id, &profile_group::id) - model.groups.begin()
+      const auto position = is_group ? std::ranges::find(model.groups, id, &model_group::id) - model.groups.begin()
                                      : std::ranges::find(model.members, id, &model_member::id) - model.members.begin();
       names_.push_back("let " + name + ' ' + kind + ' ' + profile.name + ' ' + std::to_string(position + 1));
     }
@@ -126,6 +137,7 @@ class difference_finder {
     std::map<std::uint32_t, const model_member *> members;
     for (const model_member &each : there.members) members[each.id] = &each;
     for (const model_member &each : wanted.members) {
+      line_ = each.line;
       const auto pair = matching.members.find(each.id);
       if (pair == matching.members.end()) {
         members_.push_back("member" + of_profile + " add" +
@@ -139,13 +151,15 @@ class difference_finder {
       }
       members.erase(pair->second);
     }
+    line_ = 0;
     for (const auto &[id, member] : members | std::views::reverse) {
       deleted_members_.push_back("member" + of_profile + " delete " + name_there(profile, false, id));
     }
 
-    std::map<std::uint32_t, const profile_group *> groups;
-    for (const profile_group &each : there.groups) groups[each.id] = &each;
-    for (const profile_group &each : wanted.groups) {
+    std::map<std::uint32_t, const model_group *> groups;
+    for (const model_group &each : there.groups) groups[each.id] = &each;
+    for (const model_group &each : wanted.groups) {
+      line_ = each.line;
       const auto pair = matching.groups.find(each.id);
       if (pair == matching.groups.end()) {
         const std::size_t size =
@@ -155,10 +169,15 @@ class difference_finder {
         compare_members(profile, profile_group{}, each);
         if (each.members.empty()) let_refer_to(profile, each.id, wanted);
       } else {
-        compare_members(profile, *groups.at(pair->second), each);
+        const model_group &group = *groups.at(pair->second);
+        compare_members(profile, group, each);
+        if (group.members.empty() && each.members.empty() && !is_referred_to(there_, profile, group.id)) {
+          let_refer_to(profile, each.id, wanted);
+        }
         groups.erase(pair->second);
       }
     }
+    line_ = 0;
     for (const auto &[id, group] : groups | std::views::reverse) {
       deleted_groups_.push_back("group" + of_profile + " delete " + name_there(profile, true, id));
     }
@@ -195,14 +214,18 @@ class difference_finder {
     }
   }
 
-  /// No entry can refer to a group that never had a member: a new one that is empty has one for a moment.
+  static bool is_referred_to(const state_model &state, const profile_info &profile, std::uint32_t group)
+  {
+    const model_table &table = part_of(state.tables, table_of(profile.table), no_table);
+    const auto refers = [&](const model_entry &entry) { return entry.is_group && entry.reference == group; };
+    return std::ranges::any_of(table.entries, refers) ||
+           (table.default_entry != nullptr && refers(*table.default_entry));
+  }
+
+  /// No entry can refer to a group that never had a member: one that is empty has one for a moment.
   void let_refer_to(const profile_info &profile, std::uint32_t group, const model_profile &wanted)
   {
-    const model_table &table = part_of(wanted_.tables, table_of(profile.table), no_table);
-    const auto refers = [&](const model_entry &entry) { return entry.is_group && entry.reference == group; };
-    const bool referred =
-        std::ranges::any_of(table.entries, refers) || (table.default_entry != nullptr && refers(*table.default_entry));
-    if (!referred || wanted.members.empty()) return;
+    if (!is_referred_to(wanted_, profile, group) || wanted.members.empty()) return;
     for (const char *const verb : {" add ", " remove "}) {
       groups_.push_back(std::string("group ") + profile.name + verb + handle_text(profile, true, group) + ' ' +
                         handle_text(profile, false, wanted.members.front().id));
@@ -213,6 +236,7 @@ class difference_finder {
   {
     if (!there.fallback && !wanted.fallback) return;
     if (there.fallback && wanted.fallback && same_reference(profile, false, *there.fallback, *wanted.fallback)) return;
+    line_ = wanted_.line_of(&profile);
     groups_.push_back(std::string("group ") + profile.name + " fallback " +
                       (wanted.fallback ? handle_text(profile, false, *wanted.fallback) : "none"));
   }
@@ -222,6 +246,7 @@ class difference_finder {
     const auto &there = part_of(there_.tables, table, no_table).idle;
     const auto &wanted = part_of(wanted_.tables, table, no_table).idle;
     if (there == wanted) return;
+    line_ = wanted_.line_of(&table);
     const std::string idle = std::string("idle ") + table.name;
     settings_.push_back(wanted ? idle + " enable mode=" + (wanted->notify ? "notify" : "poll") +
                                      " interval=" + std::to_string(wanted->interval) +
@@ -269,6 +294,7 @@ class difference_finder {
     by_key.reserve(there.entries.size());
     for (const model_entry &each : there.entries) by_key.emplace(each.key, &each);
     for (const model_entry &each : wanted.entries) {
+      line_ = each.line;
       const auto found = by_key.find(each.key);
       if (found == by_key.end()) {
         std::string line = verb(table, "add") + key_text(table, each) + body_text(table, each);
@@ -287,6 +313,7 @@ class difference_finder {
       }
       by_key.erase(found);
     }
+    line_ = 0;
     if (by_key.empty()) return;
     for (const model_entry &each : there.entries | std::views::reverse) {
       const auto found = by_key.find(each.key);
@@ -298,6 +325,7 @@ class difference_finder {
 
   void compare_default(const table_info &table, const model_entry *there, const model_entry *wanted)
   {
+    line_ = wanted == nullptr ? 0 : wanted->line;
     if (wanted == nullptr) {
       if (there != nullptr) deleted_entries_.push_back(std::string("reset-default ") + table.name);
       return;
@@ -353,6 +381,7 @@ class difference_finder {
     const cell_value blank = blank_of(resource);
     const cell_value rest_there = there.rest.value_or(blank);
     const cell_value rest = wanted.rest.value_or(blank);
+    line_ = wanted_.line_of(&resource);
     std::map<std::uint32_t, cell_value> left;  // that is there once all cells have been set
     if (same_cell(rest_there, rest)) {
       left = there.cells;
@@ -360,12 +389,15 @@ class difference_finder {
       behind_.push_back(cell_command(resource, "all", rest));
     }
     for (const auto &[index, value] : wanted.cells) {
+      const auto line = wanted.lines.find(index);
+      line_ = line == wanted.lines.end() ? 0 : line->second;
       const auto found = left.find(index);
       if (!same_cell(found != left.end() ? found->second : rest, value)) {
         behind_.push_back(cell_command(resource, std::to_string(index), value));
       }
       if (found != left.end()) left.erase(found);
     }
+    line_ = 0;
     for (const auto &[index, value] : left) {
       if (!same_cell(value, rest)) behind_.push_back(cell_command(resource, std::to_string(index), rest));
     }
@@ -374,6 +406,7 @@ class difference_finder {
   void compare_services()
   {
     for (const auto &[hash, wanted] : wanted_.hashes) {
+      line_ = wanted_.line_of(hash);
       const auto there = there_.hashes.find(hash);
       const std::string calculation = std::string("hash ") + hash->name;
       if (there == there_.hashes.end() || there->second.seed != wanted.seed) {
@@ -386,8 +419,11 @@ class difference_finder {
       }
       behind_.push_back(calculation + " fields" + fields);
     }
+    line_ = 0;
     compare_value_sets(there_.value_sets, wanted_.value_sets, " delete");
+    line_ = wanted_.line_of(&wanted_.value_sets);
     compare_value_sets(wanted_.value_sets, there_.value_sets, " add");
+    line_ = wanted_.line_of(&wanted_.timeout);
     if (wanted_.timeout && wanted_.timeout != there_.timeout) {
       behind_.push_back("digests timeout " + std::to_string(*wanted_.timeout));
     }
@@ -412,13 +448,14 @@ class difference_finder {
   std::map<const profile_info *, profile_matching> matchings_;
   std::set<std::string> named_;
   entry_texts texts_;
-  word_list names_, deleted_entries_, members_, groups_, settings_, entries_, behind_, deleted_groups_,
-      deleted_members_;
+  std::uint64_t line_ = 0;  // of the wanted part that is compared; 0 where there is none
+  operation_list names_{line_}, deleted_entries_{line_}, members_{line_}, groups_{line_}, settings_{line_},
+      entries_{line_}, behind_{line_}, deleted_groups_{line_}, deleted_members_{line_};
 };
 
 }  // namespace
 
-std::vector<std::string> difference(const state_model &there, const state_model &wanted, bool live)
+std::vector<operation> difference(const state_model &there, const state_model &wanted, bool live)
 {
   return difference_finder(there, wanted, live).find();
 }

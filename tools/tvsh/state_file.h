@@ -6,6 +6,10 @@
 //   ]},
 //   "entries":{"ipv4Host":[ ...
 //
+// What is promised: a reader takes files of every version up to its own, and refuses a newer one by its number before it
+// writes anything. Version 1 is what all releases so far have written. Whatever changes the meaning of a file, or adds
+// what an older reader would have to obey, raises the version.
+//
 // An element has a line, and values are written as the commands take them. Files are written and read as streams: what
 // is held does not grow with the entries.
 //
@@ -17,6 +21,7 @@
 #include <string>
 
 #include "entry_contents.h"
+#include "file_place.h"
 #include "json_text.h"
 #include "replaced_file.h"
 #include "state_counts.h"
@@ -68,17 +73,6 @@ class state_file_writer : public state_counter {
 
 /// Called now and then with the bytes read, of how many; may throw.
 using reading_progress = std::function<void(std::uint64_t, std::uint64_t)>;
-
-/// Where the reader of a file is.
-struct file_place {
-  std::string file;
-  std::uint64_t line = 1;
-  std::string section;
-  std::string owner;
-
-  /// "FILE:LINE: entries of ipv4Host: "
-  std::string text() const;
-};
 
 /// Hands the state of a file to a visitor, each part checked against the rows and against what it refers to. Throws
 /// file_error that names file, line, section and table. `at` tells where the reader is, for a visitor that throws.

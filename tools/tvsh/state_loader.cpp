@@ -21,6 +21,12 @@ state_loader::state_loader(const invocation &call) : call_(call)
   for (const auto &[handle, entry] : there) value_sets_there_.insert(entry);
 }
 
+void state_loader::begin()
+{
+  partly_ = false;
+  call_.shell.check_interrupt();
+}
+
 function_call &state_loader::call_of(const exported_function &function)
 {
   std::unique_ptr<function_call> &made = calls_[&function];
@@ -30,6 +36,7 @@ function_call &state_loader::call_of(const exported_function &function)
 
 void state_loader::member(const profile_info &profile, const profile_member &state)
 {
+  begin();
   std::uint32_t handle = 0;
   call_of(*function_for(family_id::add_member, use_of(profile.actions, *state.action)))
       .give(action_spec, state.parameters.data())
@@ -41,10 +48,12 @@ void state_loader::member(const profile_info &profile, const profile_member &sta
 
 void state_loader::group(const profile_info &profile, const profile_group &state)
 {
+  begin();
   handles &known = handles_[&profile];
   const std::uint32_t size =
       state.size.value_or(std::max(std::uint32_t{1}, static_cast<std::uint32_t>(state.members.size())));
   const std::uint32_t handle = create_group(call_, profile, size);
+  partly_ = true;
   // What the file did not tell is no more known now.
   if (!state.size) call_.shell.written()->group_sizes.erase({profile.selector_table, handle});
   known.groups[state.id] = handle;
@@ -73,17 +82,20 @@ void state_loader::fill_once(const profile_info &profile, std::uint32_t group)
   if (known.members.empty() || known.never_filled.erase(group) == 0) return;
   const std::uint32_t member = known.members.begin()->second;
   change_group(profile, group, family_id::add_member_to_group, member, "adding");
+  partly_ = true;
   change_group(profile, group, family_id::del_member_from_group, member, "removing");
 }
 
 void state_loader::fallback(const profile_info &profile, std::uint32_t member)
 {
+  begin();
   set_fallback(call_, profile, handles_[&profile].members.at(member));
   ++written.settings;
 }
 
 void state_loader::idle(const table_info &table, const idle_setting &setting)
 {
+  begin();
   enable_idle_time(call_, table, setting);
   ++written.settings;
 }
@@ -117,6 +129,7 @@ std::uint32_t state_loader::write_entry(const table_info &table, const entry_sta
   const auto status = static_cast<pd_status_t>(call->make());
   if (status != BF_SUCCESS) throw refused_error(status, std::string(what) + ' ' + table.name);
   if (state.counter) {
+    partly_ = true;
     const resource_info &counter = *direct_counter(table);
     call_of(function_for(family_id::counter_write, counter))
         .give(entry_hdl, handle)
@@ -128,6 +141,7 @@ std::uint32_t state_loader::write_entry(const table_info &table, const entry_sta
 
 void state_loader::default_entry(const table_info &table, const entry_state &state)
 {
+  begin();
   write_entry(table, state, family_id::set_default_action, family_id::set_indirect_default, "setting the default of");
   table_ = nullptr;  // entries are written by other functions
   ++written.defaults;
@@ -135,25 +149,30 @@ void state_loader::default_entry(const table_info &table, const entry_state &sta
 
 void state_loader::entry(const table_info &table, const entry_state &state)
 {
+  begin();
   write_entry(table, state, family_id::entry_add, family_id::add_indirect_entry, "adding an entry to");
-  if (++written.entries % 1024 == 0) call_.shell.check_interrupt();
+  ++written.entries;
 }
 
 void state_loader::cell(const resource_info &resource, const cell_state &state)
 {
+  begin();
   write_cell(call_, resource, state);
   ++written.cells;
 }
 
 void state_loader::hash(const hash_info &hash, const hash_state &state)
 {
+  begin();
   write_hash_seed(hash, state.seed, call_.where());
+  partly_ = true;
   write_hash_fields(hash, state.selected, call_.where());
   ++written.settings;
 }
 
 void state_loader::value_set(const value_set_entry &entry)
 {
+  begin();
   const auto there = value_sets_there_.find(entry);
   if (there == value_sets_there_.end()) {
     add_to_value_set(call_, entry);
@@ -165,6 +184,7 @@ void state_loader::value_set(const value_set_entry &entry)
 
 void state_loader::learning_timeout(std::uint32_t timeout)
 {
+  begin();
   set_learning_timeout(call_, timeout);
   ++written.settings;
 }

@@ -30,6 +30,8 @@ class state_loader : public state_visitor {
   void learning_timeout(std::uint32_t timeout) override;
 
   state_counts written;
+  /// Whether the part that a refusal ended had been written to in part.
+  bool partly() const { return partly_; }
 
  private:
   struct handles {
@@ -37,6 +39,9 @@ class state_loader : public state_visitor {
     std::map<std::uint32_t, std::uint32_t> groups;
     std::set<std::uint32_t> never_filled;  // groups, by the switch's handles, that had no member since they were made
   };
+
+  /// Before each part: nothing of it is written after an interrupt.
+  void begin();
 
   /// The call that writes, prepared once for each function.
   function_call &call_of(const exported_function &function);
@@ -48,6 +53,7 @@ class state_loader : public state_visitor {
                             const char *what);
 
   const invocation &call_;
+  bool partly_ = false;
   std::multiset<value_set_entry> value_sets_there_;
   std::map<const profile_info *, handles> handles_;
   std::map<const exported_function *, std::unique_ptr<function_call>> calls_;
@@ -59,7 +65,7 @@ class state_loader : public state_visitor {
 bool holds_state(const invocation &call);
 
 /// Takes everything off the switch that a state can hold: entries, groups and members in the reverse order of how they
-/// are written. `cells`: as in a reading of the live state. Throws refused_error.
+/// are written. `cells`: as in a reading of the live state. Throws shell_error, which says how much is gone.
 void clear_state(const invocation &call, std::uint32_t cells);
 
 }  // namespace tarvex::shell

@@ -28,16 +28,25 @@ model_action state_model::action_of(const action_info *action, const record_memo
 
 void state_model::member(const profile_info &profile, const profile_member &state)
 {
-  profiles[&profile].members.push_back({state.id, action_of(state.action, state.parameters)});
+  profiles[&profile].members.push_back({state.id, action_of(state.action, state.parameters), line()});
 }
 
 void state_model::group(const profile_info &profile, const profile_group &state)
 {
-  profiles[&profile].groups.push_back(state);
+  profiles[&profile].groups.push_back({state, line()});
 }
 
-void state_model::fallback(const profile_info &profile, std::uint32_t member) { profiles[&profile].fallback = member; }
-void state_model::idle(const table_info &table, const idle_setting &setting) { tables[&table].idle = setting; }
+void state_model::fallback(const profile_info &profile, std::uint32_t member)
+{
+  profiles[&profile].fallback = member;
+  lines_[&profile] = line();
+}
+
+void state_model::idle(const table_info &table, const idle_setting &setting)
+{
+  tables[&table].idle = setting;
+  lines_[&table] = line();
+}
 
 model_entry state_model::entry_of(const table_info &table, const entry_state &state)
 {
@@ -50,6 +59,7 @@ model_entry state_model::entry_of(const table_info &table, const entry_state &st
   entry.is_group = state.is_group;
   entry.reference = state.is_group ? state.group : state.member;
   entry.ttl = state.ttl.value_or(0);
+  entry.line = line();
   if (state.meter) entry.meter = std::make_unique<pd_meter_spec_t>(*state.meter);
   if (state.counter && counts_) entry.counter = std::make_unique<pd_counter_value_t>(*state.counter);
   return entry;
@@ -70,13 +80,29 @@ void state_model::cell(const resource_info &resource, const cell_state &state)
   if (resource.kind == resource_kind::counter && !counts_) return;
   if (state.index) {
     resources[&resource].cells[*state.index] = state.value;
+    if (at_ != nullptr) resources[&resource].lines[*state.index] = line();
   } else {
     resources[&resource].rest = state.value;
+    lines_[&resource] = line();
   }
 }
 
-void state_model::hash(const hash_info &hash, const hash_state &state) { hashes[&hash] = state; }
-void state_model::value_set(const value_set_entry &entry) { value_sets.insert(entry); }
-void state_model::learning_timeout(std::uint32_t told) { timeout = told; }
+void state_model::hash(const hash_info &hash, const hash_state &state)
+{
+  hashes[&hash] = state;
+  lines_[&hash] = line();
+}
+
+void state_model::value_set(const value_set_entry &entry)
+{
+  if (value_sets.empty()) lines_[&value_sets] = line();
+  value_sets.insert(entry);
+}
+
+void state_model::learning_timeout(std::uint32_t told)
+{
+  timeout = told;
+  lines_[&timeout] = line();
+}
 
 }  // namespace tarvex::shell

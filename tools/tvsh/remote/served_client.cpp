@@ -22,6 +22,15 @@ served_client::served_client(descriptor socket, const target &where, std::shared
 {
 }
 
+void served_client::name_session()
+{
+  ucred peer{};
+  socklen_t size = sizeof peer;
+  if (getsockopt(socket_.get(), SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0) {
+    session_.client = "process " + std::to_string(peer.pid);
+  }
+}
+
 served_client::~served_client()
 {
   leave();
@@ -71,6 +80,7 @@ void served_client::greet(const client_hello &hello)
 {
   session_.defaults = hello.defaults;
   session_.folder = hello.folder;
+  name_session();
   if (hello.device) session_.where.device = *hello.device;
   post(frame_kind::hello, written(server_hello{session_.where.device, static_cast<std::uint32_t>(getpid())}));
 }

@@ -54,6 +54,7 @@ class served_client {
 
   void take(const frame &asked);
   void greet(const client_hello &hello);
+  void name_session();
   /// Hands a request to the client's thread; false while it has one.
   bool post(frame_kind kind, std::string_view text);
 
