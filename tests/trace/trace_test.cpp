@@ -116,7 +116,7 @@ TEST_F(trace_test, calls_are_told_with_what_they_mean)
       {"add ipv6ShortMaskLpm vrfId=1 dip=2001:c00::/22 setEcmp ecmpGroup=1",
        "pipe_mgr_mat_ent_add(sess=1, dev=0 pipe=ffff, tbl=ipv6ShortMaskLpm, match={vrfId=1 dip=2001:c00::/22}, "
        "act=setEcmp, action={ecmpGroup=1}, ttl=0, entry=1) = 0 OK <>\n"},
-      {"add ipv4FinalResolve fibPartitionIndex=7 dip=10.1.0.0/16 setNextHop nextHop=3",
+      {"add ipv4FinalResolve fibPartitionIndex=7 dip=10.1.0.0/16 setNextHop nextHop=3 --force",
        "pipe_mgr_mat_ent_add(sess=1, dev=0 pipe=ffff, tbl=ipv4FinalResolve, match={fibPartitionIndex=7 "
        "dip=10.1.0.0/16}, act=setNextHop, action={nextHop=3}, ttl=0, entry=1) = 0 OK <>\n"},
       {"add l2SmacCheck smac=00:1c:73:00:00:00/ff:ff:ff:00:00:00 priority=10 setIllegalSmac",
@@ -327,7 +327,7 @@ constexpr std::string_view writes[] = {
     "add ipv4Host vrfId=1 dip=10.0.0.3 onMiss ttl=700",
     "delete ipv4Host handle=2",
     "add ipv6ShortMaskLpm vrfId=1 dip=2001:c00::/22 setEcmp ecmpGroup=1",
-    "add ipv4FinalResolve fibPartitionIndex=7 dip=10.1.0.0/16 setNextHop nextHop=3",
+    "add ipv4FinalResolve fibPartitionIndex=7 dip=10.1.0.0/16 setNextHop nextHop=3 --force",
     "add l2SmacCheck smac=00:1c:73:00:00:00/ff:ff:ff:00:00:00 priority=10 setIllegalSmac",
     "add l2LookupMiss priority=1 l2LookupBcastHit cir=10 cburst=20 pir=30 pburst=40",
     "meter stormControlMeter handle=1 cir=1 cburst=2 pir=3 pburst=4",

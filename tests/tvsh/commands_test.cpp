@@ -71,7 +71,7 @@ TEST_F(commands_test, entries_are_written_and_shown_by_name)
       {"count l2SmacCheck", "l2SmacCheck 2\n"},
       {"add ipv6ShortMaskLpm vrfId=1 dip=2001:c00::/22 setEcmp ecmpGroup=1", "entry 1\n"},
       {"dump ipv6ShortMaskLpm", "1 1 2001:c00::/22 setEcmp ecmpGroup=1\n"},
-      {"add ipv4FinalResolve fibPartitionIndex=7 dip=10.1.0.0/16 setNextHop nextHop=3", "entry 1\n"},
+      {"add ipv4FinalResolve fibPartitionIndex=7 dip=10.1.0.0/16 setNextHop nextHop=3 --force", "entry 1\n"},
       {"dump ipv4FinalResolve", "1 7 10.1.0.0/16 setNextHop nextHop=3\n"},
       {"sim lookup ipv4FinalResolve fibPartitionIndex=7 dip=10.1.2.3", "1 7 10.1.0.0/16 setNextHop nextHop=3\n"},
       {"sim lookup ipv4FinalResolve fibPartitionIndex=8 dip=10.1.2.3", "a miss, and there is no default entry\n"},
@@ -129,7 +129,7 @@ TEST_F(commands_test, resources_and_services_are_written_and_shown)
       {"counters pdpClassCount 2-3", "2 5 50\n3 7 18446744073709551615\n"},
       {"add ingL2DomainCount decapType=1 ingL3Aintf=9 onMiss", "entry 1\n"},
       {"sim count ingL2DomainCount decapType=1 ingL3Aintf=9 packets=2", ""},
-      {"counters ingL2DomainCounters", "1 2 128 decap 1 l3Intf 9\n"},
+      {"counters ingL2DomainCounters", "1 2 128 decapType=1 ingL3Aintf=9 decap 1 l3Intf 9\n"},
       {"meter pdpMeter 1 cir=1 cburst=2 pir=3 pburst=4", ""},
       {"meters pdpMeter 1", "1 1 2 3 4 unaware\n"},
       {"wred wredBlock 2 time=0.5 min=1 max=2 probability=0.25", ""},
@@ -263,6 +263,57 @@ TEST_F(commands_test, every_example_of_the_help_works)
     }
   }
   std::filesystem::remove(saved);
+}
+
+TEST_F(commands_test, help_fits_a_terminal_and_shows_what_a_command_can_name)
+{
+  const auto fits = [](std::string_view text) {
+    for (std::size_t end = 0; !text.empty(); text.remove_prefix(end + 1)) {
+      end = text.find('\n');
+      EXPECT_LE(end, 80u) << text.substr(0, end);
+    }
+  };
+  fits(lines_of("help"));
+  for (const command &each : commands()) {
+    fits(lines_of("help " + std::string(each.name)));
+    EXPECT_TRUE(lines_of(std::string(each.name) + " ?").starts_with("usage: " + std::string(each.name)));
+  }
+  const std::string schema = lines_of("schema ipv4Host");
+  for (const std::string_view line : {"add ipv4Host ?", "help modify ipv4Host", "idle ipv4Host ttl vrfId=1 ?"}) {
+    const std::string shown = lines_of(line);
+    EXPECT_TRUE(shown.starts_with("usage: ") && shown.ends_with(schema)) << shown;
+  }
+  EXPECT_TRUE(lines_of("member ecmpMemberActionProfile add ?").ends_with("setEcmpNextHop  nextHop=16\n"));
+  EXPECT_EQ(lines_of("sim refuse ?"), lines_of("help sim"));
+}
+
+TEST_F(commands_test, headings_have_units_and_json_names_have_none)
+{
+  EXPECT_EQ(squeezed(run("meters pdpMeter 0").headings),
+            "index cir (bytes) cburst (bytes) pir (bytes) pburst (bytes) type\n");
+  EXPECT_EQ(squeezed(run("idle ipv4Host").headings), "handle ttl (ms) state\n");
+  EXPECT_NE(lines_of("meters pdpMeter 0 -j").find("\"cir\":0"), std::string::npos);
+}
+
+// Every column begins where its heading does, whatever stands ahead of it.
+TEST_F(commands_test, wide_tables_stay_aligned)
+{
+  lines_of("add trapToCpu priority=4294967295 etherType=0x806 ingIpv4Dip=255.255.255.255 trapPacket cpuReasonCode=1");
+  lines_of("add trapToCpu priority=1 srcPort=7 noOp");
+  lines_of("add trapToCpu priority=2 dstPort=65535 copyPacket cpuReasonCode=255 llm=1");
+  for (const std::string_view line : {"dump trapToCpu", "counters trapToCpuCount", "tables", "count", "counters"}) {
+    const answer got = run(line);
+    const std::string heading = got.headings.substr(0, got.headings.find('\n'));
+    for (std::size_t at = heading.find("  "); at != std::string::npos; at = heading.find("  ", at)) {
+      at = heading.find_first_not_of(' ', at);
+      if (heading.substr(at) == "label") break;  // behind a key that is longer than a line
+      std::string_view rows = got.lines;
+      for (; !rows.empty(); rows.remove_prefix(rows.find('\n') + 1)) {
+        const std::string_view row = rows.substr(0, rows.find('\n'));
+        EXPECT_TRUE(row.size() <= at || row[at - 1] == ' ') << line << '\n' << heading << '\n' << row;
+      }
+    }
+  }
 }
 
 TEST_F(commands_test, a_script_stops_at_the_first_error_and_names_its_line)

@@ -6,6 +6,7 @@
 
 #include "command.h"
 #include "shell_fixture.h"
+#include "typed_line.h"
 
 namespace tarvex::shell {
 namespace {
@@ -38,6 +39,9 @@ constexpr mistake mistakes[] = {
     {"snapshot fields ingress nothingLikeIt", usage, "no field that matches 'nothingLikeIt'; 'snapshot fields"},
     {"help no", usage, "no command 'no'"},
     {"exit now", usage, "too many"},
+    {"quit now", usage, "too many"},
+    {"dup ipv4Host ?", usage, "did you mean dump?"},
+    {"add ipv4Hots ?", usage, "did you mean ipv4Host?"},
     // names
     {"schema ipv4host", usage, "did you mean ipv4Host"},
     {"schema", usage, "usage: schema TABLE"},
@@ -86,6 +90,9 @@ constexpr mistake mistakes[] = {
     {"modify ipv4Host handle=9 onMiss", refused, "modifying entry 9 of ipv4Host"},
     {"delete ipv4Host", usage, "missing vrfId (8 bits), dip"},
     {"delete ipv4Host vrfId=1 dip=10.9.9.9", refused, "no entry"},
+    {"add finalDropControl ingressPort=300 priority=1 onMiss", usage, "it looks at 0x7f; it would match 44"},
+    {"delete ipv4ShortMaskLpm vrfId=1 dip=11.1.2.3", usage, "would match 11.0.0.0/12. Write that, or add --force"},
+    {"add ipv4Host vrfId=1 dip=10.0.0.1 setNextHop nextHop=1 --forced", usage, "did you mean --force?"},
     {"set-default ipv4Host setEcmp ecmpGroup=1", usage, "these can: onMiss"},
     {"set-default ipv4Host", usage, "ACTION is missing"},
     {"reset-default", usage, "TABLE is missing"},
@@ -105,6 +112,13 @@ constexpr mistake mistakes[] = {
     {"counter pdpClassCount handle=5 packets=1 bytes=1", usage, "by an index"},
     {"counter pdpClassCount 5 packets=1", usage, "bytes= (64 bits) is missing"},
     {"meter pdpMeter 1 cir=1 cburst=1 pir=1 pburst=1 type=grey", usage, "'aware' or 'unaware'"},
+    {"meter pdpMeter 1 cir=1 cburst=1 pir=1 pburst=1 type=aware", usage, "set unaware of it"},
+    {"meter pdpMeter 1 cir=2 cburst=1 pir=1 pburst=1", usage, "pir=1 is below cir=2"},
+    {"add l2LookupMiss priority=1 l2LookupBcastHit cir=10 cburst=20 pir=9 pburst=40", usage, "pir=9 is below cir=10"},
+    {"meter pdpMeter 4294967295 cir=1 cburst=1 pir=1 pburst=1", usage, "is beyond what switches have cells for"},
+    {"counter pdpClassCount 1048576 packets=1 bytes=1", usage, "0 to 1048575; add --force"},
+    {"register ingVlanCheckData 0-9999999 reset", usage, "index 9999999 is beyond"},
+    {"registers ingVlanCheckData 0-9999999", usage, "index 9999999 is beyond"},
     {"wred wredBlock 1 time=a min=1 max=2 probability=0.5", usage, "no number from 0 up"},
     {"wred wredBlock 1 time=1 min=3 max=2 probability=0.5", usage, "max is below min"},
     {"register ingVlanCheckData 1 2", usage, "too wide for 1 bit"},
@@ -115,6 +129,7 @@ constexpr mistake mistakes[] = {
     {"trace replay no/such", exit_code::file, "cannot be opened"},
     {"trace no/such/folder", exit_code::file, "No such file"},
     {"trace on off", usage, "one word too many"},
+    {"value-set add value=0x806 mask=0x0f", usage, "0x806 has bits outside the mask 0xf; it would match 0x6"},
     {"value-set add mask=1", usage, "value= (32 bits) is missing"},
     {"value-set delete 9", refused, "entry 9"},
     {"digests maybe", usage, "no verb"},
@@ -177,6 +192,75 @@ TEST_F(errors_test, each_mistake_is_told_as_json)
   shell.defaults.json = true;
   EXPECT_EQ(run("tables '").lines,
             "{\"schema_version\":2,\"error\":{\"message\":\"the quote ' has no end\",\"exit_code\":1}}\n");
+}
+
+TEST_F(errors_test, a_refused_walk_names_what_is_walked)
+{
+  for (const auto &[line, what] : {std::pair("dump ipv4Host", "the entries of ipv4Host"),
+                                   std::pair("members tunnelMember", "the members of tunnelMember"),
+                                   std::pair("groups tunnelMember", "the groups of tunnelMember")}) {
+    standin_refuse_call(1, 0x77);
+    const std::string told = run(line).errors;
+    EXPECT_NE(told.find(std::string("walking ") + what + ": the driver refused: status 119"), std::string::npos)
+        << told;
+  }
+}
+
+// The switch tells that an entry is in the way, and not which.
+TEST_F(errors_test, the_entry_in_the_way_is_named)
+{
+  const auto errors_of = [&](std::string_view line) {
+    const answer got = run(line);
+    EXPECT_EQ(got.code, refused) << line;
+    return got.errors.substr(got.errors.find("status 73") + 10);
+  };
+  lines_of("add ipv4Host vrfId=1 dip=10.0.0.1 setNextHop nextHop=5");
+  EXPECT_EQ(errors_of("add ipv4Host vrfId=1 dip=10.0.0.1 onMiss"),
+            "; in the way is entry 1: vrfId=1 dip=10.0.0.1 setNextHop nextHop=5\n");
+  lines_of("add ipv4ShortMaskLpm vrfId=1 dip=11.0.0.0/12 setEcmp ecmpGroup=1");
+  EXPECT_EQ(
+      errors_of("add ipv4ShortMaskLpm vrfId=1 dip=11.1.2.3 setEcmp ecmpGroup=2 --force"),
+      "; in the way is entry 1: vrfId=1 dip=11.0.0.0/12 setEcmp ecmpGroup=1; dip=11.1.2.3/32 and dip=11.0.0.0/12 both "
+      "match 11.0.0.0/12, as the switch looks at 255.240.0.0\n");
+  lines_of("add l2SmacCheck smac=00:1c:73:00:00:00/24 priority=1 setIllegalSmac");
+  EXPECT_EQ(errors_of("add l2SmacCheck smac=00:1c:73:00:00:01/24 priority=1 setIllegalSmac --force"),
+            "; in the way is entry 1: smac=00:1c:73:00:00:00/ff:ff:ff:00:00:00 priority=1 setIllegalSmac; "
+            "smac=00:1c:73:00:00:01/ff:ff:ff:00:00:00 and smac=00:1c:73:00:00:00/ff:ff:ff:00:00:00 both match "
+            "00:1c:73:00:00:00/ff:ff:ff:00:00:00, as the switch ignores bits outside the mask\n");
+  lines_of("member ecmpMemberActionProfile add setEcmpNextHop nextHop=1");
+  lines_of("entry ecmpGroup add ecmpGroup=5 member=1");
+  EXPECT_EQ(
+      errors_of("entry ecmpGroup add ecmpGroup=1029 member=1 --force"),
+      "; in the way is entry 1: ecmpGroup=5 member=1; ecmpGroup=1029 and ecmpGroup=5 both match 5, as the switch looks "
+      "at 0x3ff\n");
+  for (const char *handle :
+       {"ipv4Host handle=1", "ipv4ShortMaskLpm handle=1", "l2SmacCheck handle=1", "ecmpGroup handle=1"})
+    lines_of(std::string("delete ") + handle);
+}
+
+TEST(typed_lines, with_a_character_that_cannot_be_seen_are_refused)
+{
+  const std::pair<std::string_view, std::string_view> cases[] = {
+      {"dump ipv4Host | include 10\\.0 # f\xc3\xbcr heute", ""},
+      {"save \"Z\xc3\xbcrich.json\"", ""},
+      {"dump\tipv4Host", ""},
+      {"show dip=10.0.0.1\xc2\xa0"
+       "2",
+       "\n  show dip=10.0.0.1<U+00A0>2\n                   ^"},
+      {"count \xe2\x80\x8bipv4Host \xc2\xa0", "\n  count <U+200B>ipv4Host <U+00A0>\n        ^"},
+      {"a\xa0"
+       "b",
+       "\n  a<0xA0>b\n   ^"},
+      {"a\xf0\x9f\x98\x80", "\n  a<U+1F600>\n   ^"},
+      {"a\xe2\x82", "\n  a<0xE2><0x82>\n   ^"},
+      {"'\xef\xbf\xbd'", "\n  '<?>'\n   ^"},
+      {"a\x1b[A", "\n  a<U+001B>[A\n   ^"},
+  };
+  for (const auto &[line, told] : cases) {
+    const std::string fault = character_fault(line);
+    EXPECT_EQ(fault.empty(), told.empty()) << fault;
+    EXPECT_TRUE(fault.ends_with(told)) << fault;
+  }
 }
 
 TEST_F(errors_test, every_command_has_a_mistake_here)

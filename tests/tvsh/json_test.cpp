@@ -124,6 +124,7 @@ constexpr std::string_view lines_in_order[] = {
     "help",
     "help dump",
     "exit",
+    "quit",
 };
 
 class json_test : public shell_test {
@@ -198,7 +199,7 @@ TEST_F(json_test, rows_and_results_have_what_the_text_has)
 {
   for (const std::string_view raw : lines_in_order) {
     const std::string line = filled_in(raw);
-    if (line == "exit" || line.starts_with("help")) continue;
+    if (line == "exit" || line == "quit" || line.starts_with("help")) continue;
     const answer text = run(line);
     if (line.starts_with("snapshot arm")) snapshot_ = text.lines.substr(9, text.lines.size() - 10);
     const bool reads = !text.headings.empty();  // and so changes nothing

@@ -34,11 +34,11 @@ inline std::string meter_words_of(const use_info &use)
   return has_meter(use) ? " cir=1 cburst=2 pir=3 pburst=4" : "";
 }
 
-/// The key of a table's entry, with a priority where it has one.
+/// The key of a table's entry, with a priority where it has one. The switch ignores some bits of its values.
 inline std::string key_words_of(const table_info &table, unsigned number)
 {
   return words_of(key_fields(table), number) +
-         (table.kind == calls::table_kind::ternary ? " priority=" + std::to_string(number) : "");
+         (table.kind == calls::table_kind::ternary ? " priority=" + std::to_string(number) : "") + " --force";
 }
 
 }  // namespace tarvex::shell

@@ -77,6 +77,11 @@ def pipes():
         file.write(script)
         file.flush()
         expect("a script names its file", f"{file.name}:3:" in run("-f", file.name)[2])
+    code, out, errors = run("-c", "add ipv4Host vrfId=1 dip=10.0.0.1 onMiss", "-c", "dump ipv4Host | count")
+    expect("several commands", (code, out) == (0, "entry 1\n1\n"))
+    expect("several commands end at an error or an exit",
+           run("-c", "dump x", "-c", "tables")[:2] == (1, "") and run("-c", "quit", "-c", "dump x")[:2] == (0, ""))
+    expect("the help fits a terminal", all(len(line) <= 80 for line in run("--help")[1].splitlines()))
     expect("colour when asked for", "\033[1m" in run("--color=always", "-c", "tables")[1])
 
 
@@ -119,6 +124,14 @@ def terminal():
     drop_line(shell)
     typed(shell, "count ipv4Host", "ipv4Host +1\r\n")
     typed(shell, "dump ipv4Hots", "did you mean ipv4Host")
+    # What the terminal's language has no letters for is not dropped from the line.
+    for keys, shown in (("count ipv4Host\u00a0", "<U\\+00A0>"), ("count \u200bipv4Host", "<U\\+200B>"),
+                        ("count ipv4Host \u0085", "<\\?>"), ("count ipv4Host \udca0x", "<\\?>")):
+        os.write(shell.child_fd, keys.encode("utf-8", "surrogateescape") + b"\r")
+        shell.expect("was not run: it holds a character that is not ASCII")
+        shell.expect(shown)
+        shell.expect_exact(PROMPT)
+    typed(shell, "count ipv4Host | include \"[\u00e4i]pv4\"", "ipv4Host +1\r\n")
     shell.sendline("exit")
     shell.expect(pexpect.EOF)
     shell.close()
@@ -132,6 +145,16 @@ def terminal():
     again.close()
 
 
+def bars_leave_nothing(text):
+    """Of what bars of progress draw over each other."""
+    line, bars = "", 0
+    for piece in text.split("\n")[1].split("\r"):  # behind the command that was typed
+        line = piece + line[len(piece):]
+        bars += "%" in piece
+        expect(f"one percent sign: {line}", line.count("%") <= 1)
+    expect(f"nothing is left of the bars: {line}", bars > 2 and "%" not in line)
+
+
 def interrupts():
     shell = start()
     with tempfile.NamedTemporaryFile("w") as file:
@@ -139,7 +162,10 @@ def interrupts():
             for low in range(0, 256):
                 file.write(f"{high}.{low}.0.0/24 {high}\n")
         file.flush()
+        shell.logfile_read = shown = io.StringIO()
         typed(shell, f"load-routes {file.name}", "25344 routes")
+        shell.logfile_read = None
+        bars_leave_nothing(shown.getvalue())
     interrupt_dump(shell, 25344)
     end_input(shell)
 

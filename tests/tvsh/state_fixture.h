@@ -38,7 +38,7 @@ inline constexpr std::string_view every_kind_of_state[] = {
     "add l2SmacCheck smac=00:1c:73:00:00:00/ff:ff:ff:00:00:00 priority=10 setIllegalSmac",
     "add l2SmacCheck smac=* priority=11 setIllegalSmac",
     "add ipv6ShortMaskLpm vrfId=1 dip=2001:c00::/22 setEcmp ecmpGroup=1",
-    "add ipv4FinalResolve fibPartitionIndex=7 dip=10.1.0.0/16 setNextHop nextHop=3",
+    "add ipv4FinalResolve fibPartitionIndex=7 dip=10.1.0.0/16 setNextHop nextHop=3 --force",
     "add l2LookupMiss priority=1 l2LookupBcastHit cir=10 cburst=20 pir=30 pburst=40",
     "add ingL2DomainCount decapType=1 ingL3Aintf=9 onMiss",
     "counter ingL2DomainCounters decapType=1 ingL3Aintf=9 packets=2 bytes=128",

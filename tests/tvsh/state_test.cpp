@@ -142,6 +142,18 @@ TEST_F(state_test, a_difference_is_the_fewest_commands)
       {{"value-set delete value=0x8100 mask=0xff00 scope=1", "value-set add value=1"},
        "value-set delete value=0x8100 mask=0xff00 scope=1 index=0 sub=0\n"
        "value-set add value=0x1 mask=0xffffffff scope=0 index=0 sub=0\n"},
+      // what a person is asked to confirm: a script does so by itself
+      {{"delete ipv4FinalResolve fibPartitionIndex=7 dip=10.1.0.0/16 --force",
+        "add ipv4Partition vrfId=1 dipAndVrf=10.0.0.1/8 onMiss --force",
+        "add mplsLabelResolution label=0xfabcde mplsLabelResolutionMiss --force",
+        "counter pdpClassCount 1048576 packets=1 bytes=2 --force",
+        "meter pdpMeter 1 cir=9 cburst=2 pir=3 pburst=4 --force", "value-set add value=0x806 mask=0xf --force"},
+       "delete ipv4FinalResolve fibPartitionIndex=7 dip=10.1.0.0/16 --force\n"
+       "add mplsLabelResolution label=16432350 --force mplsLabelResolutionMiss\n"
+       "add ipv4Partition vrfId=1 dipAndVrf=10.0.0.0/8 onMiss\n"
+       "counter pdpClassCount 1048576 --force packets=1 bytes=2\n"
+       "meter pdpMeter 1 cir=9 cburst=2 pir=3 pburst=4 type=unaware --force\n"
+       "value-set add value=0x806 mask=0xf scope=0 index=0 sub=0 --force\n"},
   };
   for (const change &each : changes) {
     SCOPED_TRACE(each.commands.empty() ? "nothing" : each.commands.front());

@@ -216,7 +216,7 @@ TEST_F(updates_test, members_and_groups_come_back_after_a_restart)
   build();
   for (const std::string_view road : {"log", "replay"}) {
     const std::string lines = lines_of("restart " + std::string(road));
-    EXPECT_NE(lines.find("ecmpMemberActionProfile         2           1           2            came back"),
+    EXPECT_NE(lines.find("ecmpMemberActionProfile        2           1           2            came back"),
               std::string::npos)
         << lines;
     // what only a library that knows the member's action can do

@@ -3,6 +3,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <algorithm>
 #include <iterator>
 #include <span>
 #include <string_view>
@@ -71,6 +72,12 @@ std::vector<std::string_view> names_of(const Rows &rows)
   names.reserve(std::size(rows));
   for (const auto &row : rows) names.emplace_back(row.name);
   return names;
+}
+
+/// Columns that the longest of some names takes.
+inline std::size_t longest_name(std::span<const std::string_view> names)
+{
+  return names.empty() ? 0 : std::ranges::max(names, {}, &std::string_view::size).size();
 }
 
 std::vector<std::string_view> action_names(std::span<const use_info> uses);

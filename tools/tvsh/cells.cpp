@@ -13,7 +13,18 @@
 
 namespace tarvex::shell {
 
-cell_range parse_cells(std::string_view text)
+namespace {
+
+void require_likely(std::uint32_t index, const options &chosen)
+{
+  if (index < unlikely_index || chosen.force) return;
+  throw usage_error("index " + std::to_string(index) + " is beyond what switches have cells for, 0 to " +
+                    std::to_string(unlikely_index - 1) + "; add --force if this one has it");
+}
+
+}  // namespace
+
+cell_range parse_cells(std::string_view text, const options &chosen)
 {
   const std::size_t dash = text.find('-');
   cell_range cells;
@@ -22,12 +33,14 @@ cell_range parse_cells(std::string_view text)
                    ? cells.first
                    : static_cast<std::uint32_t>(parse_number(text.substr(dash + 1), "index", 32));
   if (cells.last < cells.first) throw usage_error("the range " + std::string(text) + " ends ahead of its beginning");
+  require_likely(cells.last, chosen);
   return cells;
 }
 
 void list_resources(const invocation &call, std::string_view list, std::span<const resource_kind> kinds)
 {
-  report rows(call.out, call.chosen, list, {{"name", 22}, {"handle", 9}, {"kind", 8}, {"form", 8}, {"table"}});
+  report rows(call.out, call.chosen, list,
+              {{"name", longest_name(names_of(calls::resources))}, {"handle", 9}, {"kind", 8}, {"form", 8}, {"table"}});
   for (const resource_info &resource : calls::resources) {
     if (std::ranges::count(kinds, resource.kind) == 0) continue;
     rows.cell(resource.name).handle(resource.handle).cell(kind_name(resource.kind));
@@ -56,7 +69,7 @@ void for_each_cell(const invocation &command, const resource_info &resource, fun
     return;
   }
   command.expect_at_most(2);
-  const cell_range cells = parse_cells(command.word(1, "INDEX"));
+  const cell_range cells = parse_cells(command.word(1, "INDEX"), command.chosen);
   for (std::uint64_t index = cells.first; index <= cells.last; ++index) {
     command.shell.check_interrupt();
     call.give(argument_kind::cell_index, index);
@@ -64,12 +77,14 @@ void for_each_cell(const invocation &command, const resource_info &resource, fun
   }
 }
 
-std::uint32_t parse_index(const resource_info &resource, std::string_view word)
+std::uint32_t parse_index(const resource_info &resource, std::string_view word, const options &chosen)
 {
   if (word.find('=') != std::string_view::npos) {
     throw usage_error(std::string(resource.name) + " is addressed by an index, not by '" + std::string(word) + '\'');
   }
-  return static_cast<std::uint32_t>(parse_number(word, "index", 32));
+  const auto index = static_cast<std::uint32_t>(parse_number(word, "index", 32));
+  require_likely(index, chosen);
+  return index;
 }
 
 carrying_entry carrying_entry_of(const invocation &call, const resource_info &resource,
@@ -88,7 +103,7 @@ carrying_entry carrying_entry_of(const invocation &call, const resource_info &re
   const auto naming = entry_name_words(table);
   std::vector<std::string_view> all(naming.begin(), naming.end());
   all.insert(all.end(), allowed.begin(), allowed.end());
-  entry_words words = parse_entry_words(table, call.words.subspan(1), {}, all);
+  entry_words words = parse_entry_words(table, call.words.subspan(1), {}, all, source_of(call.chosen));
   return {handle_of(table, words, call.where()), std::move(words.own)};
 }
 

@@ -15,8 +15,11 @@
 
 namespace tarvex::shell {
 
-/// "5" or "0-15". Throws usage_error.
-cell_range parse_cells(std::string_view text);
+/// Above any index that a switch has cells for. How many cells there are no driver tells, and some take any index.
+inline constexpr std::uint32_t unlikely_index = 1 << 20;
+
+/// "5" or "0-15". Throws usage_error, also for an index that is unlikely to be meant, but with --force.
+cell_range parse_cells(std::string_view text, const options &chosen);
 
 /// The resources of some kinds with their handles and tables.
 void list_resources(const invocation &call, std::string_view list, std::span<const resource_kind> kinds);
@@ -26,8 +29,8 @@ void list_resources(const invocation &call, std::string_view list, std::span<con
 void for_each_cell(const invocation &command, const resource_info &resource, function_call &call,
                    const std::function<void(std::uint32_t)> &visit);
 
-/// The index that a word names, of what no entry carries. Throws usage_error.
-std::uint32_t parse_index(const resource_info &resource, std::string_view word);
+/// The index that a word names, of what no entry carries. Throws usage_error as parse_cells does.
+std::uint32_t parse_index(const resource_info &resource, std::string_view word, const options &chosen);
 
 /// An entry that carries a counter or meter, and the words of the command beside it.
 struct carrying_entry {

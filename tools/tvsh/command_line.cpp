@@ -18,7 +18,6 @@ bool take_option(const std::string &word, options &chosen)
 {
   if (word.size() < 2 || word[0] != '-' || std::isdigit(static_cast<unsigned char>(word[1]))) return false;
   if (word == "--replace" || word == "--strict") return false;  // words of load-routes
-  static constexpr std::array<std::string_view, 5> names = {"-j", "--json", "--raw", "--hw", "--dry-run"};
   if (word == "-j" || word == "--json") {
     chosen.json = true;
   } else if (word == "--raw") {
@@ -27,13 +26,21 @@ bool take_option(const std::string &word, options &chosen)
     chosen.hardware = true;
   } else if (word == "--dry-run") {
     chosen.dry_run = true;
+  } else if (word == "--force") {
+    chosen.force = true;
   } else {
-    throw usage_error(no_such("option", word, names));
+    throw usage_error(no_such("option", word, option_names()));
   }
   return true;
 }
 
 }  // namespace
+
+std::span<const std::string_view> option_names()
+{
+  static constexpr std::array<std::string_view, 6> names = {"-j", "--json", "--raw", "--hw", "--dry-run", "--force"};
+  return names;
+}
 
 std::vector<typed_word> split_words(std::string_view text)
 {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,7 +19,11 @@ struct options {
   bool raw = false;       // --raw: numbers in hexadecimal
   bool hardware = false;  // --hw: read the hardware, not the driver's copy
   bool dry_run = false;   // --dry-run: check, and write nothing
+  bool force = false;     // --force: write also what the switch takes for something else
 };
+
+/// As they are typed.
+std::span<const std::string_view> option_names();
 
 struct command_line {
   std::vector<std::string> words;

@@ -8,6 +8,7 @@
 #include "command.h"
 #include "commands.h"
 #include "nearest.h"
+#include "text_wrap.h"
 
 namespace tarvex::shell {
 
@@ -115,7 +116,9 @@ constexpr command all_commands[] = {
      reading,
      "[COUNTER [INDEX[-INDEX]]]",
      "shows counters, with the library's label of each entry",
-     "Without a name it lists the counters. One that hangs on a table's entries is shown for all of them.",
+     "Without a name it lists the counters. One that hangs on a table's entries is shown for all of them, with the key "
+     "of\n"
+     "each beside its label.",
      {"counters l2DmacClassifyCount", "counters pdpClassCount 0-3"},
      {w::counter, w::nothing, w::nothing},
      {},
@@ -152,7 +155,8 @@ constexpr command all_commands[] = {
      reading,
      "[show | on | off | timeout TIME]",
      "shows the addresses that the switch reported",
-     "The shell keeps the latest 1000 while it listens ('on'). Whoever of the program listened before gets the "
+     "TIME is in a unit of the driver. The shell keeps the latest 1000 while it listens ('on'). Whoever of the program "
+     "listened before gets the "
      "reports\n"
      "all the same, and acknowledges them.",
      {"digests on", "digests timeout 100"},
@@ -176,9 +180,12 @@ constexpr command all_commands[] = {
      "Values are numbers, MAC, IPv4 or IPv6 addresses. A field matched by prefix takes VALUE/LENGTH, one matched by "
      "mask\n"
      "VALUE/MASK or '*' for anything, which is also what leaving it out means. Entries of tables with masks have a\n"
-     "priority, the smaller going first.",
+     "priority, the smaller going first. ttl is in milliseconds.\n"
+     "A key must say what the switch makes of it. Bits that the switch ignores (schema shows the live ones), bits\n"
+     "beyond a prefix and bits outside a mask are refused in every command that writes; --force writes them all the\n"
+     "same. What save wrote is loaded as it is, and the commands of diff have --force where they need it.",
      {"add ipv4Host vrfId=1 dip=10.0.0.7 setNextHop nextHop=5 ttl=0",
-      "add l2SmacCheck smac=00:1c:73:00:00:00/ff:ff:ff:00:00:00 priority=10 setIllegalSmac"},
+      "add l2SmacCheck smac=00:1c:73:00:00:00/24 priority=10 setIllegalSmac"},
      {w::keyed_table, w::entry, w::entry},
      {},
      add_entry},
@@ -250,7 +257,7 @@ constexpr command all_commands[] = {
      writing,
      "COUNTER INDEX|FIELD=VALUE...|handle=N|default packets=N bytes=N",
      "writes a counter",
-     "",
+     "By index, or by the entry that it hangs on.",
      {"counter pdpClassCount 3 packets=0 bytes=0", "counter egressPortQueueCount 1 packets=10 bytes=640"},
      {w::counter, w::nothing, w::nothing},
      {},
@@ -259,7 +266,8 @@ constexpr command all_commands[] = {
      writing,
      "METER INDEX|FIELD=VALUE...|handle=N|default cir=N cburst=N pir=N pburst=N [type=unaware|aware]",
      "sets a meter",
-     "",
+     "Rates (cir, pir) and bursts count bytes; by what time and in which scale is the driver's. A pir below cir is\n"
+     "refused without --force.",
      {"meter pdpMeter 3 cir=1000 cburst=100 pir=2000 pburst=200",
       "meter ingressMirrorMeter 0 cir=1 cburst=1 pir=1 pburst=1 --dry-run"},
      {w::meter, w::nothing, w::nothing},
@@ -269,7 +277,7 @@ constexpr command all_commands[] = {
      writing,
      "BLOCK INDEX time=T min=N max=N probability=P",
      "sets a cell of the WRED block",
-     "",
+     "T is a time constant and N a fill of the queue, both in units of the driver; P is from 0 to 1.",
      {"wred wredBlock 2 time=0.5 min=100 max=200 probability=0.25",
       "wred wredBlock 0 time=1 min=0 max=0 probability=1"},
      {w::wred, w::nothing, w::nothing},
@@ -425,7 +433,9 @@ constexpr command all_commands[] = {
      "           capture SNAPSHOT FIELD=VALUE... | refuse N STATUS | lookup TABLE FIELD=VALUE... |\n"
      "           corrupt TABLE FIELD=VALUE...|handle=N [bit=N] | lose TABLE FIELD=VALUE...|handle=N",
      "does to the stand-in switch what packets, time and faults do",
-     "refuse 0 0 takes a refusal back. corrupt turns a bit of an entry's action data over and lose drops an entry, "
+     "refuse has the driver answer its N-th call from now with STATUS, whatever the call is; a command makes several\n"
+     "calls, which 'trace on' shows. 'refuse 0 0' takes it back. age is how many milliseconds go by. corrupt turns a "
+     "bit of an entry's action data over and lose drops an entry, "
      "and\n"
      "nobody is told; see audit.",
      {"sim lookup ipv4Host vrfId=1 dip=10.0.0.1", "sim age 1000"},
@@ -435,11 +445,11 @@ constexpr command all_commands[] = {
 
     {"help",
      shell,
-     "[COMMAND]",
+     "[COMMAND [TABLE|PROFILE]]",
      "shows the commands, or how one is used",
-     "",
-     {"help add", "add ?"},
-     {w::command, w::nothing, w::nothing},
+     "With a table or profile, what a command on it can name, too. COMMAND ? and COMMAND TABLE ? are the same.",
+     {"help add", "add ipv4Host ?"},
+     {w::command, w::table, w::nothing},
      {},
      help},
     {"exit",
@@ -448,6 +458,15 @@ constexpr command all_commands[] = {
      "ends the session",
      "",
      {"exit", "exit # the end"},
+     {w::nothing, w::nothing, w::nothing},
+     {},
+     leave},
+    {"quit",
+     shell,
+     "",
+     "ends the session, as exit does",
+     "",
+     {"quit", "quit # the end"},
      {w::nothing, w::nothing, w::nothing},
      {},
      leave},
@@ -469,7 +488,13 @@ const command &command_named(std::string_view name)
 
 std::string usage_of(const command &what)
 {
-  return "usage: " + std::string(what.name) + (what.arguments.empty() ? "" : " ") + std::string(what.arguments);
+  const std::string head = "usage: " + std::string(what.name);
+  std::string arguments;  // their own line ends have indents, for which there is another here
+  for (const char letter : what.arguments) {
+    if (letter == '\n') arguments += ' ';
+    if (letter != '\n' && (letter != ' ' || !arguments.ends_with(' '))) arguments += letter;
+  }
+  return wrapped(arguments.empty() ? head : head + ' ' + arguments, head.size() + 1);
 }
 
 }  // namespace tarvex::shell

@@ -11,6 +11,7 @@
 #include "fields.h"
 #include "session.h"
 #include "snapshot_fields.h"
+#include "switch_state.h"
 
 namespace tarvex::shell {
 
@@ -46,37 +47,124 @@ const auto *row_of(const Rows &rows, std::string_view name)
   return found == rows.end() ? nullptr : &*found;
 }
 
-void add_assignments(word_list &result, std::span<const shown_field> fields)
-{
-  for (const shown_field &field : fields) result.push_back(field.name + '=');
-}
-
-/// Fields until an action is named, then its parameters.
-word_list entry_names(std::span<const shown_field> fields, std::span<const use_info> uses,
-                      std::span<const std::string> words)
-{
-  word_list result;
-  for (const std::string &word : words) {
-    for (const use_info &use : uses) {
-      if (use.action->name != word) continue;
-      add_assignments(result, parameter_fields(*use.action));
-      return result;
+/// NAME=VALUE words that a command can still take: those that it has are left out.
+class assignments {
+ public:
+  explicit assignments(std::span<const std::string> words)
+  {
+    for (const std::string &word : words) {
+      if (const auto given = assignment_of(word)) given_.push_back(given->first);
     }
   }
-  add_assignments(result, fields);
-  for (const use_info &use : uses) result.emplace_back(use.action->name);
-  return result;
+
+  bool given(std::string_view name) const { return std::ranges::count(given_, name) != 0; }
+
+  void offer(std::span<const shown_field> fields)
+  {
+    for (const shown_field &field : fields) {
+      if (!given(field.name) && !given(field.full_name)) offered.push_back(field.name + '=');
+    }
+  }
+  void offer(std::span<const std::string_view> names)
+  {
+    for (const std::string_view name : names) {
+      if (!given(name)) offered.push_back(std::string(name) + '=');
+    }
+  }
+  void offer(std::initializer_list<std::string_view> names) { offer(std::span(names)); }
+
+  word_list offered;
+
+ private:
+  std::vector<std::string_view> given_;
+};
+
+const use_info *action_among(std::span<const use_info> uses, std::span<const std::string> words)
+{
+  for (const std::string &word : words) {
+    const auto found = std::ranges::find_if(uses, [&](const use_info &use) { return use.action->name == word; });
+    if (found != uses.end()) return &*found;
+  }
+  return nullptr;
 }
 
-word_list table_words(word_kind kind, std::span<const std::string> words)
+/// What names an entry: its handle, or its key and its priority.
+void offer_entry(assignments &words, const table_info &table, bool by_handle)
 {
-  const table_info *const table = words.empty() ? nullptr : row_of(calls::tables, words[0]);
+  if (words.given("handle")) return;
+  const std::vector<shown_field> fields = key_fields(table);
+  const bool begun = std::ranges::any_of(
+      fields, [&](const auto &field) { return words.given(field.name) || words.given(field.full_name); });
+  words.offer(fields);
+  if (by_handle && !begun) words.offer({"handle"});
+  if (table.kind == calls::table_kind::ternary) words.offer({"priority"});
+}
+
+/// Actions until one is named, then its parameters. Ahead of the action stands what `entry` offers.
+template <typename Entry>
+word_list action_words(std::span<const use_info> uses, std::span<const std::string> words, Entry entry)
+{
+  assignments left(words);
+  if (const use_info *const use = action_among(uses, words)) {
+    left.offer(parameter_fields(*use->action));
+    if (has_meter(*use)) left.offer(meter_words());
+  } else {
+    entry(left);
+    for (const use_info &each : uses) left.offered.emplace_back(each.action->name);
+  }
+  return left.offered;
+}
+
+/// Words behind the table, or behind the verb that stands behind it.
+word_list table_words(const command &what, word_kind kind, std::span<const std::string> words)
+{
+  const bool verb_first = what.words[0] == word_kind::choice;  // sim lookup TABLE
+  if (words.size() <= (verb_first ? 1u : 0u)) return {};
+  const table_info *const table = row_of(calls::tables, words[verb_first ? 1 : 0]);
   if (table == nullptr) return {};
-  if (kind == word_kind::entry) return entry_names(key_fields(*table), table->actions, words.subspan(1));
-  if (kind != word_kind::default_entry) return entry_names(key_fields(*table), {}, {});
-  std::vector<use_info> defaults;
-  std::ranges::copy_if(table->actions, std::back_inserter(defaults), &use_info::is_default);
-  return entry_names({}, defaults, words.subspan(1));
+  const std::string_view verb = verb_first ? words[0] : kind == word_kind::choice_field ? words[1] : what.name;
+  words = words.subspan(verb_first || kind == word_kind::choice_field ? 2 : 1);
+  assignments left(words);
+  const bool adds = verb == "add";
+  if (kind == word_kind::entry) {
+    word_list result = action_words(table->actions, words, [&](auto &to) { offer_entry(to, *table, !adds); });
+    if (action_among(table->actions, words) == nullptr) return result;
+    if (table->kind == calls::table_kind::ternary && !left.given("handle")) left.offer({"priority"});
+    if (adds && table->idle_time) left.offer({"ttl"});
+    std::ranges::move(left.offered, std::back_inserter(result));
+    return result;
+  }
+  if (kind == word_kind::default_entry) {
+    std::vector<use_info> defaults;
+    std::ranges::copy_if(table->actions, std::back_inserter(defaults), &use_info::is_default);
+    return action_words(defaults, words, [](auto &) {});
+  }
+  if (what.name == "idle" && verb == "enable") left.offer({"mode", "interval", "max-ttl"});
+  if (what.name == "idle" && verb != "ttl") return left.offered;
+  if (verb == "ttl") left.offer({"ttl"});
+  if (what.name == "entry" && !left.given("member") && !left.given("group")) left.offer({"member", "group"});
+  if (verb == "count") left.offer({"packets", "bytes"});
+  if (verb == "corrupt") left.offer({"bit"});
+  if (verb == "lookup") {
+    left.offer(key_fields(*table));
+  } else if (verb != "set-default") {
+    offer_entry(left, *table, !adds);
+  }
+  return left.offered;
+}
+
+/// Actions and parameters of a member, and a name for a new one.
+word_list member_words(std::span<const std::string> words)
+{
+  const profile_info *const profile = words.empty() ? nullptr : row_of(calls::profiles, words[0]);
+  const bool adds = words.size() > 1 && words[1] == "add";
+  const bool modifies = words.size() > 2 && words[1] == "modify";
+  if (profile == nullptr || (!adds && !modifies)) return {};
+  words = words.subspan(2);
+  word_list result = action_words(profile->actions, words, [](auto &) {});
+  if (adds && action_among(profile->actions, words) != nullptr && !assignments(words).given("as"))
+    result.emplace_back("as=");
+  return result;
 }
 
 /// A direction behind what is to be done, then what it catches.
@@ -86,10 +174,16 @@ word_list snapshot_words(std::span<const std::string> words)
   if (!arms && words[0] != "fields") return {};
   if (words.size() == 1) return {"ingress", "egress"};
   if (words[1] != "ingress" && words[1] != "egress") return {};
-  word_list result = arms ? word_list{"first-stage=", "last-stage="} : word_list{};
-  for (const snapshot_field &field : snapshot_fields(words[1] == "egress"))
-    result.push_back(std::string(field.name) + (arms ? "=" : ""));
-  return result;
+  assignments left(words);
+  if (arms) left.offer({"first-stage", "last-stage"});
+  for (const snapshot_field &field : snapshot_fields(words[1] == "egress")) {
+    if (arms) {
+      left.offer({field.name});
+    } else {
+      left.offered.emplace_back(field.name);
+    }
+  }
+  return left.offered;
 }
 
 /// Files that a name may go on to, folders with a slash at their end. What would have to stand in quotes is left out.
@@ -98,7 +192,7 @@ word_list files_from(const std::filesystem::path &folder, const std::string &beg
   const std::string ahead = begun.substr(0, begun.rfind('/') + 1);
   const bool hidden = begun.substr(ahead.size()).starts_with('.');
   const auto plain = [](unsigned char c) {
-    return (std::isgraph(c) != 0 || c > 0x7f) && c != '"' && c != '\'' && c != '|' && c != '#';
+    return std::isgraph(c) != 0 && c != '"' && c != '\'' && c != '|' && c != '#';
   };
   word_list result;
   std::error_code refused;
@@ -135,11 +229,8 @@ word_list candidates(const command &what, std::span<const std::string> words, co
     case choice_field:
     case field:
     case entry:
-    case default_entry: return table_words(kind, words);
-    case member: {
-      const profile_info *const row = words.empty() ? nullptr : row_of(calls::profiles, words[0]);
-      return row == nullptr ? word_list{} : entry_names({}, row->actions, words.subspan(1));
-    }
+    case default_entry: return table_words(what, kind, words);
+    case member: return member_words(words);
     case snapshot: return snapshot_words(words);
     case file: return files_from(folder, begun);
     case state: {
@@ -175,7 +266,7 @@ std::vector<std::string> session::complete(std::string_view line, const std::fil
     const command *const what = row_of(commands(), words[0]);
     if (what != nullptr) all = candidates(*what, std::span(words).subspan(1), folder, begun);
     if (begun.starts_with('-')) {
-      all = {"-j", "--json", "--raw", "--hw", "--dry-run"};
+      all.assign(option_names().begin(), option_names().end());
       if (what != nullptr && what->run == load_routes)
         all.insert(all.end(), what->choices.begin(), what->choices.end());
     }

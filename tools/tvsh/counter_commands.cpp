@@ -1,10 +1,14 @@
 // Commands on counters: counters, counter.
 //
 // SPDX-License-Identifier: Apache-2.0
+#include <algorithm>
 #include <array>
+#include <iterator>
+#include <optional>
 
 #include "cells.h"
 #include "commands.h"
+#include "entry_rows.h"
 #include "remembered_writes.h"
 #include "tarvex_pd/dispatch.h"
 #include "tarvex_pd/resource_values.h"
@@ -19,16 +23,57 @@ constexpr std::array counters_only = {resource_kind::counter};
 constexpr std::size_t count_width = 20;
 constexpr std::uint64_t synchronise = 1;  // bit 0 of the flags
 
-/// What the library calls the entry that a counter hangs on; empty for a cell that no entry names.
-std::string label_of(const invocation &call, const resource_info &counter, std::uint32_t entry)
-{
-  std::array<char, PD_LABEL_TEXT_SIZE> text{};
-  const std::uint32_t length = p4_pd_tarvex_switch_stringify_counter_matchspec(
-      call.where().session, call.where().device, counter.table, entry, text.data());
-  std::string label(text.data(), length);
-  label.erase(label.find_last_not_of(' ') + 1);
-  return label;
-}
+/// The entries that a counter hangs on: the key of each, and what the library calls it. The label has not all fields of
+/// the key, and does not say which of them match anything.
+class counted_entries {
+ public:
+  counted_entries(const invocation &call, const resource_info &counter)
+      : call_(call),
+        table_(table_of(counter.table)),
+        reader_(table_, call.where(), call.chosen.hardware),
+        key_(table_, call.chosen.raw)
+  {
+  }
+
+  std::vector<column> columns() const
+  {
+    std::vector<column> all;
+    if (by_priority()) all.push_back({"priority", 10});
+    all.push_back({"key", std::min(key_.width(), widest_key)});
+    all.push_back({"label"});
+    return all;
+  }
+
+  void show(report &rows, std::uint32_t handle)
+  {
+    static constexpr table_entry gone;
+    const table_entry *const there = reader_.read_if_there(handle);
+    const table_entry &entry = there != nullptr ? *there : gone;
+    if (by_priority()) rows.number(entry.priority);
+    key_.show(rows, entry);
+    rows.cell(label_of(handle));
+  }
+
+ private:
+  static constexpr std::size_t widest_key = 60;  // beside longer ones, the label is no longer read as a column
+
+  bool by_priority() const { return table_.kind == calls::table_kind::ternary; }
+
+  std::string label_of(std::uint32_t entry) const
+  {
+    std::array<char, PD_LABEL_TEXT_SIZE> text{};
+    const std::uint32_t length = p4_pd_tarvex_switch_stringify_counter_matchspec(
+        call_.where().session, call_.where().device, table_.handle, entry, text.data());
+    std::string label(text.data(), length);
+    label.erase(label.find_last_not_of(' ') + 1);
+    return label;
+  }
+
+  const invocation &call_;
+  const table_info &table_;
+  entry_reader reader_;
+  key_pairs key_;
+};
 
 }  // namespace
 
@@ -43,17 +88,18 @@ exit_code show_counters(const invocation &call)
   function_call read(function_for(family_id::counter_read, counter), call.where());
   read.give(read_flags, synchronise).give(counter_value_out, &value);
   if (!counter.direct) call.word(1, "INDEX");
-  report rows(call.out, call.chosen, "cells",
-              {{counter.direct ? "handle" : "index", 10}, {"packets", count_width}, {"bytes", count_width}, {"label"}},
-              {{"counter", counter.name}});
+  std::vector<column> columns = {
+      {counter.direct ? "handle" : "index", 10}, {"packets", count_width}, {"bytes", count_width}};
+  std::optional<counted_entries> entries;
+  if (counter.direct) {
+    entries.emplace(call, counter);
+    std::ranges::copy(entries->columns(), std::back_inserter(columns));
+  }
+  report rows(call.out, call.chosen, "cells", std::move(columns), {{"counter", counter.name}});
   for_each_cell(call, counter, read, [&](std::uint32_t cell) {
     read.must(std::string("reading ") + counter.name);
     rows.number(cell).counter(value.packets).counter(value.bytes);
-    if (counter.direct) {
-      rows.cell(label_of(call, counter, cell));
-    } else {
-      rows.nothing();
-    }
+    if (entries) entries->show(rows, cell);
     rows.end_row();
   });
   rows.finish();
@@ -69,7 +115,7 @@ exit_code write_counter(const invocation &call)
   };
   const std::string what = std::string("writing ") + counter.name;
   if (!counter.direct) {
-    const std::uint32_t index = parse_index(counter, call.word(1, "INDEX"));
+    const std::uint32_t index = parse_index(counter, call.word(1, "INDEX"), call.chosen);
     const pd_counter_value_t value = value_of(parse_own_words(call.words.subspan(2), allowed));
     if (!call.only_checked(what)) write_cell(call, counter, {index, value});
     return exit_code::ok;

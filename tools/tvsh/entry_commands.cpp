@@ -30,7 +30,9 @@ exit_code dump_entries(const invocation &call)
 exit_code show_entry(const invocation &call)
 {
   const table_info &table = table_named(call.word(0, "TABLE"));
-  const entry_words words = parse_entry_words(table, call.words.subspan(1), {}, entry_name_words(table));
+  // Whatever key an entry has, looking at it does no harm.
+  const entry_words words =
+      parse_entry_words(table, call.words.subspan(1), {}, entry_name_words(table), value_source::read_back);
   entry_reader reader(table, call.where(), call.chosen.hardware);
   const table_entry &entry = reader.read(handle_of(table, words, call.where()));
   entry_rows rows(call.out, call.chosen, table);
@@ -42,7 +44,7 @@ exit_code show_entry(const invocation &call)
 exit_code count_entries(const invocation &call)
 {
   call.expect_at_most(1);
-  report rows(call.out, call.chosen, "counts", {{"table", 24}, {"entries"}});
+  report rows(call.out, call.chosen, "counts", {{"table", longest_name(names_of(calls::tables))}, {"entries"}});
   if (call.has(0)) {
     const table_info &table = table_named(call.words[0]);
     rows.cell(table.name).number(entry_count(table, call.where())).end_row();

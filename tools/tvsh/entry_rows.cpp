@@ -22,10 +22,26 @@ bool fits_columns(std::span<const shown_field> fields, bool raw)
   return width <= widest_key;
 }
 
+/// Columns that fields take as pairs, one behind the other.
+std::size_t longest_pairs(std::span<const shown_field> fields, bool raw)
+{
+  std::size_t width = 0;
+  for (const shown_field &field : fields) width += field.name.size() + longest_text(field, raw) + 2;
+  return width == 0 ? 0 : width - 1;
+}
+
+std::size_t longest_parameters(const table_info &table, bool raw)
+{
+  std::size_t longest = 0;
+  for (const use_info &use : table.actions)
+    longest = std::max(longest, longest_pairs(parameter_fields(*use.action), raw));
+  return longest;
+}
+
 std::vector<column> columns_of(const table_info &table, std::span<const shown_field> fields, bool raw, bool in_columns)
 {
   std::vector<column> columns = {{"handle", handle_width}};
-  if (table.kind == calls::table_kind::ternary) columns.push_back({"priority", 0});
+  if (table.kind == calls::table_kind::ternary) columns.push_back({"priority", handle_width});
   if (table.profile == nullptr) {
     std::size_t longest = 0;
     for (const use_info &use : table.actions) longest = std::max(longest, std::string_view(use.action->name).size());
@@ -33,7 +49,7 @@ std::vector<column> columns_of(const table_info &table, std::span<const shown_fi
       for (const shown_field &field : fields) columns.push_back({field.name, longest_text(field, raw)});
     }
     columns.push_back({"action", longest});
-    columns.push_back({"parameters", 0});
+    columns.push_back({"parameters", longest_parameters(table, raw)});
   } else {
     for (const shown_field &field : fields) {
       if (in_columns) columns.push_back({field.name, longest_text(field, raw)});
@@ -67,33 +83,42 @@ void parameter_pairs::show(report &rows, const action_info &action, const std::u
   rows.end_pairs();
 }
 
+std::size_t key_pairs::width() const { return longest_pairs(fields_, raw_); }
+
+void key_pairs::show(report &rows, const table_entry &entry)
+{
+  rows.begin_pairs();
+  for (const shown_field &field : fields_) {
+    if (!entry.has_key) break;
+    text_.clear();
+    const bool number = append_match(text_, field, entry.key.data(), raw_);
+    if (text_ != "*") rows.pair(field.name, text_, number);
+  }
+  rows.end_pairs();
+}
+
 entry_rows::entry_rows(output &out, const options &chosen, const table_info &table)
     : table_(table),
-      fields_(key_fields(table)),
+      key_(table, chosen.raw),
       raw_(chosen.raw),
-      key_in_columns_(fits_columns(fields_, raw_)),
+      key_in_columns_(fits_columns(key_.fields(), raw_)),
       parameters_(chosen.raw),
-      rows_(out, chosen, "entries", columns_of(table, fields_, raw_, key_in_columns_), {{"table", table.name}})
+      rows_(out, chosen, "entries", columns_of(table, key_.fields(), raw_, key_in_columns_), {{"table", table.name}})
 {
 }
 
 void entry_rows::show_key(const table_entry &entry)
 {
-  if (!key_in_columns_) rows_.begin_pairs();
-  for (const shown_field &field : fields_) {
+  if (!key_in_columns_) return key_.show(rows_, entry);
+  for (const shown_field &field : key_.fields()) {
     if (!entry.has_key) {
-      if (key_in_columns_) rows_.nothing();
+      rows_.nothing();
       continue;
     }
     text_.clear();
     const bool number = append_match(text_, field, entry.key.data(), raw_);
-    if (key_in_columns_) {
-      rows_.cell(text_, number);
-    } else if (text_ != "*") {
-      rows_.pair(field.name, text_, number);
-    }
+    rows_.cell(text_, number);
   }
-  if (!key_in_columns_) rows_.end_pairs();
 }
 
 void entry_rows::show(const table_entry &entry)

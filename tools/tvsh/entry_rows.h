@@ -28,6 +28,23 @@ class parameter_pairs {
   std::string text_;
 };
 
+/// Shows the key of a table's entries as pairs; what matches anything is left out.
+class key_pairs {
+ public:
+  key_pairs(const table_info &table, bool raw) : fields_(key_fields(table)), raw_(raw) {}
+
+  /// Columns that the longest takes.
+  std::size_t width() const;
+  void show(report &rows, const table_entry &entry);
+
+  std::span<const shown_field> fields() const { return fields_; }
+
+ private:
+  std::vector<shown_field> fields_;
+  bool raw_;
+  std::string text_;
+};
+
 /// The entries of a table. Each key field is a column, but in a table with very many they are pairs in one, and what
 /// matches anything is left out.
 class entry_rows {
@@ -41,7 +58,7 @@ class entry_rows {
   void show_key(const table_entry &entry);
 
   const table_info &table_;
-  std::vector<shown_field> fields_;
+  key_pairs key_;
   bool raw_;
   bool key_in_columns_;
   parameter_pairs parameters_;

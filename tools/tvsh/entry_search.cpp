@@ -4,8 +4,12 @@
 #include "entry_search.h"
 
 #include <array>
+#include <optional>
 
-#include "shell_error.h"
+#include "entry_contents.h"
+#include "entry_reader.h"
+#include "match_fault.h"
+#include "status_text.h"
 
 namespace tarvex::shell {
 
@@ -34,6 +38,45 @@ std::uint32_t handle_of(const table_info &table, const entry_words &words, const
       .give(entry_hdl_out, &handle)
       .must("looking for " + entry_name(table, words));
   return handle;
+}
+
+namespace {
+
+/// The entry that the switch finds by a key; nothing where it finds none, or cannot tell.
+std::optional<std::uint32_t> entry_with(const table_info &table, const record_memory &key, std::uint32_t of_priority,
+                                        const target &where)
+{
+  std::uint32_t handle = 0;
+  function_call find(function_for(family_id::match_spec_to_entry_hdl, table), where);
+  find.give(match_spec, key.data()).give(priority, of_priority).give(entry_hdl_out, &handle);
+  return find.status() == BF_SUCCESS ? std::optional(handle) : std::nullopt;
+}
+
+/// Behind a refusal: the entry that has the key already.
+std::string entry_in_the_way(const table_info &table, const record_memory &key, std::uint32_t of_priority,
+                             const target &where)
+try {
+  const auto handle = entry_with(table, key, of_priority, where);
+  if (!handle) return {};
+  entry_reader reader(table, where, false);
+  const table_entry &there = reader.read(*handle);
+  std::string text = "; in the way is entry " + std::to_string(*handle) + ": " + entry_texts().entry(table, there);
+  for (const shown_field &field : key_fields(table)) {
+    const std::string why = why_equal(field, key.data(), there.key.data());
+    if (!why.empty()) text += "; " + why;
+  }
+  return text;
+} catch (const shell_error &) {
+  return {};  // it has gone meanwhile
+}
+
+}  // namespace
+
+void require_added(pd_status_t status, const std::string &what, const table_info &table, const record_memory &key,
+                   std::uint32_t priority, const target &where)
+{
+  if (status == BF_SUCCESS) return;
+  throw refused_error(status, what, entry_in_the_way(table, key, priority, where));
 }
 
 std::string entry_name(const table_info &table, const entry_words &words)

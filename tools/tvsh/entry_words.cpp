@@ -7,9 +7,9 @@
 #include <array>
 
 #include "counted.h"
+#include "match_fault.h"
 #include "nearest.h"
 #include "shell_error.h"
-#include "value_text.h"
 
 namespace tarvex::shell {
 
@@ -18,7 +18,10 @@ namespace {
 /// Fields of a structure as they are given one after the other.
 class field_taker {
  public:
-  field_taker(std::vector<shown_field> fields, std::uint8_t *record) : fields_(std::move(fields)), record_(record) {}
+  field_taker(std::vector<shown_field> fields, std::uint8_t *record, value_source from)
+      : fields_(std::move(fields)), record_(record), from_(from)
+  {
+  }
 
   /// False where no field has the name.
   bool take(std::string_view name, std::string_view value)
@@ -26,7 +29,7 @@ class field_taker {
     const shown_field *const field = find_field(fields_, name);
     if (field == nullptr) return false;
     if (std::ranges::count(taken_, field) != 0) throw usage_error("field " + described(*field) + " is given twice");
-    parse_match(*field, value, record_);
+    parse_meant_match(*field, value, record_, from_);
     taken_.push_back(field);
     return true;
   }
@@ -49,6 +52,7 @@ class field_taker {
  private:
   std::vector<shown_field> fields_;
   std::uint8_t *record_;
+  value_source from_;
   std::vector<const shown_field *> taken_;
 };
 
@@ -107,10 +111,10 @@ own_words parse_own_words(std::span<const std::string> words, std::span<const st
   return own;
 }
 
-record_memory parse_parameters(const action_info &action, std::span<const std::string> words)
+record_memory parse_parameters(const action_info &action, std::span<const std::string> words, value_source from)
 {
   record_memory record;
-  field_taker parameters(parameter_fields(action), record.data());
+  field_taker parameters(parameter_fields(action), record.data(), from);
   for (const std::string &word : words) {
     const auto assignment = assignment_of(word);
     if (!assignment) throw usage_error("'" + word + "' is no PARAMETER=VALUE");
@@ -123,11 +127,12 @@ record_memory parse_parameters(const action_info &action, std::span<const std::s
 }
 
 entry_words parse_entry_words(const table_info &table, std::span<const std::string> words,
-                              std::span<const use_info> uses, std::span<const std::string_view> allowed)
+                              std::span<const use_info> uses, std::span<const std::string_view> allowed,
+                              value_source from)
 {
   entry_words parsed;
   parsed.own = own_words(allowed);
-  field_taker key(key_fields(table), parsed.key.data());
+  field_taker key(key_fields(table), parsed.key.data(), from);
   std::optional<field_taker> parameters;
   for (const std::string &word : words) {
     const auto assignment = assignment_of(word);
@@ -138,7 +143,7 @@ entry_words parse_entry_words(const table_info &table, std::span<const std::stri
                                                  : std::string(" and no action is wanted")));
       }
       parsed.use = &use_named(uses, word, table.name);
-      parameters.emplace(parameter_fields(*parsed.use->action), parsed.parameters.data());
+      parameters.emplace(parameter_fields(*parsed.use->action), parsed.parameters.data(), from);
       continue;
     }
     const auto [name, value] = *assignment;
@@ -165,7 +170,7 @@ std::span<const std::string_view> meter_words()
   return names;
 }
 
-pd_meter_spec_t meter_of(const own_words &words)
+pd_meter_spec_t meter_of(const own_words &words, value_source from)
 {
   pd_meter_spec_t meter{};
   meter.cir = static_cast<std::uint32_t>(words.required_number("cir", 32));
@@ -177,7 +182,20 @@ pd_meter_spec_t meter_of(const own_words &words)
     throw usage_error("type=" + std::string(type) + ": a meter is 'aware' or 'unaware' of colours");
   }
   meter.meter_type = type == "aware" ? PD_METER_TYPE_COLOR_AWARE : PD_METER_TYPE_COLOR_UNAWARE;
+  if (from == value_source::read_back) return meter;
+  if (meter.pir < meter.cir) {
+    throw usage_error("pir=" + std::to_string(meter.pir) + " is below cir=" + std::to_string(meter.cir) +
+                      ", so that the committed rate is never reached; correct it, or add --force");
+  }
+  if (needs_force(meter)) {
+    throw usage_error("type=aware: no colour comes into the meters of this pipeline, and they are set unaware of it");
+  }
   return meter;
+}
+
+bool needs_force(const pd_meter_spec_t &meter)
+{
+  return meter.pir < meter.cir || meter.meter_type == PD_METER_TYPE_COLOR_AWARE;
 }
 
 }  // namespace tarvex::shell

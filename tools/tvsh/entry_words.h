@@ -12,9 +12,11 @@
 #include <string_view>
 
 #include "catalogue.h"
+#include "command_line.h"
 #include "fields.h"
 #include "records.h"
 #include "tarvex_pd/resource_values.h"
+#include "value_text.h"
 
 namespace tarvex::shell {
 
@@ -44,8 +46,14 @@ class own_words {
 /// All words as NAME=VALUE of the allowed names.
 own_words parse_own_words(std::span<const std::string> words, std::span<const std::string_view> allowed);
 
+/// --force takes what a person types as it is.
+inline value_source source_of(const options &chosen)
+{
+  return chosen.force ? value_source::read_back : value_source::typed;
+}
+
 /// PARAMETER=VALUE words of an action, none missing.
-record_memory parse_parameters(const action_info &action, std::span<const std::string> words);
+record_memory parse_parameters(const action_info &action, std::span<const std::string> words, value_source from);
 
 struct entry_words {
   record_memory key;
@@ -59,11 +67,14 @@ struct entry_words {
 
 /// `uses`: the actions that may be named. Fields that are left out are told, but one with a mask may match anything.
 entry_words parse_entry_words(const table_info &table, std::span<const std::string> words,
-                              std::span<const use_info> uses, std::span<const std::string_view> allowed);
+                              std::span<const use_info> uses, std::span<const std::string_view> allowed,
+                              value_source from);
 
 /// Names of a meter's own words: cir, cburst, pir, pburst and type.
 std::span<const std::string_view> meter_words();
-/// Throws usage_error where one is missing.
-pd_meter_spec_t meter_of(const own_words &words);
+/// Throws usage_error where one is missing, and for a typed one that no switch does as it says.
+pd_meter_spec_t meter_of(const own_words &words, value_source from);
+/// Whether a command with this meter is accepted with --force only.
+bool needs_force(const pd_meter_spec_t &meter);
 
 }  // namespace tarvex::shell

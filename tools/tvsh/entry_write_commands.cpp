@@ -48,7 +48,8 @@ entry_words parse_with_action(const invocation &call, const table_info &table, b
 {
   refuse_indirect(table);
   require_key(table);
-  entry_words words = parse_entry_words(table, call.words.subspan(1), table.actions, own_words_of(table, adding));
+  entry_words words = parse_entry_words(table, call.words.subspan(1), table.actions, own_words_of(table, adding),
+                                        source_of(call.chosen));
   if (words.use == nullptr) {
     word_list names = action_names(table.actions);
     std::string all;
@@ -60,9 +61,9 @@ entry_words parse_with_action(const invocation &call, const table_info &table, b
 }
 
 /// The meter that an action is written with, kept while the call is made.
-pd_meter_spec_t meter_for(const use_info &use, const own_words &own)
+pd_meter_spec_t meter_for(const invocation &call, const use_info &use, const own_words &own)
 {
-  return has_meter(use) ? meter_of(own) : pd_meter_spec_t{};
+  return has_meter(use) ? meter_of(own, source_of(call.chosen)) : pd_meter_spec_t{};
 }
 
 }  // namespace
@@ -71,7 +72,7 @@ exit_code add_entry(const invocation &call)
 {
   const table_info &table = table_named(call.word(0, "TABLE"));
   const entry_words words = parse_with_action(call, table, true);
-  const pd_meter_spec_t meter = meter_for(*words.use, words.own);
+  const pd_meter_spec_t meter = meter_for(call, *words.use, words.own);
   std::uint32_t handle = 0;
   function_call write(*function_for(family_id::entry_add, *words.use), call.where());
   write.give(match_spec, words.key.data())
@@ -80,9 +81,10 @@ exit_code add_entry(const invocation &call)
       .give(ttl, words.own.number("ttl", 32).value_or(0))
       .give(meter_spec, &meter)
       .give(entry_hdl_out, &handle);
-  if (call.carry_out(write, std::string("adding an entry to ") + table.name)) {
-    call.made("entry", handle);
-  }
+  const std::string what = std::string("adding an entry to ") + table.name;
+  if (call.only_checked(what)) return exit_code::ok;
+  require_added(write.status(), what, table, words.key, words.priority(), call.where());
+  call.made("entry", handle);
   return exit_code::ok;
 }
 
@@ -90,7 +92,7 @@ exit_code modify_entry(const invocation &call)
 {
   const table_info &table = table_named(call.word(0, "TABLE"));
   const entry_words words = parse_with_action(call, table, false);
-  const pd_meter_spec_t meter = meter_for(*words.use, words.own);
+  const pd_meter_spec_t meter = meter_for(call, *words.use, words.own);
   const auto handle = words.own.number("handle", 32);
   function_call write(
       *function_for(handle ? family_id::entry_modify : family_id::entry_modify_by_match_spec, *words.use),
@@ -108,7 +110,8 @@ exit_code delete_entry(const invocation &call)
 {
   const table_info &table = table_named(call.word(0, "TABLE"));
   require_key(table);
-  const entry_words words = parse_entry_words(table, call.words.subspan(1), {}, entry_name_words(table));
+  const entry_words words =
+      parse_entry_words(table, call.words.subspan(1), {}, entry_name_words(table), source_of(call.chosen));
   if (words.has_key) require_priority(table, words);
   const auto handle = words.own.number("handle", 32);
   function_call write(function_for(handle ? family_id::entry_delete : family_id::entry_delete_by_match_spec, table),
@@ -138,8 +141,8 @@ exit_code set_default(const invocation &call)
     const bool of_meter = has_meter(use) && assignment && std::ranges::count(meter_words(), assignment->first) != 0;
     (of_meter ? others : parameters).push_back(word);
   }
-  const record_memory record = parse_parameters(*use.action, parameters);
-  const pd_meter_spec_t meter = meter_for(use, parse_own_words(others, meter_words()));
+  const record_memory record = parse_parameters(*use.action, parameters, source_of(call.chosen));
+  const pd_meter_spec_t meter = meter_for(call, use, parse_own_words(others, meter_words()));
   std::uint32_t handle = 0;
   function_call write(*function_for(family_id::set_default_action, use), call.where());
   write.give(action_spec, record.data()).give(meter_spec, &meter).give(entry_hdl_out, &handle);

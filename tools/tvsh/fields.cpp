@@ -51,6 +51,7 @@ void join_halves(std::vector<shown_field> &fields)
     for (std::size_t j = i + 1; j < fields.size(); ++j) {
       if (!are_halves(fields[i], fields[j])) continue;
       fields[i].parts[1] = fields[j].parts[0];
+      fields[i].live = fields[i].live << fields[j].bits | fields[j].live;
       fields[i].bits += fields[j].bits;
       fields[i].name = joined_name(fields[i].name);
       fields[i].full_name = joined_name(fields[i].full_name);
@@ -64,12 +65,21 @@ void join_halves(std::vector<shown_field> &fields)
   }
 }
 
-display_kind display_of(const char *name, unsigned bits)
+display_kind display_of(const char *name, unsigned bits, calls::match_kind match)
 {
   const std::string_view display = name == nullptr ? "" : name;
+  // What is matched by its prefix is an address, whatever the rows say of its display.
+  if (match == calls::match_kind::lpm && bits == 32) return display_kind::ipv4;
   if (display == "mac") return display_kind::mac;
   if (display == "v4addr" && bits == 32) return display_kind::ipv4;
   return bits == 128 ? display_kind::ipv6 : display_kind::number;
+}
+
+wide_number number_of(const std::uint8_t (&bytes)[16])
+{
+  wide_number number = 0;
+  for (const std::uint8_t byte : bytes) number = number << 8 | byte;
+  return number;
 }
 
 wide_number read_member(const record_member &member, std::uint16_t at, const std::uint8_t *record)
@@ -142,10 +152,11 @@ std::vector<shown_field> key_fields(const table_info &table)
         std::ranges::count_if(table.fields, [&](const auto &other) { return short_name == other.short_name; }) > 1;
     fields.push_back({std::string(taken ? row.name : row.short_name),
                       row.name,
-                      display_of(row.display, row.bits),
+                      display_of(row.display, row.bits, row.match),
                       row.match,
                       row.bits,
-                      {record_member{row.member, row.member_size, row.companion, row.bits}, record_member{}}});
+                      {record_member{row.member, row.member_size, row.companion, row.bits}, record_member{}},
+                      number_of(row.live)});
   }
   join_halves(fields);
   return fields;
@@ -157,7 +168,7 @@ std::vector<shown_field> parameter_fields(const action_info &action)
   for (const calls::param_info &row : action.params) {
     fields.push_back({row.name,
                       row.name,
-                      display_of(row.display, row.bits),
+                      display_of(row.display, row.bits, calls::match_kind::exact),
                       calls::match_kind::exact,
                       row.bits,
                       {record_member{row.member, row.member_size, 0, row.bits}, record_member{}}});

@@ -37,9 +37,12 @@ struct shown_field {
   calls::match_kind match = calls::match_kind::exact;
   unsigned bits = 0;
   std::array<record_member, 2> parts{};  // high part first; the second has size 0 where there is one alone
+  wide_number live = all_ones(128);      // bits that the switch matches on; a parameter has no such limit
 
   bool has_mask() const { return match == calls::match_kind::ternary; }
   bool has_prefix() const { return match == calls::match_kind::lpm; }
+  /// Bits that a key or action data has room for. What is above the field's width is kept there, too.
+  unsigned held_bits() const { return (bits + 7) / 8 * 8; }
 };
 
 std::vector<shown_field> key_fields(const table_info &table);

@@ -4,6 +4,7 @@
 #include "handle_walk.h"
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 #include "driver_statuses.h"
@@ -15,8 +16,8 @@ namespace tarvex::shell {
 using enum argument_kind;
 
 handle_walk::handle_walk(const exported_function &first, argument_kind out_kind, const exported_function &next,
-                         argument_kind handle_kind, std::uint32_t group, const target &where)
-    : first_(first, where), next_(next, where), out_kind_(out_kind), handle_kind_(handle_kind)
+                         argument_kind handle_kind, std::uint32_t group, std::string what, const target &where)
+    : first_(first, where), next_(next, where), out_kind_(out_kind), handle_kind_(handle_kind), what_(std::move(what))
 {
   first_.give(grp_hdl, group);
   if (handle_kind != grp_hdl) next_.give(grp_hdl, group);
@@ -29,6 +30,7 @@ handle_walk handle_walk::entries(const table_info &table, const target &where)
           function_for(family_id::get_next_entry_handles, table),
           entry_hdl,
           0,
+          std::string("the entries of ") + table.name,
           where};
 }
 
@@ -39,6 +41,7 @@ handle_walk handle_walk::members(const profile_info &profile, const target &wher
           function_for(family_id::get_next_of_profile, profile, mbr_hdl),
           mbr_hdl,
           0,
+          std::string("the members of ") + profile.name,
           where};
 }
 
@@ -49,6 +52,7 @@ handle_walk handle_walk::groups(const profile_info &profile, const target &where
           function_for(family_id::get_next_of_profile, profile, grp_hdl),
           grp_hdl,
           0,
+          std::string("the groups of ") + profile.name,
           where};
 }
 
@@ -59,6 +63,7 @@ handle_walk handle_walk::group_members(const profile_info &profile, std::uint32_
           function_for(family_id::get_next_group_members, profile, mbr_hdl),
           mbr_hdl,
           group,
+          "the members of group " + std::to_string(group) + " of " + profile.name,
           where};
 }
 
@@ -103,7 +108,7 @@ std::optional<std::uint32_t> handle_walk::next()
       return handle;
     }
     const pd_status_t status = fetch();
-    if (!ends_walk(status)) require_success(status, "walking the handles");
+    if (!ends_walk(status)) require_success(status, "walking " + what_);
     at_ = 0;
     size_ = static_cast<std::size_t>(std::ranges::find(handles_, STANDIN_NO_HANDLE) - handles_.begin());
     if (size_ == 0) return std::nullopt;

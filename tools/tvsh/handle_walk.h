@@ -5,6 +5,7 @@
 
 #include <array>
 #include <optional>
+#include <string>
 
 #include "catalogue.h"
 #include "cell_set.h"
@@ -27,9 +28,10 @@ class handle_walk {
  private:
   static constexpr std::uint32_t batch = 1024;
 
-  /// `handle_kind`: how the functions take the handle to go on from, `out_kind`: how they give the first.
+  /// `handle_kind`: how the functions take the handle to go on from, `out_kind`: how they give the first; `what`: what
+  /// is walked, for errors.
   handle_walk(const exported_function &first, argument_kind out_kind, const exported_function &next,
-              argument_kind handle_kind, std::uint32_t group, const target &where);
+              argument_kind handle_kind, std::uint32_t group, std::string what, const target &where);
 
   /// Fills the batch with what comes behind a handle, or with the first one.
   pd_status_t fetch();
@@ -45,6 +47,7 @@ class handle_walk {
   std::size_t size_ = 0;
   cell_set met_;  // handles that were given, mostly few ranges
   bool went_back_ = false;
+  std::string what_;
 };
 
 }  // namespace tarvex::shell

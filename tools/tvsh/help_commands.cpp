@@ -5,12 +5,23 @@
 
 #include "command.h"
 #include "commands.h"
+#include "fields.h"
 #include "report.h"
 #include "session.h"
+#include "text_wrap.h"
 
 namespace tarvex::shell {
 
 namespace {
+
+void put_lines(output &out, std::string_view text)
+{
+  while (!text.empty()) {
+    const std::size_t end = text.find('\n');
+    out.line(text.substr(0, end));
+    text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+  }
+}
 
 void list_commands(output &out)
 {
@@ -25,11 +36,13 @@ void list_commands(output &out)
       if (!in_group(each)) continue;
       std::string line = "  " + std::string(each.name);
       line.resize(std::max(line.size() + 1, width + 2), ' ');
-      out.line(line += each.summary);
+      put_lines(out, wrapped(line += each.summary, width + 2));
     }
   }
-  out.line("'help COMMAND' tells more. Every command takes -j (JSON), --raw (hexadecimal), --hw (read");
-  out.line("the hardware) and --dry-run (check only), and ends in '| include RE', '| exclude RE' or '| count'.");
+  put_lines(out,
+            wrapped("'help COMMAND' shows more. Every command takes -j (JSON), --raw (hexadecimal), --hw (read the "
+                    "hardware), --dry-run (check only) and --force (write what is refused as not meant), and ends in "
+                    "'| include RE', '| exclude RE' or '| count'."));
 }
 
 void list_as_json(const invocation &call)
@@ -39,20 +52,29 @@ void list_as_json(const invocation &call)
   rows.finish();
 }
 
-void put_lines(output &out, std::string_view text)
+/// Fields and actions of the table, or actions of the profile, that the second word is.
+exit_code show_what_it_names(const invocation &call)
 {
-  while (!text.empty()) {
-    const std::size_t end = text.find('\n');
-    out.line(text.substr(0, end));
-    text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+  const auto rest = call.words.subspan(1);
+  const auto profile = std::ranges::find(calls::profiles, rest[0], &profile_info::name);
+  if (profile == calls::profiles.end()) return show_schema({call.shell, call.out, call.chosen, rest});
+  report rows(call.out, call.chosen, "actions",
+              {{"action", longest_name(action_names(profile->actions))}, {"parameters"}}, {{"profile", profile->name}});
+  for (const use_info &use : profile->actions) {
+    rows.cell(use.action->name).begin_pairs();
+    for (const shown_field &field : parameter_fields(*use.action))
+      rows.pair(field.name, std::to_string(field.bits), true);
+    rows.end_pairs().end_row();
   }
+  rows.finish();
+  return exit_code::ok;
 }
 
 }  // namespace
 
 exit_code help(const invocation &call)
 {
-  call.expect_at_most(1);
+  call.expect_at_most(2);
   if (!call.has(0)) {
     if (call.chosen.json) {
       list_as_json(call);
@@ -62,6 +84,7 @@ exit_code help(const invocation &call)
     return exit_code::ok;
   }
   const command &what = command_named(call.words[0]);
+  if (call.chosen.json && call.has(1)) return show_what_it_names(call);
   if (call.chosen.json) {
     call.result({}, {{"command", what.name},
                      {"usage", usage_of(what)},
@@ -71,8 +94,9 @@ exit_code help(const invocation &call)
     return exit_code::ok;
   }
   put_lines(call.out, usage_of(what));
-  call.out.line(what.summary);
-  put_lines(call.out, what.details);
+  if (call.has(1)) return show_what_it_names(call);
+  put_lines(call.out, wrapped(what.summary));
+  put_lines(call.out, wrapped(what.details));
   call.out.line("examples:");
   for (const std::string_view example : what.examples) call.out.line("  " + std::string(example));
   return exit_code::ok;

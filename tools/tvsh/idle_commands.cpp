@@ -23,7 +23,7 @@ std::string of(const table_info &table) { return std::string(" of ") + table.nam
 
 void list_tables(const invocation &call)
 {
-  report rows(call.out, call.chosen, "tables", {{"table", 24}, {"handle", 9}});
+  report rows(call.out, call.chosen, "tables", {{"table", longest_name(names_of(calls::tables))}, {"handle", 9}});
   for (const table_info &table : calls::tables) {
     if (table.idle_time) rows.cell(table.name).handle(table.handle).end_row();
   }
@@ -41,7 +41,8 @@ void show(const invocation &call, const table_info &table)
   read_hit.give(hit_state_out, &hit);
   handle_walk walk = handle_walk::entries(table, call.where());
   std::optional<std::uint32_t> handle = walk.next();
-  report rows(call.out, call.chosen, "entries", {{"handle", 10}, {"ttl", 10}, {"state"}}, {{"table", table.name}});
+  report rows(call.out, call.chosen, "entries", {{"handle", 10}, {"ttl", 10, "ms"}, {"state"}},
+              {{"table", table.name}});
   for (; handle; handle = walk.next()) {
     call.shell.check_interrupt();
     read_ttl.give(entry_hdl, *handle).must("reading the ttl of entry " + std::to_string(*handle) + of(table));
@@ -89,7 +90,7 @@ void update(const invocation &call, const table_info &table)
 void set_ttl(const invocation &call, const table_info &table)
 {
   static constexpr std::array<std::string_view, 2> allowed = {"handle", "ttl"};  // none of these tables has priorities
-  const entry_words words = parse_entry_words(table, call.words.subspan(2), {}, allowed);
+  const entry_words words = parse_entry_words(table, call.words.subspan(2), {}, allowed, source_of(call.chosen));
   const std::uint64_t value = words.own.required_number("ttl", 32);
   function_call write(function_for(family_id::set_ttl, table), call.where());
   write.give(entry_hdl, handle_of(table, words, call.where())).give(ttl, value);

@@ -94,18 +94,25 @@ std::string read_all(const std::string &name)
   return text;
 }
 
-/// The command or the script that the arguments have.
+/// The commands or the script that the arguments have.
 exit_code run_given(const program_options &wanted, interpreter &shell, output &out)
 {
-  const std::string script = wanted.command ? "" : read_all(wanted.script.value_or("-"));
+  const bool commands = !wanted.commands.empty();
+  const std::string script = commands ? "" : read_all(wanted.script.value_or("-"));
   const interrupt_handling signals(shell, interrupts::script);
-  if (!wanted.command) return shell.run_script(script, wanted.script.value_or("-"), out);
-  return shell.ended_by(shell.run(*wanted.command, out));
+  if (!commands) return shell.run_script(script, wanted.script.value_or("-"), out);
+  exit_code code = exit_code::ok;
+  for (const std::string &command : wanted.commands) {
+    if (shell.stop_code() != exit_code::ok) return shell.stop_code();
+    code = shell.ended_by(shell.run(command, out));
+    if (code != exit_code::ok || shell.ended) break;
+  }
+  return code;
 }
 
 exit_code run_all(const program_options &wanted, interpreter &shell, stream_output &out)
 {
-  if (wanted.command || wanted.script || isatty(STDIN_FILENO) == 0) return run_given(wanted, shell, out);
+  if (!wanted.commands.empty() || wanted.script || isatty(STDIN_FILENO) == 0) return run_given(wanted, shell, out);
   return run_prompt(shell, out);
 }
 
@@ -116,7 +123,7 @@ exit_code serve(const program_options &wanted, session &shell, stream_output &ou
   sigset_t ends;
   sigemptyset(&ends);
   for (const int each : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&ends, each);
-  if (wanted.command || wanted.script) {
+  if (!wanted.commands.empty() || wanted.script) {
     const exit_code code = run_given(wanted, shell, out);
     out.flush();
     if (code != exit_code::ok) return code;
@@ -135,7 +142,7 @@ exit_code attach(const program_options &wanted, stream_output &out)
   client_hello hello{{}, wanted.defaults, std::filesystem::current_path()};
   if (wanted.device_given) hello.device = wanted.device;
   remote_session shell(*wanted.attached, hello);
-  const bool asks = !wanted.command && !wanted.script && isatty(STDIN_FILENO) != 0;
+  const bool asks = wanted.commands.empty() && !wanted.script && isatty(STDIN_FILENO) != 0;
   if (asks) {
     const server_hello &server = shell.server();
     out.note("tvsh: attached to process " + std::to_string(server.process) + ", device " +

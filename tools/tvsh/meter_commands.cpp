@@ -39,10 +39,10 @@ void show_meter(const invocation &call, const resource_info &meter)
   read.give(meter_value_out, &value);
   report rows(call.out, call.chosen, "cells",
               {{meter.direct ? "handle" : "index", 10},
-               {"cir", rate_width},
-               {"cburst", rate_width},
-               {"pir", rate_width},
-               {"pburst", rate_width},
+               {"cir", rate_width, "bytes"},
+               {"cburst", rate_width, "bytes"},
+               {"pir", rate_width, "bytes"},
+               {"pburst", rate_width, "bytes"},
                {"type"}},
               {{"meter", meter.name}});
   for_each_cell(call, meter, read, [&](std::uint32_t cell) {
@@ -92,13 +92,14 @@ exit_code write_meter(const invocation &call)
   const resource_info &meter = resource_named(call.word(0, "METER"), meters_only);
   const std::string what = std::string("setting ") + meter.name;
   if (!meter.direct) {
-    const std::uint32_t index = parse_index(meter, call.word(1, "INDEX"));
-    const pd_meter_spec_t value = meter_of(parse_own_words(call.words.subspan(2), meter_words()));
+    const std::uint32_t index = parse_index(meter, call.word(1, "INDEX"), call.chosen);
+    const pd_meter_spec_t value =
+        meter_of(parse_own_words(call.words.subspan(2), meter_words()), source_of(call.chosen));
     if (!call.only_checked(what)) write_cell(call, meter, {index, value});
     return exit_code::ok;
   }
   const carrying_entry entry = carrying_entry_of(call, meter, meter_words());
-  const pd_meter_spec_t value = meter_of(entry.own);
+  const pd_meter_spec_t value = meter_of(entry.own, source_of(call.chosen));
   function_call write(function_for(family_id::meter_set, meter), call.where());
   call.carry_out(write.give(entry_hdl, entry.handle).give(meter_value, &value), what);
   return exit_code::ok;
@@ -108,7 +109,7 @@ exit_code write_wred(const invocation &call)
 {
   static constexpr std::array<std::string_view, 4> allowed = {"time", "min", "max", "probability"};
   const resource_info &block = resource_named(call.word(0, "BLOCK"), wred_only);
-  const std::uint32_t index = parse_index(block, call.word(1, "INDEX"));
+  const std::uint32_t index = parse_index(block, call.word(1, "INDEX"), call.chosen);
   const own_words own = parse_own_words(call.words.subspan(2), allowed);
   const pd_wred_spec_t value{real_of(own, "time"), static_cast<std::uint32_t>(own.required_number("min", 32)),
                              static_cast<std::uint32_t>(own.required_number("max", 32)), real_of(own, "probability")};

@@ -263,7 +263,8 @@ std::string manual_page(const std::vector<program_option> &options)
   }
   page += ".SH COMMANDS\n";
   page += "Every command takes\n.B \\-j\n(JSON),\n.B \\-\\-raw\n(hexadecimal),\n.B \\-\\-hw\n";
-  page += "(read the hardware) and\n.B \\-\\-dry\\-run\n(check only), and ends in\n.BR \"| include\" ,\n";
+  page += "(read the hardware),\n.B \\-\\-dry\\-run\n(check only) and\n.B \\-\\-force\n";
+  page += "(write what is refused as not meant), and ends in\n.BR \"| include\" ,\n";
   page += ".B | exclude\nor\n.BR \"| count\" .\n";
   for (std::size_t group = 0; group < titles.size(); ++group) {
     page += ".SS Commands: " + std::string(titles[group]) + "\n";

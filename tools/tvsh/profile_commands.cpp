@@ -54,7 +54,7 @@ void add_member(const invocation &call, const profile_info &profile)
     name = name_for_new(call, words.last(1));
     words = words.first(words.size() - 1);
   }
-  const record_memory record = parse_parameters(*use.action, words);
+  const record_memory record = parse_parameters(*use.action, words, source_of(call.chosen));
   std::uint32_t member = 0;
   function_call write(*function_for(family_id::add_member, use), call.where());
   write.give(action_spec, record.data()).give(mbr_hdl_out, &member);
@@ -68,7 +68,7 @@ void modify_member(const invocation &call, const profile_info &profile)
 {
   const std::uint32_t member = handle_word(call, 2, "MEMBER");
   const use_info &use = use_named(profile.actions, call.word(3, "ACTION"), profile.name);
-  const record_memory record = parse_parameters(*use.action, call.words.subspan(4));
+  const record_memory record = parse_parameters(*use.action, call.words.subspan(4), source_of(call.chosen));
   function_call write(*function_for(family_id::modify_member, use), call.where());
   write.give(mbr_hdl, member).give(action_spec, record.data());
   call.carry_out(write, "modifying " + member_text(profile, member));
@@ -151,7 +151,7 @@ entry_words parse_indirect(const invocation &call, const table_info &table, bool
   std::vector<std::string_view> allowed = {"member", "group"};
   if (by_handle) allowed.push_back("handle");
   if (table.kind == calls::table_kind::ternary) allowed.push_back("priority");
-  entry_words words = parse_entry_words(table, call.words.subspan(2), {}, allowed);
+  entry_words words = parse_entry_words(table, call.words.subspan(2), {}, allowed, source_of(call.chosen));
   if (words.has_key) require_priority(table, words);
   return words;
 }
@@ -164,9 +164,10 @@ void add_indirect(const invocation &call, const table_info &table)
   function_call write(function_for(family_id::add_indirect_entry, table, to.kind), call.where());
   write.give(match_spec, words.key.data()).give(priority, words.priority()).give(to.kind, to.handle);
   write.give(entry_hdl_out, &handle);
-  if (call.carry_out(write, std::string("adding an entry to ") + table.name)) {
-    call.made("entry", handle);
-  }
+  const std::string what = std::string("adding an entry to ") + table.name;
+  if (call.only_checked(what)) return;
+  require_added(write.status(), what, table, words.key, words.priority(), call.where());
+  call.made("entry", handle);
 }
 
 void modify_indirect(const invocation &call, const table_info &table)
@@ -204,7 +205,8 @@ exit_code show_members(const invocation &call)
   member_reader reader(profile, call.where(), call.chosen.hardware);
   handle_walk walk = handle_walk::members(profile, call.where());
   std::optional<std::uint32_t> member = walk.next();
-  report rows(call.out, call.chosen, "members", {{"member", 10}, {"action", 26}, {"parameters"}},
+  report rows(call.out, call.chosen, "members",
+              {{"member", 10}, {"action", longest_name(action_names(profile.actions))}, {"parameters"}},
               {{"profile", profile.name}});
   parameter_pairs parameters(call.chosen.raw);
   for (; member; member = walk.next()) {

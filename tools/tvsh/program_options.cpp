@@ -3,7 +3,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "program_options.h"
 
+#include <memory>
+#include <sstream>
+
 #include "tarvex_pd/version.h"
+#include "text_wrap.h"
 
 namespace tarvex::shell {
 
@@ -18,6 +22,27 @@ std::string joined(const std::vector<std::string> &words)
 
 }  // namespace
 
+namespace {
+
+constexpr std::size_t option_column = 30;  // where the descriptions of options begin
+
+/// Help in lines of the usual width.
+class wrapped_help : public CLI::Formatter {
+ public:
+  wrapped_help() { column_width(option_column); }
+
+  std::string make_help(const CLI::App *app, std::string name, CLI::AppFormatMode mode) const override
+  {
+    std::istringstream lines(Formatter::make_help(app, name, mode));
+    std::string all;
+    for (std::string line; std::getline(lines, line);)
+      all += wrapped(line, line.starts_with(' ') ? option_column : 0) + '\n';
+    return all;
+  }
+};
+
+}  // namespace
+
 argument_parser::argument_parser()
     : app_(
           "A shell for the switch: reads and writes its tables by name. Words behind the options are one command, "
@@ -25,9 +50,13 @@ argument_parser::argument_parser()
           "may have options of its own; without one, and without -c and -f, it asks for commands.")
 {
   app_.set_version_flag("--version", "tvsh (tarvex_pd) " TARVEX_VERSION, "print the version, and end");
+  app_.formatter(std::make_shared<wrapped_help>());
   app_.prefix_command();  // what follows the options is a command with options of its own
   auto *const command =
-      app_.add_option("-c,--command", wanted_.command, "run one command, and end")->type_name("COMMAND");
+      app_.add_option("-c,--command", wanted_.commands,
+                      "run one command, and end; several are run one behind the other, to the first error")
+          ->type_name("COMMAND")
+          ->allow_extra_args(false);
   app_.add_option("-f,--file", wanted_.script, "run the commands of a file ('-': of standard input) to the first error")
       ->type_name("FILE")
       ->excludes(command);
@@ -79,10 +108,12 @@ program_options argument_parser::parse(int argc, char **argv)
   if (words[0].starts_with('-')) throw CLI::ExtrasError(words);
   const std::string line = joined(words);
   const auto refuse = [&line](const std::string &why) { throw CLI::ArgumentMismatch("'" + line + "' " + why); };
-  if (wanted_.command) refuse("is one word too many; quote the command: -c '" + *wanted_.command + ' ' + line + "'");
+  if (!wanted_.commands.empty()) {
+    refuse("is one word too many; quote the command: -c '" + wanted_.commands.back() + ' ' + line + "'");
+  }
   if (wanted_.script) refuse("cannot stand beside -f; the file has the commands");
   if (wanted_.served) refuse("does not run ahead of --serve so; write -c '" + line + "'");
-  wanted_.command = line;
+  wanted_.commands = {line};
   return wanted_;
 }
 

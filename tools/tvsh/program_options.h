@@ -16,7 +16,7 @@
 namespace tarvex::shell {
 
 struct program_options {
-  std::optional<std::string> command;
+  std::vector<std::string> commands;
   std::optional<std::string> script;
   std::optional<std::string> served;    // the socket to serve
   std::optional<std::string> attached;  // the socket to attach to

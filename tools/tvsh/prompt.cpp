@@ -8,13 +8,17 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <clocale>
 #include <cstdlib>
+#include <cwctype>
 #include <iostream>
 #include <memory>
 #include <optional>
+#include <utility>
 
 #include "history_file.h"
 #include "interrupt_handling.h"
+#include "typed_line.h"
 
 namespace tarvex::shell {
 
@@ -52,6 +56,41 @@ class plain_lines : public line_source {
     }
   }
 };
+
+/// A byte of the terminal; a number below 0 where there is none, with errno, and 256 at the end of the input.
+int next_byte()
+{
+  unsigned char byte = 0;
+  const ssize_t got = ::read(STDIN_FILENO, &byte, 1);
+  return got < 0 ? -1 : got == 0 ? 256 : byte;
+}
+
+/// The editor by itself passes over bytes that are no character, and over characters that it has no key for: the rest
+/// of the line would be run as if it had been meant. Here each of them stays, so that the line can be refused.
+int next_character(EditLine *, wchar_t *to)
+{
+  constexpr wchar_t replacement = 0xfffd;
+  static int kept = -1;  // the byte behind a character that was cut off
+  const int first = kept >= 0 ? std::exchange(kept, -1) : next_byte();
+  if (first < 0 || first > 0xff) return first < 0 ? -1 : 0;
+  *to = static_cast<wchar_t>(first);
+  if (first < 0x80) return 1;
+  const int length = first >= 0xf0 ? 4 : first >= 0xe0 ? 3 : 2;
+  wchar_t code = first < 0xc2 || first > 0xf4 ? replacement : first & (0x7f >> length);
+  for (int at = 1; at < length && code != replacement; ++at) {
+    const int byte = next_byte();
+    if (byte < 0) return -1;
+    if ((byte & 0xc0) == 0x80 && byte < 0x100) {
+      code = code << 6 | (byte & 0x3f);
+    } else {
+      kept = byte;
+      code = replacement;
+    }
+  }
+  constexpr wchar_t keys = 0x100;  // below it, what is no letter is a key of the editor
+  *to = code < keys && iswprint(static_cast<wint_t>(code)) == 0 ? replacement : code;
+  return 1;
+}
 
 const char *prompt_of(EditLine *) { return prompt_text; }
 
@@ -111,6 +150,7 @@ class edited_lines : public line_source {
     el_set(editor_, EL_EDITOR, "emacs");
     el_set(editor_, EL_HIST, &history, history_);
     el_set(editor_, EL_SIGNAL, 0);
+    el_wset(editor_, EL_GETCFN, &next_character);
     // Wide: of narrow names the editor keeps copies that it never gives back.
     el_wset(editor_, EL_ADDFN, L"complete", L"completes the word", &complete_line);
     el_set(editor_, EL_BIND, "^I", "complete", nullptr);
@@ -155,7 +195,8 @@ std::unique_ptr<line_source> make_lines(interpreter &shell)
   const char *const terminal = std::getenv("TERM");
   const bool can_edit =
       terminal != nullptr && *terminal != 0 && std::string_view(terminal) != "dumb" && isatty(STDOUT_FILENO) != 0;
-  if (can_edit) return std::make_unique<edited_lines>(shell);
+  // Whatever the user's own language is: the editor drops characters that its locale has no code for.
+  if (can_edit && std::setlocale(LC_CTYPE, "C.UTF-8") != nullptr) return std::make_unique<edited_lines>(shell);
   return std::make_unique<plain_lines>();
 }
 
@@ -170,7 +211,11 @@ exit_code run_prompt(interpreter &shell, stream_output &out)
     const std::optional<std::string> line = lines->next();
     if (!line) break;
     shell.clear_interrupt();
-    shell.run(*line, out);
+    if (const std::string fault = character_fault(*line); fault.empty()) {
+      shell.run(*line, out);
+    } else {
+      out.error(fault);
+    }
     out.flush();
   }
   return exit_code::ok;

@@ -61,13 +61,13 @@ exit_code write_register(const invocation &call)
   const bool all = cells == "all";
   const std::string what = "writing " + std::string(reg.name);
   if (value_word == "reset") {
-    const auto range = all ? std::nullopt : std::optional(parse_cells(cells));
+    const auto range = all ? std::nullopt : std::optional(parse_cells(cells, call.chosen));
     if (!call.only_checked(what)) reset_register(call, reg, range);
     return exit_code::ok;
   }
   cell_state cell;
   cell.value = static_cast<std::uint8_t>(parse_number(value_word, "value (0, 1 or reset)", 1));
-  if (!all) cell.index = parse_index(reg, cells);
+  if (!all) cell.index = parse_index(reg, cells, call.chosen);
   if (!call.only_checked(what)) write_cell(call, reg, cell);
   return exit_code::ok;
 }

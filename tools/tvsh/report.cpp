@@ -14,7 +14,7 @@ report::report(output &out, const options &chosen, std::string_view list, std::v
                const attributes &head)
     : out_(out), json_(chosen.json), columns_(std::move(columns))
 {
-  for (column &each : columns_) each.width = std::max(each.width, each.name.size());
+  for (column &each : columns_) each.width = std::max(each.width, each.heading().size());
   if (json_) {
     line_ = "{\"schema_version\":" + std::to_string(schema_version);
     first_member_ = false;
@@ -24,7 +24,7 @@ report::report(output &out, const options &chosen, std::string_view list, std::v
     line_ += ":[";
     out_.line(line_);
   } else {
-    for (const column &each : columns_) cell(each.name);
+    for (const column &each : columns_) cell(each.heading());
     line_.erase(line_.find_last_not_of(' ') + 1);
     out_.heading(line_);
   }

@@ -19,7 +19,10 @@ namespace tarvex::shell {
 
 struct column {
   std::string name;
-  std::size_t width = 0;  // of its longest text; the name's own length counts too
+  std::size_t width = 0;  // of its longest text; the heading's own length counts too
+  std::string unit = {};  // of its numbers, for the heading
+
+  std::string heading() const { return unit.empty() ? name : name + " (" + unit + ')'; }
 };
 
 class report {

@@ -104,7 +104,12 @@ exit_code restart_library(const invocation &call)
 
   bool same = true;
   report rows(call.out, call.chosen, "profiles",
-              {{"profile", 30}, {"members", 10}, {"groups", 10}, {"memberships", 11}, {"restored"}}, {{"by", name}});
+              {{"profile", longest_name(names_of(calls::profiles))},
+               {"members", 10},
+               {"groups", 10},
+               {"memberships", 11},
+               {"restored"}},
+              {{"by", name}});
   for (const profile_info &profile : calls::profiles) {
     const bool back = cJSON_Compare(part_of(before.get(), profile), part_of(after.get(), profile), 1) != 0;
     same = same && back;

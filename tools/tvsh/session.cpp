@@ -42,11 +42,19 @@ class filter_chain {
   output *first_;
 };
 
-/// `help NAME` for `NAME ?` and `? NAME`.
+bool names_table_or_profile(word_kind kind)
+{
+  using enum word_kind;
+  return kind == table || kind == keyed_table || kind == idle_table || kind == indirect_table || kind == profile;
+}
+
+/// `help NAME` for `NAME ?` and `? NAME`, and `help NAME TABLE` for `NAME TABLE ... ?`.
 void ask_for_help(std::vector<std::string> &words)
 {
   if (words.back() == "?" && words.size() > 1) {
-    words = {"help", words.front()};
+    const bool on_something = words.size() > 2 && names_table_or_profile(command_named(words[0]).words[0]);
+    words.resize(on_something ? 2 : 1);
+    words.insert(words.begin(), "help");
   } else if (words.front() == "?") {
     words.front() = "help";
   }

@@ -47,7 +47,7 @@ named_entry entry_of(const invocation &call, std::initializer_list<std::string_v
   const auto naming = entry_name_words(table);
   std::vector<std::string_view> allowed(naming.begin(), naming.end());
   allowed.insert(allowed.end(), others);
-  entry_words words = parse_entry_words(table, call.words.subspan(2), {}, allowed);
+  entry_words words = parse_entry_words(table, call.words.subspan(2), {}, allowed, source_of(call.chosen));
   const std::uint32_t handle = handle_of(table, words, call.where());
   return {table, std::move(words), handle};
 }
@@ -63,7 +63,7 @@ void count(const invocation &call)
   if (cell) {
     static constexpr std::array<std::string_view, 2> allowed = {"packets", "bytes"};
     const resource_info &counter = resource_named(name, kinds);
-    const auto index = static_cast<std::uint32_t>(parse_number(call.word(2, "INDEX"), "index", 32));
+    const std::uint32_t index = parse_index(counter, call.word(2, "INDEX"), call.chosen);
     const own_words own = parse_own_words(call.words.subspan(3), allowed);
     require_success(
         require_stand_in().count_cell(call.where().device, counter.handle, index, own.number("packets", 64).value_or(1),
@@ -141,7 +141,8 @@ void lookup(const invocation &call)
   const table_info &table = table_named(call.word(1, "TABLE"));
   std::vector<std::uint8_t> key(table.key_bytes);
   std::uint32_t partition = 0;
-  const entry_words words = parse_entry_words(table, call.words.subspan(2), {}, {});
+  // A packet has bits that the table ignores.
+  const entry_words words = parse_entry_words(table, call.words.subspan(2), {}, {}, value_source::read_back);
   for (const calls::field_info &row : table.fields) {
     const record_member member{row.member, row.member_size, row.companion, row.bits};
     const shown_field field{row.name, row.name, display_kind::number, row.match, row.bits, {member, record_member{}}};

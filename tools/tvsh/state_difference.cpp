@@ -6,7 +6,9 @@
 #include <ranges>
 #include <unordered_map>
 
+#include "cells.h"
 #include "entry_contents.h"
+#include "match_fault.h"
 #include "profile_matching.h"
 #include "value_text.h"
 
@@ -49,7 +51,8 @@ std::string meter_text(const pd_meter_spec_t &meter)
 {
   return " cir=" + std::to_string(meter.cir) + " cburst=" + std::to_string(meter.cburst) +
          " pir=" + std::to_string(meter.pir) + " pburst=" + std::to_string(meter.pburst) +
-         (meter.meter_type == PD_METER_TYPE_COLOR_AWARE ? " type=aware" : " type=unaware");
+         (meter.meter_type == PD_METER_TYPE_COLOR_AWARE ? " type=aware" : " type=unaware") +
+         (needs_force(meter) ? " --force" : "");
 }
 
 std::string counter_text(const pd_counter_value_t &counter)
@@ -140,14 +143,13 @@ class difference_finder {
       line_ = each.line;
       const auto pair = matching.members.find(each.id);
       if (pair == matching.members.end()) {
-        members_.push_back("member" + of_profile + " add" +
-                           texts_.action(*each.action.action, record_of(each.action.parameters)) +
+        members_.push_back("member" + of_profile + " add" + action_text(*each.action.action, each.action.parameters) +
                            " as=" + name_of_new(profile, false, each.id));
         continue;
       }
       if (members.at(pair->second)->action != each.action) {
         members_.push_back("member" + of_profile + " modify " + name_there(profile, false, pair->second) +
-                           texts_.action(*each.action.action, record_of(each.action.parameters)));
+                           action_text(*each.action.action, each.action.parameters));
       }
       members.erase(pair->second);
     }
@@ -258,14 +260,27 @@ class difference_finder {
   {
     std::uint32_t priority = 0;
     std::memcpy(&priority, entry.key.data() + table.record_size, sizeof priority);
-    return texts_.key(table, record_of(entry.key.substr(0, table.record_size)), priority);
+    const record_memory key = record_of(entry.key.substr(0, table.record_size));
+    return texts_.key(table, key, priority) + force(fields_.of(table), key);
+  }
+
+  std::string action_text(const action_info &action, const record_bytes &parameters)
+  {
+    const record_memory record = record_of(parameters);
+    return texts_.action(action, record) + force(fields_.of(action), record);
+  }
+
+  /// Values that were read from a switch are written as they are.
+  static const char *force(std::span<const shown_field> fields, const record_memory &record)
+  {
+    return needs_force(fields, record.data()) ? " --force" : "";
   }
 
   /// What an entry does, behind its key: action, parameters and meter, or what it refers to.
   std::string body_text(const table_info &table, const model_entry &entry)
   {
     if (table.profile == nullptr) {
-      return texts_.action(*entry.action.action, record_of(entry.action.parameters)) +
+      return action_text(*entry.action.action, entry.action.parameters) +
              (entry.meter != nullptr ? meter_text(*entry.meter) : "");
     }
     return (entry.is_group ? " group=" : " member=") + handle_text(*table.profile, entry.is_group, entry.reference);
@@ -351,7 +366,8 @@ class difference_finder {
 
   static std::string cell_command(const resource_info &resource, const std::string &index, const cell_value &value)
   {
-    const std::string of_cell = std::string(" ") + resource.name + ' ' + index;
+    const bool unlikely = index != "all" && std::stoul(index) >= unlikely_index;
+    const std::string of_cell = std::string(" ") + resource.name + ' ' + index + (unlikely ? " --force" : "");
     if (const auto *const counter = std::get_if<pd_counter_value_t>(&value)) {
       return "counter" + of_cell + counter_text(*counter);
     }
@@ -438,7 +454,8 @@ class difference_finder {
     for (const value_set_entry &entry : entries) {
       behind_.push_back(std::string("value-set") + verb + " value=" + hexadecimal(entry.value) +
                         " mask=" + hexadecimal(entry.mask) + " scope=" + std::to_string(entry.scope) +
-                        " index=" + std::to_string(entry.index) + " sub=" + std::to_string(entry.sub_index));
+                        " index=" + std::to_string(entry.index) + " sub=" + std::to_string(entry.sub_index) +
+                        ((entry.value & ~entry.mask) != 0 ? " --force" : ""));
     }
   }
 
@@ -448,6 +465,7 @@ class difference_finder {
   std::map<const profile_info *, profile_matching> matchings_;
   std::set<std::string> named_;
   entry_texts texts_;
+  known_fields fields_;
   std::uint64_t line_ = 0;  // of the wanted part that is compared; 0 where there is none
   operation_list names_{line_}, deleted_entries_{line_}, members_{line_}, groups_{line_}, settings_{line_},
       entries_{line_}, behind_{line_}, deleted_groups_{line_}, deleted_members_{line_};

@@ -79,10 +79,11 @@ float real_in(json_item item, std::string_view name)
 /// A value of a field, as a number or as the commands take it.
 void read_field(const shown_field &field, json_item item, std::uint8_t *record)
 {
-  if (item.kind() == json_kind::text) return parse_match(field, item.text(), record);
+  constexpr value_source from = value_source::read_back;
+  if (item.kind() == json_kind::text) return parse_match(field, item.text(), record, from);
   if (item.kind() != json_kind::number) throw usage_error("field " + described(field) + " must be a number or a text");
   if (field.has_prefix() || item.number() > all_ones(field.bits)) {
-    return parse_match(field, std::to_string(item.number()), record);
+    return parse_match(field, std::to_string(item.number()), record, from);
   }
   write_value(field, item.number(), record);
   if (field.has_mask()) write_mask(field, all_ones(field.bits), record);

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "entry_search.h"
 #include "hash_settings.h"
 #include "remembered_writes.h"
 #include "session.h"
@@ -127,7 +128,9 @@ std::uint32_t state_loader::write_entry(const table_info &table, const entry_sta
       .give(meter_spec, state.meter ? &*state.meter : nullptr)
       .give(entry_hdl_out, &handle);
   const auto status = static_cast<pd_status_t>(call->make());
-  if (status != BF_SUCCESS) throw refused_error(status, std::string(what) + ' ' + table.name);
+  const std::string attempt = std::string(what) + ' ' + table.name;
+  if (state.has_key) require_added(status, attempt, table, state.key, state.priority, call_.where());
+  require_success(status, attempt);
   if (state.counter) {
     partly_ = true;
     const resource_info &counter = *direct_counter(table);

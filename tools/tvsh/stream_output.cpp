@@ -98,19 +98,23 @@ void stream_output::progress(std::string_view label, std::uint64_t done, std::ui
 {
   if (!bar_ || total == 0) return;
   const std::uint64_t percent = done * 100 / total;
-  if (bar_shown_ && percent == shown_percent_) return;
+  if (bar_columns_ != 0 && percent == shown_percent_) return;
   constexpr std::uint64_t width = 40;
   std::string bar(width, ' ');
   bar.replace(0, percent * width / 100, percent * width / 100, '=');
-  bar_shown_ = true;
+  std::string text = std::string(label) + " [" + bar + "] " + std::to_string(percent) + '%';
+  const std::size_t columns = text.size();
+  // A shorter one does not leave the end of the one before behind it.
+  if (bar_columns_ > columns) text.append(bar_columns_ - columns, ' ');
+  bar_columns_ = columns;
   shown_percent_ = percent;
-  write(remarks_, '\r' + std::string(label) + " [" + bar + "] " + std::to_string(percent) + '%');
+  write(remarks_, '\r' + text);
 }
 
 void stream_output::wipe_progress()
 {
-  if (bar_shown_) write(remarks_, "\r" + std::string(70, ' ') + "\r");
-  bar_shown_ = false;
+  if (bar_columns_ != 0) write(remarks_, "\r" + std::string(bar_columns_, ' ') + "\r");
+  bar_columns_ = 0;
 }
 
 }  // namespace tarvex::shell

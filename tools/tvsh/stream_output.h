@@ -34,7 +34,7 @@ class stream_output : public output {
   bool remark_colour_;
   bool bar_;  // a person watches
   std::uint64_t shown_percent_ = 0;
-  bool bar_shown_ = false;
+  std::size_t bar_columns_ = 0;  // of the bar that is shown; 0 where none is
   std::string kept_;
 };
 

@@ -19,13 +19,10 @@ std::string_view display_name(display_kind display)
   return names[static_cast<std::size_t>(display)];
 }
 
-/// The bits that the pipeline matches on; "all" where it is all of them, as of both halves of a MAC address.
-std::string live_bits(const table_info &table, const shown_field &field)
+/// The bits that the pipeline matches on; "all" where it is all of them.
+std::string live_bits(const shown_field &field)
 {
-  const auto row = std::ranges::find(table.fields, field.full_name, &calls::field_info::name);
-  if (row == table.fields.end()) return "all";
-  wide_number live = 0;
-  for (const std::uint8_t byte : row->live) live = live << 8 | byte;
+  const wide_number live = field.live & all_ones(field.bits);
   return live == all_ones(field.bits) ? "all" : hexadecimal(live);
 }
 
@@ -42,7 +39,13 @@ exit_code show_tables(const invocation &call)
   const std::vector<const table_info *> tables =
       matching(std::span(calls::tables), call.has(0) ? call.words[0] : "", "table", "'tables' lists all");
   report rows(call.out, call.chosen, "tables",
-              {{"table", 24}, {"handle", 9}, {"kind", 7}, {"fields"}, {"actions"}, {"idle"}, {"profile"}});
+              {{"table", longest_name(names_of(calls::tables))},
+               {"handle", 9},
+               {"kind", 7},
+               {"fields"},
+               {"actions"},
+               {"idle"},
+               {"profile"}});
   for (const table_info *const each : tables) {
     const table_info &table = *each;
     rows.cell(table.name).handle(table.handle).cell(kind_name(table.kind));
@@ -67,7 +70,7 @@ exit_code show_schema(const invocation &call)
   std::size_t longest_live = 0;
   for (const shown_field &field : fields) {
     longest_name = std::max({longest_name, field.name.size(), field.full_name.size()});
-    longest_live = std::max(longest_live, live_bits(table, field).size());
+    longest_live = std::max(longest_live, live_bits(field).size());
   }
   std::size_t longest_parameters = 0;
   for (const use_info &use : actions_of(table)) {
@@ -94,7 +97,7 @@ exit_code show_schema(const invocation &call)
   rows.cell(table.about).end_row();
   for (const shown_field &field : fields) {
     rows.cell("field").cell(field.name).cell(field.full_name).cell(kind_name(field.match)).number(field.bits);
-    rows.cell(display_name(field.display)).cell(live_bits(table, field)).end_row();
+    rows.cell(display_name(field.display)).cell(live_bits(field)).end_row();
   }
   for (const use_info &use : actions_of(table)) {
     rows.cell("action").cell(use.action->name).nothing().nothing().nothing().nothing().nothing();

@@ -43,6 +43,14 @@ value_set_entry values_of(const own_words &own)
   return entry;
 }
 
+/// As for keys: what a person types must be what the switch takes it for.
+void require_meant(const invocation &call, const value_set_entry &entry)
+{
+  if (call.chosen.force || (entry.value & ~entry.mask) == 0) return;
+  throw usage_error("value " + hexadecimal(entry.value) + " has bits outside the mask " + hexadecimal(entry.mask) +
+                    "; it would match " + hexadecimal(entry.value & entry.mask) + ". Write that, or add --force");
+}
+
 value_set_entry whole_entry(std::span<const std::string> words)
 {
   const own_words own = parse_own_words(words, add_words);
@@ -56,6 +64,7 @@ value_set_entry whole_entry(std::span<const std::string> words)
 void add_entry(const invocation &call)
 {
   const value_set_entry entry = whole_entry(call.words.subspan(1));
+  require_meant(call, entry);
   if (call.only_checked("adding an entry")) return;
   call.made("entry", add_to_value_set(call, entry));
 }
@@ -69,6 +78,7 @@ void modify_entry(const invocation &call)
 {
   const std::uint32_t handle = handle_word(call);
   const value_set_entry entry = values_of(parse_own_words(call.words.subspan(2), value_words));
+  require_meant(call, entry);
   if (call.only_checked("modifying an entry")) return;
   modify_in_value_set(call, handle, entry.value, entry.mask);
 }

@@ -6,6 +6,7 @@
 #include <arpa/inet.h>
 
 #include <array>
+#include <cctype>
 #include <charconv>
 #include <optional>
 
@@ -41,17 +42,22 @@ void append_ipv6(std::string &text, wide_number value)
   text += inet_ntop(AF_INET6, bytes.data(), shown.data(), shown.size());
 }
 
+/// Six bytes with ':' or '-' between them, three groups of four digits with '.' between them, or twelve digits alone.
 std::optional<wide_number> mac_of(std::string_view text)
 {
-  wide_number value = 0;
-  if (text.size() != 17) return std::nullopt;
-  for (std::size_t i = 0; i < text.size(); i += 3) {
-    unsigned byte = 0;
-    const auto [end, error] = std::from_chars(&text[i], &text[i] + 2, byte, 16);
-    const bool apart = i + 2 == text.size() || text[i + 2] == ':' || text[i + 2] == '-';
-    if (error != std::errc{} || end != &text[i] + 2 || !apart) return std::nullopt;
-    value = value << 8 | byte;
+  std::string digits;
+  for (const char letter : text) {
+    if (std::isxdigit(static_cast<unsigned char>(letter)) != 0) digits += letter;
   }
+  if (digits.size() != 12) return std::nullopt;
+  const auto apart = [&digits](std::size_t group, char between) {
+    std::string whole = digits.substr(0, group);
+    for (std::size_t at = group; at < digits.size(); at += group) (whole += between) += digits.substr(at, group);
+    return whole;
+  };
+  if (text != apart(2, ':') && text != apart(2, '-') && text != apart(4, '.') && text != digits) return std::nullopt;
+  std::uint64_t value = 0;
+  std::from_chars(digits.data(), digits.data() + digits.size(), value, 16);
   return value;
 }
 
@@ -204,8 +210,9 @@ std::size_t longest_text(const shown_field &field, bool raw)
   return value + 1 + (field.display == display_kind::number ? hexadecimal_digits : value);
 }
 
-wide_number parse_value(const shown_field &field, std::string_view text)
+wide_number parse_value(const shown_field &field, std::string_view text, value_source from)
 {
+  const unsigned bits = from == value_source::typed ? field.bits : field.held_bits();
   std::optional<wide_number> value;
   switch (field.display) {
     case display_kind::number: break;
@@ -213,20 +220,22 @@ wide_number parse_value(const shown_field &field, std::string_view text)
     case display_kind::ipv4: value = address_of(text, AF_INET); break;
     case display_kind::ipv6: value = address_of(text, AF_INET6); break;
   }
-  if (!value) value = number_of(text);
+  // A bare number is no MAC address: 001122334455 would be read as decimal.
+  const bool bare = !text.starts_with("0x") && !text.starts_with("0X");
+  if (!value && !(field.display == display_kind::mac && bare)) value = number_of(text);
   if (!value) {
     throw usage_error("field " + described(field) + ": '" + std::string(text) + "' is no value of it, such as " +
                       std::string(example_of(field.display)));
   }
-  if (*value > all_ones(field.bits)) {
-    throw usage_error("field " + described(field) + ": " + std::string(text) + " is too wide; the largest value is " +
-                      (field.bits > 64 ? hexadecimal(all_ones(field.bits))
-                                       : std::to_string(static_cast<std::uint64_t>(all_ones(field.bits)))));
+  if (*value > all_ones(bits)) {
+    throw usage_error(
+        "field " + described(field) + ": " + std::string(text) + " is too wide; the largest value is " +
+        (bits > 64 ? hexadecimal(all_ones(bits)) : std::to_string(static_cast<std::uint64_t>(all_ones(bits)))));
   }
   return *value;
 }
 
-void parse_match(const shown_field &field, std::string_view text, std::uint8_t *record)
+void parse_match(const shown_field &field, std::string_view text, std::uint8_t *record, value_source from)
 {
   if (field.has_mask() && text == "*") {
     write_value(field, 0, record);
@@ -234,7 +243,7 @@ void parse_match(const shown_field &field, std::string_view text, std::uint8_t *
     return;
   }
   const std::size_t slash = text.find('/');
-  const wide_number value = parse_value(field, text.substr(0, slash));
+  const wide_number value = parse_value(field, text.substr(0, slash), from);
   if (slash == std::string_view::npos) {
     write_value(field, value, record);
     if (field.has_mask()) write_mask(field, all_ones(field.bits), record);
@@ -246,10 +255,12 @@ void parse_match(const shown_field &field, std::string_view text, std::uint8_t *
     write_prefix_length(field, parse_length(field, behind), record);
   } else if (field.has_mask()) {
     // The mask of a MAC address is shown as one; a length is taken here as behind the others.
-    const bool length = field.display != display_kind::number && behind.find_first_of(".:x") == std::string_view::npos;
+    const bool mac_mask = field.display == display_kind::mac && mac_of(behind);
+    const bool digits_alone = behind.find_first_not_of("0123456789") == std::string_view::npos;
+    const bool length = field.display != display_kind::number && digits_alone && !mac_mask;
     write_mask(field,
                length ? all_ones(field.bits) & ~all_ones(field.bits - parse_length(field, behind))
-                      : parse_value(field, behind),
+                      : parse_value(field, behind, from),
                record);
   } else {
     throw usage_error("field " + described(field) + " is matched as a whole: leave out '/" + std::string(behind) +
