@@ -98,7 +98,7 @@ void print_lookups(fib_switch &device, std::span<const route> routes)
     const family fam = shown.destination.fam;
     const address last = last_address(shown.destination);
     const hop result = chain.resolve(fam, last);
-    std::printf("  %s, in prefix %s of AS %" PRIu32 "\n", to_string(last, fam).c_str(),
+    std::printf("  %s, the last address of %s of AS %" PRIu32 "\n", to_string(last, fam).c_str(),
                 to_string(shown.destination).c_str(), shown.origin_as);
     for (const fib_entry &hit : chain.hits()) std::printf("    %s\n", to_string(hit).c_str());
     std::printf("    so: %s\n", to_string(result).c_str());

@@ -7,6 +7,7 @@ import io
 import json
 import os
 import re
+import resource
 import signal
 import stat
 import subprocess
@@ -25,6 +26,23 @@ def run(*arguments, **extra):
     return shell_program.run(TVSH, *arguments, **extra)
 
 
+def expect_out_of_memory():
+    """A command that finds no memory; a sanitizer's program does not start with so little."""
+    def little():
+        resource.setrlimit(resource.RLIMIT_AS, (60 << 20, 60 << 20))
+
+    def run_with_little(*arguments):
+        return subprocess.run([TVSH, *arguments], preexec_fn=little, capture_output=True, text=True, check=False)
+
+    if run_with_little("--version").returncode != 0:
+        return
+    with tempfile.NamedTemporaryFile("w") as file:
+        file.writelines(f"{a}.{b}.{c}.0/24 1\n" for a in range(1, 17) for b in range(256) for c in range(0, 256))
+        file.flush()
+        lost = run_with_little("-c", f"load-routes {file.name}")
+    expect("out of memory", lost.returncode == 7 and lost.stderr.endswith("load-routes: out of memory\n"))
+
+
 def pipes():
     code, out, _ = run("-c", "tables ipv4Host")
     expect("one command", code == 0 and "ipv4Host" in out and "\033" not in out)
@@ -41,6 +59,7 @@ def pipes():
         with open("/dev/full", "w", encoding="utf-8") as full:
             lost = subprocess.run([TVSH, *arguments], stdout=full, stderr=subprocess.PIPE, text=True, check=False)
         expect(f"{arguments} with its output lost", lost.returncode == 4 and "output cannot be written" in lost.stderr)
+    expect_out_of_memory()
     for words in (["tables", "ipv4Host"], ["-j", "dump", "ipv4Host", "--raw"], ["help", "dump"], ["dump", "x"]):
         options = words[:words[0] == "-j"]
         expect(f"words are a command: {words}",

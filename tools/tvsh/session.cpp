@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cctype>
 #include <memory>
+#include <new>
 
 #include "command.h"
 #include "counted.h"
@@ -94,8 +95,11 @@ exit_code run_words(session &shell, command_line &line, output &out)
     report(error.what());
     if (const auto *const refused = dynamic_cast<const refused_error *>(&error)) out.refused_with(refused->status());
     return error.code();
+  } catch (const std::bad_alloc &) {
+    // This command is over, the session goes on.
+    report("out of memory");
+    return exit_code::out_of_memory;
   } catch (const std::exception &error) {
-    // Memory ran out, say: this command is over, the session goes on.
     report(error.what());
     return exit_code::refused;
   }
