@@ -50,6 +50,20 @@ struct pipeline_resource {
   std::uint32_t table;  // match table it hangs on or is used by, 0 where none
 };
 
+/// A dynamic hash calculation. Its field lists have consecutive handles; it starts with the first, and with the first
+/// of its algorithms.
+struct pipeline_hash {
+  std::uint32_t handle;
+  std::uint32_t first_input;
+  std::uint32_t input_count;
+  std::span<const std::uint32_t> algorithms;
+};
+
+struct pipeline_digest {
+  std::uint32_t handle;
+  std::uint32_t entry_bytes;
+};
+
 /// A field of a snapshot; one of 3 bytes stands in 4.
 struct pipeline_snapshot_field {
   const char *name;
@@ -61,6 +75,9 @@ struct pipeline_snapshot_field {
 extern const std::span<const pipeline_table> pipeline_tables;
 extern const std::span<const pipeline_profile> pipeline_profiles;
 extern const std::span<const pipeline_resource> pipeline_resources;
+extern const std::span<const pipeline_hash> pipeline_hashes;
+extern const pipeline_digest pipeline_learning_digest;  // handle 0 where there is none
+extern const std::uint32_t pipeline_value_set;          // its handle, 0 where there is none
 extern const std::span<const pipeline_snapshot_field> pipeline_ingress_fields;
 extern const std::span<const pipeline_snapshot_field> pipeline_egress_fields;
 

@@ -40,6 +40,9 @@ constexpr pipeline_resource resources[] = {
     {host_register, "hostData", resource_kind::register_, true, host_table},
 };
 
+constexpr std::uint32_t algorithms[] = {0x23000003, 0x23000004};
+constexpr pipeline_hash hashes[] = {{0x22000004, 0x21000004, 7, algorithms}, {0x2200000b, 0x21000064, 31, algorithms}};
+
 constexpr pipeline_snapshot_field ingress_fields[] = {
     {"flags", 0, 1}, {"port", 1, 2}, {"station", 3, 3}, {"label", 7, 4}, {"address", 11, 16}};
 constexpr pipeline_snapshot_field egress_fields[] = {{"station", 0, 3}};
@@ -49,6 +52,9 @@ constexpr pipeline_snapshot_field egress_fields[] = {{"station", 0, 3}};
 const std::span<const pipeline_table> pipeline_tables = tables;
 const std::span<const pipeline_profile> pipeline_profiles = profiles;
 const std::span<const pipeline_resource> pipeline_resources = resources;
+const std::span<const pipeline_hash> pipeline_hashes = hashes;
+const pipeline_digest pipeline_learning_digest = {0x21000084, 14};
+const std::uint32_t pipeline_value_set = 0x1ff;
 const std::span<const pipeline_snapshot_field> pipeline_ingress_fields = ingress_fields;
 const std::span<const pipeline_snapshot_field> pipeline_egress_fields = egress_fields;
 

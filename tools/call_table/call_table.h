@@ -29,6 +29,7 @@ struct field_info {
   std::uint16_t key_size;
   match_kind match;
   std::uint8_t live[16];  // bits that the pipeline matches on, most significant byte first, right-aligned
+  std::int16_t low_half;  // of the upper half of a MAC address: place of the lower one among the fields; else -1
 };
 
 struct param_info {
@@ -40,6 +41,7 @@ struct param_info {
   std::uint16_t data_at;
   std::uint16_t data_size;
   bool resource_index;
+  std::int16_t low_half;  // as a field's
 };
 
 struct action_info {
@@ -101,7 +103,30 @@ struct hash_info {
   const char *name;
   std::uint32_t handle;
   std::uint32_t first_input;
-  std::span<const std::uint32_t> common;  // common number of each field
+  std::span<const std::uint32_t> common;      // common number of each field
+  std::span<const std::uint32_t> algorithms;  // handles
+};
+
+struct digest_field_info {
+  const char *name;
+  const char *short_name;
+  const char *word;  // by which a command gives it
+  std::uint16_t bits;
+  std::uint16_t offset;  // in an entry
+  std::uint16_t size;
+  std::int16_t low_half;
+};
+
+struct digest_info {
+  const char *name;
+  std::uint32_t handle;
+  std::uint16_t entry_bytes;
+  std::span<const digest_field_info> fields;
+};
+
+struct value_set_info {
+  const char *name;
+  std::uint32_t handle;
 };
 
 struct pipeline_info {
@@ -171,8 +196,15 @@ enum class family_id : std::uint8_t {
   modify_indirect_entry,
   modify_indirect_entry_by_match_spec,
   set_indirect_default,
+  digest_register,
+  digest_deregister,
+  digest_notify_ack,
   learning_digest,
-  parser_value_set,
+  value_set_set_property,
+  value_set_get_property,
+  value_set_entry_add,
+  value_set_entry_modify,
+  value_set_entry_delete,
   meter_access,
   register_access,
   hash_access,
@@ -405,5 +437,7 @@ extern const std::span<const action_info> actions;
 extern const std::span<const profile_info> profiles;
 extern const std::span<const resource_info> resources;
 extern const std::span<const hash_info> hashes;
+extern const std::span<const digest_info> digests;        // one at most
+extern const std::span<const value_set_info> value_sets;  // one at most
 
 }  // namespace tarvex::calls

@@ -16,6 +16,15 @@ using std::to_string;
 
 std::string quoted_or_null(const std::string &text) { return text.empty() ? "nullptr" : "\"" + text + "\""; }
 
+/// Place of the lower half of a MAC address among its rows; -1 for what is no upper half.
+template <class Row>
+std::string low_half_of(const Row &high, const std::vector<Row> &rows)
+{
+  for (std::size_t i = 0; i < rows.size(); ++i)
+    if (!high.low_half.empty() && rows[i].name == high.low_half) return to_string(i);
+  return "-1";
+}
+
 void action_rows(generated_file &to, const model &m)
 {
   for (const action &a : m.actions) {
@@ -24,8 +33,8 @@ void action_rows(generated_file &to, const model &m)
       for (const parameter &p : a.params)
         to.line("    {\"", p.name, "\", ", quoted_or_null(p.display), ", ", to_string(p.bits), ", ",
                 offset_of(action_spec_type(a), member_name(p)), ", ", to_string(storage_size(p.type)), ", ",
-                to_string(p.data.first), ", ", to_string(p.data.count), ", ", p.resource_index ? "true" : "false",
-                "},");
+                to_string(p.data.first), ", ", to_string(p.data.count), ", ", p.resource_index ? "true" : "false", ", ",
+                low_half_of(p, a.params), "},");
       to.line("};");
     }
     if (!a.index_resources.empty()) {
@@ -65,6 +74,7 @@ void use_rows(generated_file &to, const std::string &owner, const std::vector<ac
 void profile_rows(generated_file &to, const model &m)
 {
   for (const profile &p : m.profiles) use_rows(to, p.name, p.actions);
+  if (m.profiles.empty()) return;
   to.line("constexpr profile_info all_profiles[] = {");
   for (const profile &p : m.profiles)
     to.line("    {\"", p.name, "\", ", hex(p.action_data_table), ", ", hex(p.selector_table), ", ",
@@ -83,7 +93,7 @@ void field_rows(generated_file &to, const table &t)
     to.line("    {\"", f.name, "\", \"", f.short_name, "\", ", quoted_or_null(f.display), ", ", to_string(f.bits), ", ",
             offset_of(type, f.name), ", ", to_string(storage_size(f.type)), ", ", offset_of(type, companion_name(f)),
             ", ", to_string(f.key.first), ", ", to_string(f.key.count), ", match_kind::", match_name(f), ", {", live,
-            "}},");
+            "}, ", low_half_of(f, t.fields), "},");
   }
   to.line("};");
 }
@@ -101,7 +111,7 @@ void table_rows(generated_file &to, const model &m)
     to.line("    {\"", t.name, "\", \"", t.about, "\", ", hex(t.handle), ", table_kind::", kind_name(t), ", ",
             to_string(t.key_bits), ", ", to_string(t.key_bytes), ", ",
             t.keyed() ? "sizeof(" + match_spec_type(t) + ")" : "0", ", ", t.idle_time ? "true" : "false", ", ",
-            t.counter_label ? "true" : "false", ", ", profile, ", ", t.fields.empty() ? "{}" : t.name + "_fields", ", ",
+            t.labelled() ? "true" : "false", ", ", profile, ", ", t.fields.empty() ? "{}" : t.name + "_fields", ", ",
             t.actions.empty() ? "{}" : t.name + "_actions", "},");
   }
   to.line("};");
@@ -113,15 +123,21 @@ void hash_rows(generated_file &to, const model &m)
     std::string common;
     for (const std::uint32_t c : h.common) common += (common.empty() ? "" : ", ") + to_string(c);
     to.line("constexpr std::uint32_t ", h.name, "_common[] = {", common, "};");
+    std::string algorithms;
+    for (const std::uint32_t a : h.algorithms) algorithms += (algorithms.empty() ? "" : ", ") + hex(a);
+    to.line("constexpr std::uint32_t ", h.name, "_algorithms[] = {", algorithms, "};");
   }
+  if (m.hashes.empty()) return;
   to.line("constexpr hash_info all_hashes[] = {");
   for (const hash_calculation &h : m.hashes)
-    to.line("    {\"", h.name, "\", ", hex(h.handle), ", ", hex(h.first_input), ", ", h.name, "_common},");
+    to.line("    {\"", h.name, "\", ", hex(h.handle), ", ", hex(h.first_input), ", ", h.name, "_common, ", h.name,
+            "_algorithms},");
   to.line("};");
 }
 
 void resource_rows(generated_file &to, const model &m)
 {
+  if (m.resources.empty()) return;
   to.line("constexpr resource_info all_resources[] = {");
   for (const resource &r : m.resources) {
     to.line("    {\"", r.name, "\", ", hex(r.handle), ", resource_kind::", kind_name(r), ", ",
@@ -142,6 +158,22 @@ std::string use_pointer(const exported_function &f)
   const std::vector<action_use> &of = f.of_profile != nullptr ? f.of_profile->actions : f.of_table->actions;
   const std::string &owner = f.of_profile != nullptr ? f.of_profile->name : f.of_table->name;
   return "&" + owner + "_actions[" + to_string(f.use - of.data()) + "]";
+}
+
+void service_rows(generated_file &to, const model &m)
+{
+  for (const digest &d : m.digests) {
+    to.line("constexpr digest_field_info ", d.name, "_fields[] = {");
+    for (const digest_field &f : d.fields)
+      to.line("    {\"", f.name, "\", \"", f.short_name, "\", \"", f.word, "\", ", to_string(f.bits), ", ",
+              to_string(f.offset), ", ", to_string(f.bytes), ", ", low_half_of(f, d.fields), "},");
+    to.line("};");
+  }
+  for (const digest &d : m.digests)
+    to.line("constexpr digest_info all_digests[] = {{\"", d.name, "\", ", hex(d.handle), ", ", to_string(d.entry_bytes),
+            ", ", d.name, "_fields}};");
+  for (const value_set &v : m.value_sets)
+    to.line("constexpr value_set_info all_value_sets[] = {{\"", v.name, "\", ", hex(v.handle), "}};");
 }
 
 template <class Row>
@@ -193,8 +225,7 @@ void function_rows(generated_file &to, const model &m, const functions &all)
 void emit_call_table(const model &m, const functions &all, const std::filesystem::path &folder)
 {
   generated_file to;
-  to.line("// Exported functions and rows at run time.").line("//");
-  to.line("// Generated from the catalogue; do not edit.").line("//").line("// SPDX-License-Identifier: Apache-2.0");
+  begin_source(to, "Exported functions and rows at run time.");
   to.line("#include \"call_table.h\"").line().line("#include <cstddef>").line();
   to.line("#include \"tarvex_pd/tarvex_pd.h\"").line().line("namespace tarvex::calls {").line();
   to.line("namespace {").line();
@@ -203,20 +234,28 @@ void emit_call_table(const model &m, const functions &all, const std::filesystem
   table_rows(to, m);
   resource_rows(to, m);
   hash_rows(to, m);
+  service_rows(to, m);
   argument_rows(to);
   function_rows(to, m, all);
   to.line().line("}  // namespace").line();
   const pipeline &p = m.pipeline;
   to.line("const pipeline_info pipeline = {\"", p.name, "\", \"", p.profile, "\", \"", p.library, "\", \"", p.client,
           "\", \"", p.sources, "\", \"", export_prefix, "\"};");
+  const auto is_empty = [&](std::string_view name) {
+    return (name == "profiles" && m.profiles.empty()) || (name == "resources" && m.resources.empty()) ||
+           (name == "hashes" && m.hashes.empty());
+  };
   for (const char *what :
        {"argument_row:arguments", "exported_function:functions", "table_info:tables", "action_info:actions",
         "profile_info:profiles", "resource_info:resources", "hash_info:hashes"}) {
     const std::string_view both = what;
     const std::size_t colon = both.find(':');
-    to.line("const std::span<const ", both.substr(0, colon), "> ", both.substr(colon + 1), " = all_",
-            both.substr(colon + 1), ";");
+    const std::string_view name = both.substr(colon + 1);
+    to.line("const std::span<const ", both.substr(0, colon), "> ", name, is_empty(name) ? "" : " = all_",
+            is_empty(name) ? "" : name, ";");
   }
+  to.line("const std::span<const digest_info> digests", m.digests.empty() ? "" : " = all_digests", ";");
+  to.line("const std::span<const value_set_info> value_sets", m.value_sets.empty() ? "" : " = all_value_sets", ";");
   to.line().line("}  // namespace tarvex::calls");
   to.write(folder / "call_table" / "call_table.cpp");
 }

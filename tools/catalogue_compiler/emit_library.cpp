@@ -13,12 +13,6 @@ namespace {
 
 using std::to_string;
 
-void begin_source(generated_file &to, const std::string &about)
-{
-  to.line("// ", about).line("//").line("// Generated from the catalogue; do not edit.").line("//");
-  to.line("// SPDX-License-Identifier: Apache-2.0").line();
-}
-
 /// A constant table, which may be empty, and the span that others find it by.
 void span_of(generated_file &to, const std::string &row, const std::string &name, const std::vector<std::string> &rows)
 {
@@ -100,20 +94,13 @@ void emit_action_rows(const model &m, const std::filesystem::path &folder)
 {
   generated_file to;
   begin_source(to, "Descriptors of all actions.");
+  to.line();
   to.line("#pragma once").line().line("#include <cstddef>").line().line("#include \"rows.h\"");
   to.line("#include \"tarvex_pd/actions.h\"").line();
   to.line("namespace tarvex::pd::actions {").line();
   for (const action &a : m.actions) action_descriptors(to, a);
   to.line().line("}  // namespace tarvex::pd::actions");
   to.write(folder / "action_rows.h");
-}
-
-void emit_exports(generated_file &to, const std::vector<const exported_function *> &of)
-{
-  for (const exported_function *f : of) {
-    to.line(f->seldom ? "[[gnu::cold]] " : "", c_result(f->result), f->name, "(", argument_list(*f), ")");
-    to.line("{").line("  ", f->result == result_kind::none ? "" : "return ", f->call, ";").line("}");
-  }
 }
 
 void emit_group_exports(const model &m, const functions &all, std::size_t group, const std::filesystem::path &folder)
@@ -123,6 +110,7 @@ void emit_group_exports(const model &m, const functions &all, std::size_t group,
   if (of.empty()) return;
   generated_file to;
   begin_source(to, g.title + ": descriptors and exported functions.");
+  to.line();
   to.line("#include \"tarvex_pd/", g.file, ".h\"").line().line("#include \"action_rows.h\"");
   to.line("#include \"families.h\"").line("#include \"text_families.h\"").line("#include \"text_tables.h\"").line();
   to.line("namespace tarvex::pd {").line("namespace {").line();
@@ -146,6 +134,7 @@ void emit_group_exports(const model &m, const functions &all, std::size_t group,
     if (t.group != group) continue;
     if (const profile *p = m.find_profile(t.profile)) profile_texts(to, *p);
     table_texts(to, constants, t);
+    label_texts(to, t);
   }
   to.line("}  // namespace tarvex::pd").line().line("using namespace tarvex::pd;").line();
   emit_exports(to, of);
@@ -156,6 +145,7 @@ void emit_action_exports(const model &m, const functions &all, const std::filesy
 {
   generated_file to;
   begin_source(to, "Exported functions of actions.");
+  to.line();
   to.line("#include \"action_rows.h\"").line("#include \"families.h\"").line("#include \"text_families.h\"");
   to.line("#include \"text_tables.h\"").line();
   to.line("namespace tarvex::pd {").line();
@@ -170,6 +160,7 @@ void emit_resource_exports(const model &m, const functions &all, const std::file
 {
   generated_file to;
   begin_source(to, "Counters, meters, the WRED block and registers: descriptors and exported functions.");
+  to.line();
   to.line("#include \"tarvex_pd/resources.h\"").line().line("#include \"resource_families.h\"").line();
   to.line("namespace tarvex::pd {").line("namespace {").line("namespace resources {");
   for (const resource &r : m.resources) {
@@ -193,6 +184,7 @@ void emit_hash_exports(const model &m, const functions &all, const std::filesyst
 {
   generated_file to;
   begin_source(to, "Hash calculations: descriptors and exported functions.");
+  to.line();
   to.line("#include \"tarvex_pd/hash_calculations.h\"").line();
   to.line("#include \"hash_field_attributes.h\"").line();
   to.line("namespace tarvex::pd {").line().line("namespace hashes {").line("namespace {").line();
@@ -200,8 +192,11 @@ void emit_hash_exports(const model &m, const functions &all, const std::filesyst
     std::string common;
     for (const std::uint32_t c : h.common) common += (common.empty() ? "" : ", ") + to_string(c);
     to.line("constexpr std::uint8_t ", h.name, "_common[] = {", common, "};");
+    std::string algorithms;
+    for (const std::uint32_t a : h.algorithms) algorithms += (algorithms.empty() ? "" : ", ") + hex(a);
+    to.line("constexpr std::uint32_t ", h.name, "_algorithms[] = {", algorithms, "};");
     to.line("constexpr hash_row ", h.name, " = {", hex(h.handle), ", ", hex(h.first_input), ", ", to_string(h.fields),
-            ", ", h.name, "_common};");
+            ", ", h.name, "_common, ", h.name, "_algorithms};");
   }
   to.line().line("}  // namespace").line("}  // namespace hashes").line();
   std::vector<std::string> rows;
@@ -216,9 +211,10 @@ void emit_names(const model &m, const std::filesystem::path &folder)
 {
   generated_file to;
   begin_source(to, "Names of actions and action profiles.");
+  to.line();
   to.line("#include \"profile_states.h\"").line("#include \"restorable_profiles.h\"");
   to.line("#include \"tarvex_pd/actions.h\"");
-  to.line("#include \"tarvex_pd/lifecycle.h\"").line();
+  to.line("#include \"plain_functions.h\"").line();
   std::size_t longest = 0;
   to.line("const char *const ", export_prefix, "action_name_strings[", macro_prefix(), "ACTION_COUNT] = {");
   for (const action &a : m.actions) {
@@ -229,6 +225,7 @@ void emit_names(const model &m, const std::filesystem::path &folder)
   to.line("static_assert(", macro_prefix(), "ACTION_COUNT == ", to_string(m.actions.size()), ");");
   to.line("static_assert(", macro_prefix(), "ACTION_NAME_SIZE == ", to_string(longest + 1), ");").line();
   to.line("namespace tarvex::pd {").line();
+  to.line("const std::span<const char *const> action_names = ", export_prefix, "action_name_strings;").line();
   for (const profile &p : m.profiles) {
     std::string handles;
     for (const action_use &u : p.actions) handles += (handles.empty() ? "" : ", ") + hex(u.handle);
@@ -251,6 +248,7 @@ void emit_pipeline_names(const pipeline &p, const std::filesystem::path &folder)
 {
   generated_file to;
   begin_source(to, "What the pipeline is called.");
+  to.line();
   to.line("#pragma once").line().line("#include <string_view>").line();
   to.line("namespace tarvex::pd {").line();
   to.line("inline constexpr char pipeline_name[] = \"", p.name, "\";");

@@ -46,8 +46,7 @@ void actions_array(generated_file &to, const model &m, const std::string &name, 
 void emit_pipeline_rows(const model &m, const std::filesystem::path &folder)
 {
   generated_file to;
-  to.line("// The pipeline that the stand-in switch has loaded.").line("//");
-  to.line("// Generated from the catalogue; do not edit.").line("//").line("// SPDX-License-Identifier: Apache-2.0");
+  begin_source(to, "The pipeline that the stand-in switch has loaded.");
   to.line("#include \"pipeline.h\"").line().line("namespace tarvex::standin {").line().line("namespace {").line();
   for (const profile &p : m.profiles) actions_array(to, m, p.name, p.actions);
   for (const table &t : m.tables) {
@@ -72,6 +71,16 @@ void emit_pipeline_rows(const model &m, const std::filesystem::path &folder)
   for (const resource &r : m.resources)
     to.line("    {", hex(r.handle), ", \"", r.name, "\", resource_kind::", kind_name(r), ", ",
             is_direct(r) ? "true" : "false", ", ", r.table.empty() ? "0" : hex(m.find_table(r.table)->handle), "},");
+  to.line("};").line();
+  for (const hash_calculation &h : m.hashes) {
+    std::string algorithms;
+    for (const std::uint32_t a : h.algorithms) algorithms += (algorithms.empty() ? "" : ", ") + hex(a);
+    to.line("constexpr std::uint32_t ", h.name, "_algorithms[] = {", algorithms, "};");
+  }
+  to.line("constexpr pipeline_hash hashes[] = {");
+  for (const hash_calculation &h : m.hashes)
+    to.line("    {", hex(h.handle), ", ", hex(h.first_input), ", ", to_string((1u << h.fields) - 1), ", ", h.name,
+            "_algorithms},");
   to.line("};");
   for (const snapshot_layout &layout : m.snapshot_layouts) {
     to.line().line("constexpr pipeline_snapshot_field ", layout.name, "_fields[] = {");
@@ -82,6 +91,12 @@ void emit_pipeline_rows(const model &m, const std::filesystem::path &folder)
   to.line("const std::span<const pipeline_table> pipeline_tables = tables;");
   to.line("const std::span<const pipeline_profile> pipeline_profiles = profiles;");
   to.line("const std::span<const pipeline_resource> pipeline_resources = resources;");
+  to.line("const std::span<const pipeline_hash> pipeline_hashes = hashes;");
+  for (const digest &d : m.digests)
+    to.line("const pipeline_digest pipeline_learning_digest = {", hex(d.handle), ", ", to_string(d.entry_bytes), "};");
+  if (m.digests.empty()) to.line("const pipeline_digest pipeline_learning_digest = {};");
+  to.line("const std::uint32_t pipeline_value_set = ", m.value_sets.empty() ? "0" : hex(m.value_sets.front().handle),
+          ";");
   to.line("const std::span<const pipeline_snapshot_field> pipeline_ingress_fields = ingress_fields;");
   to.line("const std::span<const pipeline_snapshot_field> pipeline_egress_fields = egress_fields;").line();
   to.line("}  // namespace tarvex::standin");

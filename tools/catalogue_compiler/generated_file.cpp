@@ -66,6 +66,12 @@ void generated_file::write(const std::filesystem::path &path) const
   if (!out) throw std::runtime_error(path.string() + ": cannot be written: " + std::strerror(errno));
 }
 
+void begin_source(generated_file &to, std::string_view about)
+{
+  to.line("// ", about).line("//").line("// Generated from the catalogue; do not edit.").line("//");
+  to.line("// SPDX-License-Identifier: Apache-2.0");
+}
+
 std::string hex(std::uint32_t value)
 {
   char digits[16];

@@ -21,6 +21,13 @@ class generated_file {
     return *this;
   }
 
+  /// Text as it stands, its line ends included.
+  generated_file &add(std::string_view text)
+  {
+    text_ += text;
+    return *this;
+  }
+
   /// Words behind `first`, broken before column 120; further lines begin with `next`.
   generated_file &paragraph(std::string_view first, std::string_view next, std::string_view words);
 
@@ -36,6 +43,9 @@ class generated_file {
  private:
   std::string text_;
 };
+
+/// The comment that every generated source begins with.
+void begin_source(generated_file &to, std::string_view about);
 
 /// "0x1000001"
 std::string hex(std::uint32_t value);

@@ -31,6 +31,9 @@ const hash_info &hash_named(std::string_view name);
 /// An action among those of a table or profile; `owner` is its name.
 const use_info &use_named(std::span<const use_info> uses, std::string_view name, std::string_view owner);
 
+/// The pipeline's learning digest and its value set. Throw usage_error where it has none.
+const calls::digest_info &the_digest();
+const calls::value_set_info &the_value_set();
 const table_info &table_of(std::uint32_t handle);
 
 /// "exact", "ternary", "lpm" or "keyless".
@@ -55,6 +58,8 @@ bool takes(const exported_function &function, calls::argument_kind kind);
 
 /// The function of a family for a row. Each exists wherever the shell asks for it: throws logic_error where it does
 /// not.
+/// Of a family with one function at most.
+const exported_function &function_for(family_id family);
 const exported_function &function_for(family_id family, const table_info &table);
 const exported_function &function_for(family_id family, const resource_info &resource);
 const exported_function &function_for(family_id family, const hash_info &hash);
