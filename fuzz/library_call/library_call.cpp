@@ -5,6 +5,7 @@
 
 #include <fcntl.h>
 
+#include <algorithm>
 #include <csetjmp>
 #include <cstdio>
 #include <cstdlib>
@@ -12,8 +13,9 @@
 #include <string>
 #include <utility>
 
+#include "pd_calls.h"
 #include "require.h"
-#include "tarvex_pd/tarvex_pd.h"
+#include "tarvex_pd/actions.h"
 
 namespace tarvex::fuzz {
 
@@ -52,11 +54,19 @@ const std::vector<std::string> &field_names()
       static_cast<std::vector<std::string> *>(to)->emplace_back(field);
       return 0;
     };
-    for (const std::uint32_t hdl : {0u, P4_PD_TARVEX_SWITCH_SNAPSHOT_EGRESS_BIT})
-      p4_pd_tarvex_switch_snapshot_capture_trigger_list(0, hdl, note, &found);
+    for (const std::uint32_t hdl : {0u, calls::pd::snapshot_egress_bit})
+      calls::pd::snapshot_capture_trigger_list(0, hdl, note, &found);
     return found;
   }();
   return names;
+}
+
+// Room for the longest name of an action, its NUL included.
+std::size_t action_name_size()
+{
+  std::size_t longest = 0;
+  for (const calls::action_info &action : calls::actions) longest = std::max(longest, std::strlen(action.name));
+  return calls::pipeline.prefix.size() + longest + 1;
 }
 
 // A name of the library's, or any.
@@ -66,9 +76,9 @@ std::string name_for(argument_kind kind, byte_source &input)
   switch (kind) {
     case snapshot_field_name: return input.one_of(field_names());
     case calc_name: return input.one_of(calls::hashes).name;
-    case digest_name: return "macLearningDigest";
-    case digest_field_name: return "ingMd_smacOui";
-    default: return std::string("p4_pd_tarvex_switch_") + input.one_of(calls::actions).name;
+    case digest_name: return calls::digests.empty() ? "" : calls::digests[0].name;
+    case digest_field_name: return calls::digests.empty() ? "" : input.one_of(calls::digests[0].fields).name;
+    default: return std::string(calls::pipeline.prefix) + input.one_of(calls::actions).name;
   }
 }
 
@@ -143,7 +153,7 @@ std::uint64_t library_call::number_for(argument_kind kind, byte_source &input)
     case hash_attr_max: return input.in_range<std::uint32_t>(0, 80);
     case signed_range_count:
       return input.now_and_then(16) ? input.number<std::uint32_t>() : static_cast<std::uint32_t>(input.in_range(-1, 8));
-    case capture_index: return input.in_range(0u, P4_PD_TARVEX_SWITCH_SNAPSHOT_CAPTURES - 1u);
+    case capture_index: return input.in_range(0u, calls::pd::snapshot_captures - 1u);
     case fd: return input.now_and_then(16) ? ~std::uint64_t{0} : static_cast<std::uint64_t>(print_descriptor());
     case indent: return static_cast<std::uint32_t>(indent_for(input));
     case table_handle: {
@@ -184,7 +194,7 @@ std::size_t library_call::room_for(argument_kind kind) const
         most = std::max<std::size_t>(most, each.action->record_size);
       return most;
     }
-    case action_name_out: return P4_PD_TARVEX_SWITCH_ACTION_NAME_SIZE;
+    case action_name_out: return action_name_size();
     case next_entry_hdls_out:
     case next_mbr_hdls_out:
     case next_grp_hdls_out: return sizeof(pd_entry_hdl_t) * std::max<std::size_t>(number(handle_count), 1);
@@ -194,12 +204,12 @@ std::size_t library_call::room_for(argument_kind kind) const
     case register_values_out: return register_room();
     case text_buffer: return text_room;
     case capture_area:
-    case capture_area_out: return P4_PD_TARVEX_SWITCH_SNAPSHOT_CAPTURE_AREA_BYTES;
+    case capture_area_out: return calls::pd::snapshot_capture_area_bytes;
     case capture_fields:
-    case capture_fields_out: return P4_PD_TARVEX_SWITCH_SNAPSHOT_FIELD_BYTES;
-    case capture_ctrl_out: return P4_PD_TARVEX_SWITCH_SNAPSHOT_CTRL_BYTES;
+    case capture_fields_out: return calls::pd::snapshot_field_bytes;
+    case capture_ctrl_out: return calls::pd::snapshot_ctrl_bytes;
     case snapshot_field_words: return 16 * sizeof(std::uint32_t);
-    case digest_entry: return P4_PD_TARVEX_SWITCH_MAC_LEARNING_DIGEST_ENTRY_SIZE;
+    case digest_entry: return calls::digests.empty() ? 1u : calls::digests[0].entry_bytes;
     default: return calls::row_of(kind).size;
   }
 }
@@ -308,7 +318,7 @@ extern "C" void __assert_fail(const char *assertion, const char *file, unsigned 
   using namespace tarvex::fuzz;
   const std::string_view stop = assertion;
   const bool laid_down =
-      std::string_view(file).starts_with("bf_tarvex_switch_mpls_baremetal/") && (stop == "((void *)0)" || stop == "0");
+      std::string_view(file).starts_with(tarvex::calls::pipeline.sources) && (stop == "((void *)0)" || stop == "0");
   if (!awaited || !laid_down) {
     std::fprintf(stderr, "%s:%u: %s: assertion %s failed\n", file, line, function, assertion);
     std::abort();

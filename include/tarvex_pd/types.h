@@ -61,9 +61,6 @@ enum {
 /** A member is modified by the function of another action than its own; the driver was not called. */
 #define PD_STATUS_WRONG_MEMBER_ACTION 0xffffffffu
 
-/** Room for the longest label of a counter, its NUL included; those of other texts stand in text_sizes.h. */
-#define PD_LABEL_TEXT_SIZE 432
-
 /** State of a member within a selector group. */
 enum { P4_PD_GRP_MBR_STATE_ACTIVE = 0, P4_PD_GRP_MBR_STATE_INACTIVE = 1 };
 

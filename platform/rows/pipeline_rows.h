@@ -23,6 +23,7 @@ struct field_info {
   std::uint16_t key_size;
   match_kind match;
   std::uint8_t live[16];  // bits that the pipeline matches on, most significant byte first, right-aligned
+  std::int16_t low_half;  // of the upper half of a MAC address: place of the lower one among the fields; else -1
 };
 
 struct param_info {
@@ -34,6 +35,7 @@ struct param_info {
   std::uint16_t data_at;
   std::uint16_t data_size;
   bool resource_index;
+  std::int16_t low_half;  // as a field's
 };
 
 struct action_info {
@@ -98,7 +100,33 @@ struct hash_info {
   const char *name;
   std::uint32_t handle;
   std::uint32_t first_input;
-  std::span<const std::uint32_t> common;  // common number of each field
+  std::span<const std::uint32_t> common;      // common number of each field
+  std::span<const std::uint32_t> algorithms;  // handles; it starts with the first
+
+  /// Its inputs have consecutive handles: the whole field list, then its subsets.
+  constexpr std::uint32_t input_count() const { return (1u << common.size()) - 1; }
+};
+
+struct digest_field_info {
+  const char *name;
+  const char *short_name;
+  const char *word;  // by which a command gives it
+  std::uint16_t bits;
+  std::uint16_t offset;  // in an entry
+  std::uint16_t size;
+  std::int16_t low_half;
+};
+
+struct digest_info {
+  const char *name;
+  std::uint32_t handle;
+  std::uint16_t entry_bytes;
+  std::span<const digest_field_info> fields;
+};
+
+struct value_set_info {
+  const char *name;
+  std::uint32_t handle;
 };
 
 struct pipeline_info {
@@ -124,6 +152,8 @@ extern const std::span<const action_info> actions;
 extern const std::span<const profile_info> profiles;
 extern const std::span<const resource_info> resources;
 extern const std::span<const hash_info> hashes;
+extern const std::span<const digest_info> digests;        // one at most
+extern const std::span<const value_set_info> value_sets;  // one at most
 extern const std::span<const snapshot_field_info> ingress_fields;
 extern const std::span<const snapshot_field_info> egress_fields;
 

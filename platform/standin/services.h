@@ -10,33 +10,27 @@
 #include <vector>
 
 #include "match_table.h"
+#include "pipeline_rows.h"
 #include "slot_pool.h"
 #include "tarvex_platform/driver.h"
 #include "tarvex_standin/standin.h"
 
 namespace tarvex::standin {
 
-/// A dynamic hash calculation of the pipeline. Its field lists have consecutive handles; it starts with the first.
-struct hash_row {
-  std::uint32_t handle;
-  std::uint32_t first_input;
-  std::uint32_t input_count;
-};
+/// The row with a handle, or null.
+template <class Row>
+const Row *find_row(std::span<const Row> rows, std::uint32_t handle)
+{
+  for (const Row &each : rows)
+    if (each.handle == handle) return &each;
+  return nullptr;
+}
 
-inline constexpr std::uint32_t hash_algorithm = 0x23000003;
-
-inline constexpr hash_row hash_rows[] = {
-    {0x22000004, 0x21000004, 7}, {0x22000005, 0x2100000c, 15}, {0x22000006, 0x2100001c, 31},
-    {0x22000007, 0x2100003c, 7}, {0x22000008, 0x21000044, 15}, {0x22000009, 0x21000054, 7},
-    {0x2200000a, 0x2100005c, 7}, {0x2200000b, 0x21000064, 31},
-};
-
-inline constexpr std::uint32_t digest_handle = 0x21000084;
-inline constexpr std::uint32_t digest_entry_bytes = 14;
-inline constexpr std::uint32_t value_set_handle = 0x1ff;
+inline bool is_digest(std::uint32_t handle) { return find_row(rows::digests, handle) != nullptr; }
 
 struct hash_setting {
-  std::uint32_t input = 0;  // 0: the first of the calculation
+  std::uint32_t input = 0;      // 0: the first of the calculation
+  std::uint32_t algorithm = 0;  // 0: the first
   std::uint64_t seed = 0;
 };
 

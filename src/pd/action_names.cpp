@@ -3,17 +3,21 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <cstring>
 
-#include "tarvex_pd/lifecycle.h"
+#include "plain_functions.h"
 
-const char *p4_pd_tarvex_switch_action_enum_to_string(uint32_t action)
+namespace tarvex::pd {
+
+const char *action_enum_to_string(std::uint32_t action)
 {
-  return action < P4_PD_TARVEX_SWITCH_ACTION_COUNT ? p4_pd_tarvex_switch_action_name_strings[action] : nullptr;
+  return action < action_count ? action_names[action] : nullptr;
 }
 
-uint32_t p4_pd_tarvex_switch_action_string_to_enum(const char *name)
+std::uint32_t action_string_to_enum(const char *name)
 {
-  if (name == nullptr) return P4_PD_TARVEX_SWITCH_ACTION_COUNT;
-  for (uint32_t action = 0; action < P4_PD_TARVEX_SWITCH_ACTION_COUNT; ++action)
-    if (std::strcmp(name, p4_pd_tarvex_switch_action_name_strings[action]) == 0) return action;
-  return P4_PD_TARVEX_SWITCH_ACTION_COUNT;
+  if (name == nullptr) return action_count;
+  for (std::uint32_t action = 0; action < action_count; ++action)
+    if (std::strcmp(name, action_names[action]) == 0) return action;
+  return action_count;
 }
+
+}  // namespace tarvex::pd

@@ -25,7 +25,8 @@ pd_status_t hash_input_get(const hash_row &calc, pd_sess_hdl_t sess_hdl, pd_dev_
 pd_status_t hash_algorithm_set(const hash_row &calc, pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id,
                                std::uint32_t algorithm)
 {
-  return pipe_mgr_hash_calc_algorithm_set(sess_hdl, low_byte(dev_id), calc.handle, algorithm == 0 ? hash_algorithm : 0);
+  return pipe_mgr_hash_calc_algorithm_set(sess_hdl, low_byte(dev_id), calc.handle,
+                                          algorithm < calc.algorithms.size() ? calc.algorithms[algorithm] : 0);
 }
 
 pd_status_t hash_algorithm_get(const hash_row &calc, pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id,
@@ -33,9 +34,12 @@ pd_status_t hash_algorithm_get(const hash_row &calc, pd_sess_hdl_t sess_hdl, pd_
 {
   std::uint32_t algorithm_hdl = 0;
   const pd_status_t status = pipe_mgr_hash_calc_algorithm_get(sess_hdl, low_byte(dev_id), calc.handle, &algorithm_hdl);
-  if (algorithm_hdl != hash_algorithm) return PD_STATUS_INVALID_ARG;
-  *algorithm = 0;
-  return status;
+  for (std::uint32_t i = 0; i < calc.algorithms.size(); ++i)
+    if (calc.algorithms[i] == algorithm_hdl) {
+      *algorithm = i;
+      return status;
+    }
+  return PD_STATUS_INVALID_ARG;
 }
 
 pd_status_t hash_seed_set(const hash_row &calc, pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id, std::uint64_t seed)

@@ -10,9 +10,6 @@
 
 namespace tarvex::pd {
 
-/// The one algorithm, number 0, that all calculations share.
-inline constexpr std::uint32_t hash_algorithm = 0x23000003;
-
 /// True for the handle of the calculation's whole field list and for those of its subsets.
 constexpr bool is_input_of(const hash_row &calc, std::uint32_t input_hdl)
 {

@@ -1,7 +1,7 @@
 // Start, stop and device events.
 //
 // SPDX-License-Identifier: Apache-2.0
-#include "tarvex_pd/lifecycle.h"
+#include "plain_functions.h"
 
 #include <cstring>
 
@@ -9,6 +9,8 @@
 
 #include "call_conventions.h"
 #include "profile_states.h"
+
+uint32_t bf_drv_hdl = 0;
 
 namespace tarvex::pd {
 
@@ -20,31 +22,26 @@ std::span<ms_state *> all_states() { return {profile_states, profile_names.size(
 constexpr std::uint32_t client_kind = 2;
 
 }  // namespace
-}  // namespace tarvex::pd
 
-using namespace tarvex::pd;
-
-uint32_t bf_drv_hdl = 0;
-
-pd_status_t p4_pd_tarvex_switch_init(void)
+pd_status_t init(const char *function, device_removal on_remove, device_log on_log, device_log on_restore)
 {
   p4_pd_ms_init();
   for (ms_state *&state : all_states()) state = p4_pd_ms_init_state();
   if (bf_drv_register(client_name, &bf_drv_hdl) != BF_SUCCESS)
-    __assert_fail("r == BF_SUCCESS", pd_source, __LINE__, __func__);
+    __assert_fail("r == BF_SUCCESS", pd_source, __LINE__, function);
 
   drv_client_callbacks_t callbacks{};
-  callbacks.dev_remove = p4_pd_tarvex_switch_dev_remove;
-  callbacks.dev_log = p4_pd_tarvex_switch_dev_log;
-  callbacks.dev_restore = p4_pd_tarvex_switch_dev_restore;
+  callbacks.dev_remove = on_remove;
+  callbacks.dev_log = on_log;
+  callbacks.dev_restore = on_restore;
   return bf_drv_client_register_callbacks(bf_drv_hdl, &callbacks, client_kind, 0);
 }
 
-pd_status_t p4_pd_tarvex_switch_cleanup(void) { return bf_drv_deregister(bf_drv_hdl); }
+pd_status_t cleanup() { return bf_drv_deregister(bf_drv_hdl); }
 
-void p4_pd_tarvex_switch_device_state_cleanup(void) {}
+void device_state_cleanup() {}
 
-pd_status_t p4_pd_tarvex_switch_dev_remove(uint32_t dev_id)
+pd_status_t dev_remove(uint32_t dev_id)
 {
   for (ms_state *state : all_states()) p4_pd_ms_destroy_state_for_dev(state, dev_id);
   p4_pd_ms_destroy_txn_state_for_dev(dev_id);
@@ -52,7 +49,7 @@ pd_status_t p4_pd_tarvex_switch_dev_remove(uint32_t dev_id)
 }
 
 /// The results of cJSON are not looked at: not every cJSON that a host program brings has any.
-pd_status_t p4_pd_tarvex_switch_dev_log(uint32_t dev_id, cJSON *log)
+pd_status_t dev_log(uint32_t dev_id, cJSON *log)
 {
   if (log == nullptr) return BF_SUCCESS;
   cJSON_AddItemToObject(log, "name", cJSON_CreateString(pipeline_name));
@@ -67,7 +64,7 @@ pd_status_t p4_pd_tarvex_switch_dev_log(uint32_t dev_id, cJSON *log)
   return BF_SUCCESS;
 }
 
-pd_status_t p4_pd_tarvex_switch_dev_restore(uint32_t dev_id, cJSON *log)
+pd_status_t dev_restore(uint32_t dev_id, cJSON *log)
 {
   if (log == nullptr) return BF_SUCCESS;
   const cJSON *const profiles = cJSON_GetObjectItem(log, "act_profs");
@@ -81,3 +78,5 @@ pd_status_t p4_pd_tarvex_switch_dev_restore(uint32_t dev_id, cJSON *log)
   }
   return BF_SUCCESS;
 }
+
+}  // namespace tarvex::pd

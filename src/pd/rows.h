@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <utility>
 
 #include "kinds.h"
@@ -105,6 +106,7 @@ struct hash_row {
   std::uint32_t first_input;
   std::uint16_t field_count;
   const std::uint8_t *common;  // common number of each of its own field numbers
+  std::span<const std::uint32_t> algorithms;
 };
 
 template <const table_row &T>

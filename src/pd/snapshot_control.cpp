@@ -4,8 +4,8 @@
 #include <algorithm>
 
 #include "call_conventions.h"
+#include "plain_functions.h"
 #include "snapshot_layouts.h"
-#include "tarvex_pd/snapshots.h"
 #include "tarvex_platform/driver.h"
 
 namespace tarvex::pd {
@@ -24,21 +24,18 @@ void put_in_driver_order(snap_trig_spec_t &record, const snapshot_layout &layout
 constexpr std::uint32_t low_half(std::uint64_t v) { return v & 0xffffu; }
 
 }  // namespace
-}  // namespace tarvex::pd
 
-using namespace tarvex::pd;
-
-pd_status_t p4_pd_tarvex_switch_snapshot_create(pd_dev_tgt_t dev_tgt, pd_stage_t start_stage, pd_stage_t end_stage,
-                                                uint32_t direction, pd_snapshot_hdl_t *hdl)
+pd_status_t snapshot_create(pd_dev_tgt_t dev_tgt, pd_stage_t start_stage, pd_stage_t end_stage, uint32_t direction,
+                            pd_snapshot_hdl_t *hdl)
 {
   return bf_snapshot_create(device_of(dev_tgt), low_half(dev_tgt >> 32), low_byte(start_stage), low_byte(end_stage),
                             direction, hdl);
 }
 
-pd_status_t p4_pd_tarvex_switch_snapshot_delete(pd_snapshot_hdl_t hdl) { return bf_snapshot_delete(hdl); }
+pd_status_t snapshot_delete(pd_snapshot_hdl_t hdl) { return bf_snapshot_delete(hdl); }
 
-pd_status_t p4_pd_tarvex_switch_snapshot_capture_trigger_set(pd_snapshot_hdl_t hdl, const snap_trig_spec_t *value_rec,
-                                                             const snap_trig_spec_t *mask_rec)
+pd_status_t snapshot_capture_trigger_set(pd_snapshot_hdl_t hdl, const snap_trig_spec_t *value_rec,
+                                         const snap_trig_spec_t *mask_rec)
 {
   snap_trig_spec_t value = *value_rec;
   snap_trig_spec_t mask = *mask_rec;
@@ -47,17 +44,15 @@ pd_status_t p4_pd_tarvex_switch_snapshot_capture_trigger_set(pd_snapshot_hdl_t h
   return bf_snapshot_capture_trigger_set(hdl, &value, &mask);
 }
 
-pd_status_t p4_pd_tarvex_switch_snapshot_capture_data_get(pd_snapshot_hdl_t hdl, pd_pipe_t pipe, void *capture,
-                                                          uint32_t *num_captures)
+pd_status_t snapshot_capture_data_get(pd_snapshot_hdl_t hdl, pd_pipe_t pipe, void *capture, uint32_t *num_captures)
 {
-  snap_capture_sizes_t sizes = {capture_record_bytes, 0, P4_PD_TARVEX_SWITCH_SNAPSHOT_CTRL_BYTES};
+  snap_capture_sizes_t sizes = {capture_record_bytes, 0, snapshot_ctrl_bytes};
   *num_captures = 0;
   return bf_snapshot_capture_get(hdl, low_half(pipe), capture, &sizes, num_captures);
 }
 
-uint32_t p4_pd_tarvex_switch_snapshot_trig_spec_size(void) { return sizeof(snap_trig_spec_t); }
+uint32_t snapshot_trig_spec_size() { return sizeof(snap_trig_spec_t); }
 
-uint32_t p4_pd_tarvex_switch_snapshot_capture_data_size(void)
-{
-  return P4_PD_TARVEX_SWITCH_SNAPSHOT_CAPTURE_AREA_BYTES;
-}
+uint32_t snapshot_capture_data_size() { return snapshot_capture_area_bytes; }
+
+}  // namespace tarvex::pd

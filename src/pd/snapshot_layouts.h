@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <span>
 
-#include "tarvex_pd/snapshots.h"
+#include "plain_functions.h"
 
 namespace tarvex::pd {
 
@@ -33,14 +33,11 @@ extern const snapshot_layout snapshot_layouts[snapshot_layout_count];
 /// The handle tells the direction of a snapshot, and nothing else does.
 inline std::uint32_t layout_number(pd_snapshot_hdl_t hdl)
 {
-  return (hdl & P4_PD_TARVEX_SWITCH_SNAPSHOT_EGRESS_BIT) != 0 ? P4_PD_TARVEX_SWITCH_SNAPSHOT_EGRESS
-                                                              : P4_PD_TARVEX_SWITCH_SNAPSHOT_INGRESS;
+  return (hdl & snapshot_egress_bit) != 0 ? snapshot_egress : snapshot_ingress;
 }
 inline const snapshot_layout &layout_of(pd_snapshot_hdl_t hdl) { return snapshot_layouts[layout_number(hdl)]; }
 
-inline constexpr std::size_t capture_record_bytes =
-    P4_PD_TARVEX_SWITCH_SNAPSHOT_CTRL_BYTES + P4_PD_TARVEX_SWITCH_SNAPSHOT_FIELD_BYTES;
-static_assert(P4_PD_TARVEX_SWITCH_SNAPSHOT_CAPTURES * capture_record_bytes ==
-              P4_PD_TARVEX_SWITCH_SNAPSHOT_CAPTURE_AREA_BYTES);
+inline constexpr std::size_t capture_record_bytes = snapshot_ctrl_bytes + snapshot_field_bytes;
+static_assert(snapshot_captures * capture_record_bytes == snapshot_capture_area_bytes);
 
 }  // namespace tarvex::pd

@@ -2,9 +2,9 @@
 //
 // SPDX-License-Identifier: Apache-2.0
 #include "call_conventions.h"
+#include "plain_functions.h"
 #include "profile_states.h"
 #include "restorable_profiles.h"
-#include "tarvex_pd/lifecycle.h"
 
 /// Weak, because its address is handed on: the library must load with a driver that lacks it.
 extern "C" [[gnu::weak]] decltype(p4_pd_ms_grp_update_res) p4_pd_ms_grp_update_res;
@@ -44,12 +44,12 @@ void restore_from_replay(pd_sess_hdl_t sess_hdl, std::uint32_t dev_id, std::uint
 }
 
 }  // namespace
-}  // namespace tarvex::pd
 
-pd_status_t p4_pd_tarvex_switch_restore_virtual_dev_state(uintptr_t argument_1, uintptr_t argument_2,
-                                                          uintptr_t argument_3, uintptr_t argument_4,
-                                                          uintptr_t argument_5)
+pd_status_t restore_virtual_dev_state(uintptr_t argument_1, uintptr_t argument_2, uintptr_t argument_3,
+                                      uintptr_t argument_4, uintptr_t argument_5)
 {
   return pipe_mgr_hitless_ha_restore_virtual_dev_state(argument_1, argument_2, argument_3, argument_4, argument_5,
-                                                       tarvex::pd::restore_from_replay);
+                                                       restore_from_replay);
 }
+
+}  // namespace tarvex::pd

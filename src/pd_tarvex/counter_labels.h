@@ -3,38 +3,41 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <cstring>
+#include <span>
 
-#include "tarvex_pd/egress_drop_and_counters.h"
-#include "tarvex_pd/halo_transforms.h"
-#include "tarvex_pd/l2.h"
-#include "tarvex_pd/policing_and_drop.h"
-#include "tarvex_pd/port_mapping.h"
 #include "text_rows.h"
 
 namespace tarvex::pd {
 
-// All give the length without the NUL.
-std::uint32_t counter_label(const p4_pd_tarvex_switch_l2DmacClassify_match_spec_t &key, char *buf);
-std::uint32_t counter_label(const p4_pd_tarvex_switch_ingressPortDropCheck_match_spec_t &key, char *buf);
-std::uint32_t counter_label(const p4_pd_tarvex_switch_haloCounters_match_spec_t &key, char *buf);
-std::uint32_t counter_label(const p4_pd_tarvex_switch_finalDropControl_match_spec_t &key, char *buf);
-std::uint32_t counter_label(const p4_pd_tarvex_switch_trapToCpu_match_spec_t &key, char *buf);
-std::uint32_t counter_label(const p4_pd_tarvex_switch_egressPortDropCheck_match_spec_t &key, char *buf);
-std::uint32_t counter_label(const p4_pd_tarvex_switch_ingL2DomainCount_match_spec_t &key, char *buf);
-std::uint32_t counter_label(const p4_pd_tarvex_switch_egrL2DomainCount_match_spec_t &key, char *buf);
+/// hex and decimal show the field's value, unless it is one of `values`; flag and words are text alone, shown where the
+/// value and its mask have the bits, or where the value is the one of `values`; bytes shows an address under its mask.
+enum class label_form : std::uint8_t { hex, decimal, flag, words, bytes };
+
+struct label_piece {
+  std::string_view text;
+  std::uint16_t member;  // offset of the field in the key structure
+  std::uint16_t mask;    // of its mask
+  std::uint8_t member_size;
+  label_form form;
+  std::uint8_t width;  // of a decimal number
+  std::uint8_t value_count;
+  std::uint32_t cut;  // bits of the value that count
+  std::uint32_t values[3];
+};
+
+struct counter_label_row {
+  const table_text *table;
+  std::span<const label_piece> pieces;
+};
+
+/// Generated, in the order of the tables' handles.
+extern const std::span<const counter_label_row *const> counter_labels;
+
+/// The length without the NUL.
+std::uint32_t counter_label(const counter_label_row &label, const void *match_spec, char *buf);
 
 /// Reads the entry from the hardware. 0 with the buffer untouched if it cannot be read or has no key.
-template <class Key>
-std::uint32_t entry_counter_label(const table_text &table, pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id,
-                                  pd_entry_hdl_t entry_hdl, char *buf)
-{
-  entry_contents entry;
-  if (table.read(sess_hdl, dev_id, entry_hdl, 1, entry) != BF_SUCCESS || entry.no_key != 0) return 0;
-  Key key;
-  static_assert(sizeof key <= sizeof entry.key);
-  std::memcpy(&key, entry.key, sizeof key);
-  return counter_label(key, buf);
-}
+std::uint32_t entry_counter_label(const counter_label_row &label, pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id,
+                                  pd_entry_hdl_t entry_hdl, char *buf);
 
 }  // namespace tarvex::pd

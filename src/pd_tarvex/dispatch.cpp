@@ -1,17 +1,12 @@
 // What a tool calls that holds only a number: finds the table or profile of a handle and does there what was asked.
 //
 // SPDX-License-Identifier: Apache-2.0
-#include "tarvex_pd/dispatch.h"
+#include "plain_functions.h"
 
 #include "line_writer.h"
 #include "placement_text.h"
 #include "profile_read_back.h"
 #include "schema_text.h"
-#include "tarvex_pd/egress_drop_and_counters.h"
-#include "tarvex_pd/halo_transforms.h"
-#include "tarvex_pd/l2.h"
-#include "tarvex_pd/policing_and_drop.h"
-#include "tarvex_pd/port_mapping.h"
 #include "text_tables.h"
 #include "value_text.h"
 
@@ -28,12 +23,8 @@ pd_status_t print_not_found(std::int32_t fd, std::uint32_t handle)
 }
 
 }  // namespace
-}  // namespace tarvex::pd
 
-using namespace tarvex::pd;
-
-pd_status_t p4_pd_tarvex_switch_entry_hdl_first(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, uint32_t tbl_hdl,
-                                                pd_entry_hdl_t *entry_hdl)
+pd_status_t entry_hdl_first(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, uint32_t tbl_hdl, pd_entry_hdl_t *entry_hdl)
 {
   if (find_table_text(tbl_hdl) != nullptr)
     return pipe_mgr_get_first_entry_handle(sess_hdl, tbl_hdl, whole_target(dev_tgt), entry_hdl);
@@ -41,8 +32,8 @@ pd_status_t p4_pd_tarvex_switch_entry_hdl_first(pd_sess_hdl_t sess_hdl, pd_dev_t
   return BF_SUCCESS;
 }
 
-pd_status_t p4_pd_tarvex_switch_entry_hdl_next(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, uint32_t tbl_hdl,
-                                               pd_entry_hdl_t entry_hdl, uint32_t n, pd_entry_hdl_t *next_entry_hdls)
+pd_status_t entry_hdl_next(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, uint32_t tbl_hdl, pd_entry_hdl_t entry_hdl,
+                           uint32_t n, pd_entry_hdl_t *next_entry_hdls)
 {
   if (find_table_text(tbl_hdl) != nullptr)
     return pipe_mgr_get_next_entry_handles(sess_hdl, tbl_hdl, whole_target(dev_tgt), entry_hdl, n, next_entry_hdls);
@@ -50,8 +41,7 @@ pd_status_t p4_pd_tarvex_switch_entry_hdl_next(pd_sess_hdl_t sess_hdl, pd_dev_tg
   return BF_SUCCESS;
 }
 
-pd_status_t p4_pd_tarvex_switch_entry_hdl_default(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, uint32_t tbl_hdl,
-                                                  pd_entry_hdl_t *entry_hdl)
+pd_status_t entry_hdl_default(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, uint32_t tbl_hdl, pd_entry_hdl_t *entry_hdl)
 {
   if (find_table_text(tbl_hdl) != nullptr)
     return pipe_mgr_table_get_default_entry_handle(sess_hdl, whole_target(dev_tgt), tbl_hdl, entry_hdl);
@@ -60,8 +50,8 @@ pd_status_t p4_pd_tarvex_switch_entry_hdl_default(pd_sess_hdl_t sess_hdl, pd_dev
 }
 
 /// The one handle dispatcher that has a status for an unknown handle.
-pd_status_t p4_pd_tarvex_switch_member_hdl_next(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, uint32_t adt_hdl,
-                                                pd_mbr_hdl_t mbr_hdl, uint32_t n, pd_mbr_hdl_t *next_mbr_hdls)
+pd_status_t member_hdl_next(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, uint32_t adt_hdl, pd_mbr_hdl_t mbr_hdl,
+                            uint32_t n, pd_mbr_hdl_t *next_mbr_hdls)
 {
   if (find_profile_text(adt_hdl) != nullptr)
     return pipe_mgr_get_next_entry_handles(sess_hdl, adt_hdl, whole_target(dev_tgt), mbr_hdl, n, next_mbr_hdls);
@@ -69,74 +59,58 @@ pd_status_t p4_pd_tarvex_switch_member_hdl_next(pd_sess_hdl_t sess_hdl, pd_dev_t
   return no_handle;
 }
 
-uint32_t p4_pd_tarvex_switch_entry_value(pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id, uint32_t tbl_hdl,
-                                         pd_entry_hdl_t entry_hdl, pd_flag8_t read_from_hw, char *buf)
+uint32_t entry_value(pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id, uint32_t tbl_hdl, pd_entry_hdl_t entry_hdl,
+                     pd_flag8_t read_from_hw, char *buf)
 {
   const table_text *table = find_table_text(tbl_hdl);
   return table == nullptr ? 0 : table_value(*table, sess_hdl, dev_id, entry_hdl, read_from_hw, buf);
 }
 
-int32_t p4_pd_tarvex_switch_cli_schema(uint32_t handle, char *buf)
+int32_t cli_schema(uint32_t handle, char *buf)
 {
   if (const table_text *table = find_table_text(handle)) return table_schema(*table, buf);
   if (const profile_text *profile = find_profile_text(handle)) return profile_schema(*profile, buf);
   return static_cast<std::int32_t>(text_writer(buf).text("()").end());
 }
 
-pd_status_t p4_pd_tarvex_switch_plcmt_data_print(int32_t fd, int32_t indent, uint32_t tbl_hdl, const void *plcmt_data)
+pd_status_t plcmt_data_print(int32_t fd, int32_t indent, uint32_t tbl_hdl, const void *plcmt_data)
 {
   const table_text *table = find_table_text(tbl_hdl);
   return table == nullptr ? print_not_found(fd, tbl_hdl) : plcmt_data_print(*table, fd, indent, plcmt_data);
 }
 
-pd_status_t p4_pd_tarvex_switch_adt_plcmt_data_print(int32_t fd, int32_t indent, uint32_t adt_hdl,
-                                                     const void *plcmt_data)
+pd_status_t adt_plcmt_data_print(int32_t fd, int32_t indent, uint32_t adt_hdl, const void *plcmt_data)
 {
   const profile_text *profile = find_profile_text(adt_hdl);
   return profile == nullptr ? print_not_found(fd, adt_hdl) : adt_plcmt_data_print(*profile, fd, indent, plcmt_data);
 }
 
-uint32_t p4_pd_tarvex_switch_plcmt_data_value(uint32_t tbl_hdl, const void *plcmt_data, char *buf)
+uint32_t plcmt_data_value(uint32_t tbl_hdl, const void *plcmt_data, char *buf)
 {
   const table_text *table = find_table_text(tbl_hdl);
   return table == nullptr ? 0 : plcmt_data_value(*table, plcmt_data, buf);
 }
 
-uint32_t p4_pd_tarvex_switch_adt_plcmt_data_value(uint32_t adt_hdl, const void *plcmt_data, char *buf)
+uint32_t adt_plcmt_data_value(uint32_t adt_hdl, const void *plcmt_data, char *buf)
 {
   const profile_text *profile = find_profile_text(adt_hdl);
   return profile == nullptr ? 0 : adt_plcmt_data_value(*profile, plcmt_data, buf);
 }
 
-uint8_t p4_pd_tarvex_switch_plcmt_data_eq_to_hw(pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id, uint32_t tbl_hdl,
-                                                pd_entry_hdl_t entry_hdl, const void *plcmt_data)
+uint8_t plcmt_data_eq_to_hw(pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id, uint32_t tbl_hdl, pd_entry_hdl_t entry_hdl,
+                            const void *plcmt_data)
 {
   const table_text *table = find_table_text(tbl_hdl);
   return table == nullptr ? std::uint8_t{0}
                           : plcmt_data_eq_to_hw(*table, sess_hdl, dev_id, tbl_hdl, entry_hdl, plcmt_data);
 }
 
-uint32_t p4_pd_tarvex_switch_stringify_counter_matchspec(pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id, uint32_t tbl_hdl,
-                                                         pd_entry_hdl_t entry_hdl, char *buf)
+uint32_t stringify_counter_matchspec(pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id, uint32_t tbl_hdl,
+                                     pd_entry_hdl_t entry_hdl, char *buf)
 {
-  using label = uint32_t (*)(pd_sess_hdl_t, pd_dev_id_t, pd_entry_hdl_t, char *);
-  struct labelled_table {
-    const table_text *table;
-    label write;
-  };
-  static constexpr labelled_table labelled[] = {
-      {&texts::table_l2DmacClassify, p4_pd_tarvex_switch_l2DmacClassify_stringify_counter_match_spec},
-      {&texts::table_ingressPortDropCheck, p4_pd_tarvex_switch_ingressPortDropCheck_stringify_counter_match_spec},
-      {&texts::table_haloCounters, p4_pd_tarvex_switch_haloCounters_stringify_counter_match_spec},
-      {&texts::table_finalDropControl, p4_pd_tarvex_switch_finalDropControl_stringify_counter_match_spec},
-      {&texts::table_trapToCpu, p4_pd_tarvex_switch_trapToCpu_stringify_counter_match_spec},
-      {&texts::table_egressPortDropCheck, p4_pd_tarvex_switch_egressPortDropCheck_stringify_counter_match_spec},
-      {&texts::table_ingL2DomainCount, p4_pd_tarvex_switch_ingL2DomainCount_stringify_counter_match_spec},
-      {&texts::table_egrL2DomainCount, p4_pd_tarvex_switch_egrL2DomainCount_stringify_counter_match_spec},
-  };
-  const table_text *table = find_table_text(tbl_hdl);
-  if (table == nullptr) return 0;
-  for (const labelled_table &l : labelled)
-    if (l.table == table) return l.write(sess_hdl, dev_id, entry_hdl, buf);
+  for (const counter_label_row *label : counter_labels)
+    if (label->table->handle == tbl_hdl) return entry_counter_label(*label, sess_hdl, dev_id, entry_hdl, buf);
   return 0;
 }
+
+}  // namespace tarvex::pd

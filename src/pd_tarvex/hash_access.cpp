@@ -1,7 +1,7 @@
 // Hash calculations by name, with common field numbers.
 //
 // SPDX-License-Identifier: Apache-2.0
-#include "tarvex_pd/hash_access.h"
+#include "plain_functions.h"
 
 #include <cstring>
 
@@ -20,26 +20,22 @@ const hash_row *calculation(const char *name)
 }
 
 }  // namespace
-}  // namespace tarvex::pd
 
-using namespace tarvex::pd;
-
-pd_status_t p4_pd_tarvex_switch_hash_calc_input_set(pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id, const char *calc_name)
+pd_status_t hash_calc_input_set(pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id, const char *calc_name)
 {
   const hash_row *calc = calculation(calc_name);
   return calc == nullptr ? pd_status_t{PD_STATUS_INVALID_ARG} : hash_input_set(*calc, sess_hdl, dev_id, 0);
 }
 
-pd_status_t p4_pd_tarvex_switch_hash_calc_input_field_attribute_count_get(pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id,
-                                                                          const char *calc_name, uint32_t *count)
+pd_status_t hash_calc_input_field_attribute_count_get(pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id, const char *calc_name,
+                                                      uint32_t *count)
 {
   const hash_row *calc = calculation(calc_name);
   return calc == nullptr ? pd_status_t{PD_STATUS_INVALID_ARG} : hash_field_count_get(*calc, sess_hdl, dev_id, 0, count);
 }
 
-pd_status_t p4_pd_tarvex_switch_hash_calc_input_field_attribute_set(pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id,
-                                                                    const char *calc_name, uint32_t count,
-                                                                    const hash_calc_attr_t *attrs)
+pd_status_t hash_calc_input_field_attribute_set(pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id, const char *calc_name,
+                                                uint32_t count, const hash_calc_attr_t *attrs)
 {
   const hash_row *calc = calculation(calc_name);
   if (calc == nullptr) return PD_STATUS_INVALID_ARG;
@@ -52,13 +48,15 @@ pd_status_t p4_pd_tarvex_switch_hash_calc_input_field_attribute_set(pd_sess_hdl_
   return hash_fields_choose(*calc, sess_hdl, dev_id, 0, choice);
 }
 
-pd_status_t p4_pd_tarvex_switch_hash_calc_input_field_attribute_get(pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id,
-                                                                    const char *calc_name, uint32_t max,
-                                                                    hash_calc_attr_t *attrs, uint32_t *count)
+pd_status_t hash_calc_input_field_attribute_get(const char *function, pd_sess_hdl_t sess_hdl, pd_dev_id_t dev_id,
+                                                const char *calc_name, uint32_t max, hash_calc_attr_t *attrs,
+                                                uint32_t *count)
 {
   const hash_row *calc = calculation(calc_name);
   if (calc == nullptr) return PD_STATUS_INVALID_ARG;
   const pd_status_t status = hash_fields_get(*calc, sess_hdl, dev_id, 0, max, attrs, count);
-  for (std::uint32_t i = 0; i < *count; ++i) attrs[i].field = hash_common_field(*calc, __func__, attrs[i].field);
+  for (std::uint32_t i = 0; i < *count; ++i) attrs[i].field = hash_common_field(*calc, function, attrs[i].field);
   return status;
 }
+
+}  // namespace tarvex::pd

@@ -1,7 +1,7 @@
 // Any meter or WRED block by handle. Unlike the pipeline's own meters these may have a pre-colour input.
 //
 // SPDX-License-Identifier: Apache-2.0
-#include "tarvex_pd/meter_access.h"
+#include "plain_functions.h"
 
 #include "meters.h"
 
@@ -27,39 +27,36 @@ pd_status_t set_any_meter(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, std::uin
 }
 
 }  // namespace
-}  // namespace tarvex::pd
 
-using namespace tarvex::pd;
-
-pd_status_t p4_pd_tarvex_switch_bytes_meter_set(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, uint32_t meter_hdl,
-                                                uint32_t index, const pd_meter_spec_t *meter_spec,
-                                                pd_flag8_t has_pre_color)
+pd_status_t bytes_meter_set(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, uint32_t meter_hdl, uint32_t index,
+                            const pd_meter_spec_t *meter_spec, pd_flag8_t has_pre_color)
 {
   return set_any_meter(sess_hdl, dev_tgt, meter_hdl, index, *meter_spec, low_byte(has_pre_color), DRV_METER_UNIT_BYTES);
 }
 
-pd_status_t p4_pd_tarvex_switch_bytes_meter_read(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, uint32_t meter_hdl,
-                                                 uint32_t index, pd_meter_spec_t *meter_spec)
+pd_status_t bytes_meter_read(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, uint32_t meter_hdl, uint32_t index,
+                             pd_meter_spec_t *meter_spec)
 {
   return meter_read_indexed(sess_hdl, dev_tgt, meter_hdl, index, meter_spec);
 }
 
-pd_status_t p4_pd_tarvex_switch_packets_meter_set(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, uint32_t meter_hdl,
-                                                  uint32_t index, const pd_meter_spec_t *meter_spec,
-                                                  pd_flag8_t has_pre_color)
+pd_status_t packets_meter_set(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, uint32_t meter_hdl, uint32_t index,
+                              const pd_meter_spec_t *meter_spec, pd_flag8_t has_pre_color)
 {
   return set_any_meter(sess_hdl, dev_tgt, meter_hdl, index, *meter_spec, low_byte(has_pre_color),
                        DRV_METER_UNIT_PACKETS);
 }
 
-pd_status_t p4_pd_tarvex_switch_packets_meter_read(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, uint32_t meter_hdl,
-                                                   uint32_t index, pd_meter_spec_t *meter_spec)
+pd_status_t packets_meter_read(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, uint32_t meter_hdl, uint32_t index,
+                               pd_meter_spec_t *meter_spec)
 {
   return meter_read_indexed(sess_hdl, dev_tgt, meter_hdl, index, meter_spec);
 }
 
-pd_status_t p4_pd_tarvex_switch_wred_set(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, uint32_t wred_hdl,
-                                         uint32_t index, const pd_wred_spec_t *wred_spec)
+pd_status_t wred_set(pd_sess_hdl_t sess_hdl, pd_dev_tgt_t dev_tgt, uint32_t wred_hdl, uint32_t index,
+                     const pd_wred_spec_t *wred_spec)
 {
   return wred_set_indexed(sess_hdl, dev_tgt, wred_hdl, index, wred_spec);
 }
+
+}  // namespace tarvex::pd

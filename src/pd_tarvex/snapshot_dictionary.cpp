@@ -6,8 +6,8 @@
 #include <string_view>
 
 #include "bytes.h"
+#include "plain_functions.h"
 #include "snapshot_layouts.h"
-#include "tarvex_pd/snapshots.h"
 
 namespace tarvex::pd {
 
@@ -54,13 +54,9 @@ bool is_zero(const std::uint8_t *bytes, const snapshot_field &field)
 }
 
 }  // namespace
-}  // namespace tarvex::pd
 
-using namespace tarvex::pd;
-
-uint32_t p4_pd_tarvex_switch_snapshot_capture_trigger_add(pd_snapshot_hdl_t hdl, snap_trig_spec_t *value_rec,
-                                                          snap_trig_spec_t *mask_rec, const char *name,
-                                                          const uint32_t *value)
+uint32_t snapshot_capture_trigger_add(pd_snapshot_hdl_t hdl, snap_trig_spec_t *value_rec, snap_trig_spec_t *mask_rec,
+                                      const char *name, const uint32_t *value)
 {
   const snapshot_field *const field = find_field(layout_of(hdl), name);
   if (field == nullptr) return 0;
@@ -69,8 +65,8 @@ uint32_t p4_pd_tarvex_switch_snapshot_capture_trigger_add(pd_snapshot_hdl_t hdl,
   return 1;
 }
 
-uint32_t p4_pd_tarvex_switch_snapshot_capture_trigger_list(uint32_t ctx, pd_snapshot_hdl_t hdl,
-                                                           pd_snapshot_list_cb_t callback, void *cookie)
+uint32_t snapshot_capture_trigger_list(uint32_t ctx, pd_snapshot_hdl_t hdl, pd_snapshot_list_cb_t callback,
+                                       void *cookie)
 {
   std::uint32_t result = 0;
   for (const snapshot_field &field : layout_of(hdl).fields)
@@ -78,10 +74,8 @@ uint32_t p4_pd_tarvex_switch_snapshot_capture_trigger_list(uint32_t ctx, pd_snap
   return result;
 }
 
-uint32_t p4_pd_tarvex_switch_snapshot_capture_trigger_show(uint32_t ctx, pd_snapshot_hdl_t hdl,
-                                                           const snap_trig_spec_t *value_rec,
-                                                           const snap_trig_spec_t *mask_rec,
-                                                           pd_snapshot_show_cb_t callback)
+uint32_t snapshot_capture_trigger_show(uint32_t ctx, pd_snapshot_hdl_t hdl, const snap_trig_spec_t *value_rec,
+                                       const snap_trig_spec_t *mask_rec, pd_snapshot_show_cb_t callback)
 {
   std::uint32_t result = 0;
   for (const snapshot_field &field : layout_of(hdl).fields) {
@@ -98,8 +92,8 @@ uint32_t p4_pd_tarvex_switch_snapshot_capture_trigger_show(uint32_t ctx, pd_snap
   return result;
 }
 
-uint32_t p4_pd_tarvex_switch_snapshot_capture_field_show(uint32_t ctx, pd_snapshot_hdl_t hdl, const uint8_t *fields,
-                                                         pd_snapshot_show_cb_t callback)
+uint32_t snapshot_capture_field_show(uint32_t ctx, pd_snapshot_hdl_t hdl, const uint8_t *fields,
+                                     pd_snapshot_show_cb_t callback)
 {
   std::uint32_t result = 0;
   for (const snapshot_field &field : layout_of(hdl).fields) {
@@ -109,15 +103,16 @@ uint32_t p4_pd_tarvex_switch_snapshot_capture_field_show(uint32_t ctx, pd_snapsh
   return result;
 }
 
-uint32_t p4_pd_tarvex_switch_snapshot_capture_data_single_get(int32_t index, uint32_t is_egress, const void *capture,
-                                                              uint32_t *first_byte, uint8_t *ctrl, uint8_t *fields)
+uint32_t snapshot_capture_data_single_get(int32_t index, uint32_t is_egress, const void *capture, uint32_t *first_byte,
+                                          uint8_t *ctrl, uint8_t *fields)
 {
   const std::uint8_t *const record =
       static_cast<const std::uint8_t *>(capture) + index * std::ptrdiff_t{capture_record_bytes};
   *first_byte = record[0];
-  std::memcpy(ctrl, record, P4_PD_TARVEX_SWITCH_SNAPSHOT_CTRL_BYTES);
-  std::memcpy(
-      fields, record + P4_PD_TARVEX_SWITCH_SNAPSHOT_CTRL_BYTES,
-      is_egress != 0 ? P4_PD_TARVEX_SWITCH_SNAPSHOT_EGRESS_FIELD_BYTES : P4_PD_TARVEX_SWITCH_SNAPSHOT_FIELD_BYTES);
+  std::memcpy(ctrl, record, snapshot_ctrl_bytes);
+  std::memcpy(fields, record + snapshot_ctrl_bytes,
+              is_egress != 0 ? snapshot_egress_field_bytes : snapshot_field_bytes);
   return record[1];
 }
+
+}  // namespace tarvex::pd

@@ -224,6 +224,9 @@ def run_document(path, arguments, counted):
     text = path.read_text()
     check_links(path, text, counted)
     with tempfile.TemporaryDirectory() as folder:
+        for entry in arguments.source.resolve().iterdir() if arguments.source else ():
+            if not entry.name.startswith(".") and entry.name != "build":
+                (pathlib.Path(folder) / entry.name).symlink_to(entry)
         if arguments.build:
             (pathlib.Path(folder) / "build").mkdir()
             (pathlib.Path(folder) / "build" / "release").symlink_to(arguments.build.resolve())
@@ -242,6 +245,7 @@ def main():
     parser.add_argument("--libraries", default="lib", help="folder of the libraries within the prefix")
     parser.add_argument("--build", type=pathlib.Path,
                         help="a build folder, which sessions find as build/release where they run")
+    parser.add_argument("--source", type=pathlib.Path, help="sources, at whose top the sessions are")
     parser.add_argument("--shell", default="bash", help="the shell of the sessions (default: %(default)s)")
     parser.add_argument("--bare", action="store_true", help="this is a bare machine: install the packages, too")
     arguments = parser.parse_args()

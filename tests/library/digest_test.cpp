@@ -3,7 +3,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>
 
-#include <cstring>
+#include <algorithm>
 #include <string>
 
 #include "caller.h"
@@ -14,53 +14,54 @@ namespace {
 
 using enum argument_kind;
 
-const std::string digest = "macLearningDigest";
-const std::string near_misses[] = {
-    "", "macLearningDiges", "macLearningDigest2", "macLearningDigest ", "MacLearningDigest", "ingMd_smacOui"};
-
-void give(call &call, argument_kind kind, const std::string &text)
+void give(call &call, argument_kind kind, const char *text)
 {
-  call.give(kind, reinterpret_cast<std::uint64_t>(text.c_str()));
+  call.give(kind, reinterpret_cast<std::uint64_t>(text));
+}
+
+/// Names that are almost the given one.
+std::vector<std::string> near_misses(const std::string &name)
+{
+  return {"", name.substr(0, name.size() - 1), name + "2", name + " ", "X" + name.substr(1)};
 }
 
 TEST(digest, an_entry_has_a_size)
 {
-  call call(function_named("p4_pd_tarvex_switch_get_digest_entry_size"));
-  give(call, digest_name, digest);
-  EXPECT_EQ(call.run(), 14u);
-  for (const std::string &name : near_misses) {
-    give(call, digest_name, name);
-    EXPECT_EQ(call.run(), 0u) << name;
+  for (const calls::digest_info &digest : calls::digests) {
+    call call(function_named(prefix() + "get_digest_entry_size"));
+    give(call, digest_name, digest.name);
+    EXPECT_EQ(call.run(), digest.entry_bytes);
+    std::vector<std::string> others = near_misses(digest.name);
+    others.emplace_back(digest.fields[0].name);
+    for (const std::string &name : others) {
+      give(call, digest_name, name.c_str());
+      EXPECT_EQ(call.run(), 0u) << name;
+    }
   }
 }
 
 TEST(digest, fields_follow_each_other_without_gaps)
 {
-  struct field {
-    std::string digest, name;
-    std::uint32_t size;  // 0 where there is none
-  };
-  std::vector<field> fields = {{digest, "ingMd_smacStation", 4},
-                               {digest, "ingMd_ingL2Domain", 2},
-                               {digest, "ingMd_ingL2Aintf", 4},
-                               {digest, "ingMd_smacOui", 4}};
-  for (const std::string &name : near_misses) fields.push_back({name, "ingMd_smacOui", 0});
-  for (const char *name : {"", "ingMd_smacOu", "ingMd_smacOui2", "ingMd_smac", "ingmd_smacOui", "macLearningDigest"}) {
-    fields.push_back({digest, name, 0});
-  }
-  call call(function_named("p4_pd_tarvex_switch_get_digest_entry_field"));
   const std::uint64_t unreadable = 0x10;  // the entry itself is not touched
-  call.give(digest_entry, unreadable);
-  std::uint64_t at = unreadable;
-  for (const field &field : fields) {
-    give(call, digest_name, field.digest);
-    give(call, digest_field_name, field.name);
-    EXPECT_EQ(call.run(), field.size == 0 ? 0 : at) << field.digest << ", " << field.name;
-    call.expect_number(digest_field_size_out, field.size, 4);
-    EXPECT_EQ(call.unexpected_bytes(), "") << field.digest << ", " << field.name;
-    at += field.size;
+  for (const calls::digest_info &digest : calls::digests) {
+    call call(function_named(prefix() + "get_digest_entry_field"));
+    call.give(digest_entry, unreadable);
+    const auto expect = [&](const std::string &of, const std::string &name, std::uint64_t at, std::uint32_t size) {
+      give(call, digest_name, of.c_str());
+      give(call, digest_field_name, name.c_str());
+      EXPECT_EQ(call.run(), at) << of << ", " << name;
+      call.expect_number(digest_field_size_out, size, 4);
+      EXPECT_EQ(call.unexpected_bytes(), "") << of << ", " << name;
+    };
+    std::uint64_t at = unreadable;
+    for (const calls::digest_field_info &field : digest.fields) {
+      expect(digest.name, field.name, at, field.size);
+      at += field.size;
+      for (const std::string &name : near_misses(field.name)) expect(digest.name, name, 0, 0);
+      for (const std::string &name : near_misses(digest.name)) expect(name, field.name, 0, 0);
+    }
+    EXPECT_EQ(at, unreadable + digest.entry_bytes);
   }
-  EXPECT_EQ(at, unreadable + 14);
 }
 
 }  // namespace

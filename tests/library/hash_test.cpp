@@ -212,25 +212,28 @@ TEST(hash, names_are_compared_whole)
   }
 }
 
-// Any list of the calculation's is input 0, and its one algorithm is algorithm 0.
-TEST(hash, driver_handles_come_back_as_0)
+// Any list of the calculation's is input 0, and an algorithm is the number of its place.
+TEST(hash, driver_handles_come_back_as_numbers)
 {
   for (const calls::hash_info &calc : calls::hashes) {
     const hash_functions hash{calc};
     const std::uint32_t end = calc.first_input + hash.all();
     for (const bool algorithm : {false, true}) {
       const std::string operation = algorithm ? "algorithm_get" : "input_get";
-      std::vector<std::uint32_t> handles = {0,         calc.first_input - 1, end, 1, hash_algorithm, hash_algorithm + 1,
-                                            0xffffffff};
+      std::vector<std::uint32_t> handles = {0, calc.first_input - 1, end, 1, 0xffffffff};
+      for (const std::uint32_t own : calc.algorithms) handles.insert(handles.end(), {own, own + 1, own - 1});
       for (std::uint32_t list = calc.first_input; list < end; ++list) handles.push_back(list);
       for (const std::uint32_t handle : handles) {
         for (const std::uint32_t status : {0U, refused_status}) {
-          const bool own = algorithm ? handle == hash_algorithm : handle >= calc.first_input && handle < end;
+          const auto place = std::ranges::find(calc.algorithms, handle) - calc.algorithms.begin();
+          const bool own = algorithm ? static_cast<std::size_t>(place) < calc.algorithms.size()
+                                     : handle >= calc.first_input && handle < end;
+          const auto number = static_cast<std::uint64_t>(algorithm ? place : 0);
           hash_unit unit{handle, status};
           unit.attach();
           call call = hash.prepared(operation);
           EXPECT_EQ(call.run(), own && status == 0 ? 0 : invalid) << calc.name << ", " << handle;
-          if (own && status == 0) call.expect_number(hash_number_out, 0, 4);
+          if (own && status == 0) call.expect_number(hash_number_out, number, 4);
           EXPECT_EQ(call.unexpected_bytes(), "") << calc.name << ", " << handle;
           expect_calls(hash, {{operation, anywhere}});
         }

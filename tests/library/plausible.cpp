@@ -90,9 +90,11 @@ const calls::use_info &richest_use(const calls::table_info &table)
   return *std::ranges::max_element(uses_of(table), {}, weight);
 }
 
-const calls::hash_info &hash_of(const exported_function &function)
+/// Null where the pipeline has none.
+const calls::hash_info *hash_of(const exported_function &function)
 {
-  return function.hash != nullptr ? *function.hash : calls::hashes[calls::hashes.size() / 2];
+  if (function.hash != nullptr || calls::hashes.empty()) return function.hash;
+  return &calls::hashes[calls::hashes.size() / 2];
 }
 
 }  // namespace
@@ -119,9 +121,9 @@ plausible_call::plausible_call(const exported_function &function)
       {snapshot_show_callback, address(&nothing_shown)},
       {capture_index, 1},
       {is_egress, 0},
-      {digest_name, address("macLearningDigest")},
-      {digest_field_name, address("ingMd_smacOui")},
-      {calc_name, address(hash_of(function).name)},
+      {digest_name, address(calls::digests.empty() ? "" : calls::digests[0].name)},
+      {digest_field_name, address(calls::digests.empty() ? "" : calls::digests[0].fields.back().name)},
+      {calc_name, address(hash_of(function) != nullptr ? hash_of(function)->name : "")},
   };
   for (const auto &[kind, value] : values) {
     if (takes(kind)) give(kind, value);
@@ -155,10 +157,11 @@ void plausible_call::prepare_records()
 
 void plausible_call::prepare_hash()
 {
-  const calls::hash_info &hash = hash_of(function());
+  const calls::hash_info *const hash = hash_of(function());
+  if (hash == nullptr) return;
   std::vector<hash_calc_attr_t> attrs;
-  for (std::uint32_t i = 0; i < hash.common.size(); ++i) {
-    attrs.push_back({function().hash != nullptr ? i : hash.common[i], 0, i % 2});
+  for (std::uint32_t i = 0; i < hash->common.size(); ++i) {
+    attrs.push_back({function().hash != nullptr ? i : hash->common[i], 0, i % 2});
   }
   if (takes(hash_attrs)) {
     fill(hash_attrs, {reinterpret_cast<const std::uint8_t *>(attrs.data()), attrs.size() * sizeof attrs[0]});
@@ -211,8 +214,8 @@ std::uint64_t plausible_call::oblige(const recorded_call &asked) const
   if (name.ends_with("_mbr_act") && name.find("_get_") != name.npos) {
     return give_number(3, function().use != nullptr ? function().use->handle : uses_of(*table_)[0].handle);
   }
-  if (name == "pipe_mgr_hash_calc_input_get") return give_number(3, hash_of(function()).first_input);
-  if (name == "pipe_mgr_hash_calc_algorithm_get") return give_number(3, hash_algorithm);
+  if (name == "pipe_mgr_hash_calc_input_get") return give_number(3, hash_of(function())->first_input);
+  if (name == "pipe_mgr_hash_calc_algorithm_get") return give_number(3, hash_of(function())->algorithms[0]);
   if (name == "pipe_stful_query_get_sizes") {
     give_number(3, 4);
     return give_number(4, 3);

@@ -3,6 +3,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "recorder.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <cstring>
@@ -10,6 +11,7 @@
 #include <set>
 #include <utility>
 
+#include "call_table.h"
 #include "driver_functions.h"
 
 namespace tarvex::test {
@@ -79,7 +81,7 @@ recorder &driver()
 
 ms_state *state_of_profile(std::size_t index)
 {
-  static std::array<char, 5> places;
+  static std::array<char, 64> places;
   return reinterpret_cast<ms_state *>(&places.at(index));
 }
 
@@ -99,7 +101,8 @@ std::uint64_t recorder::note(recorded_call call)
   if (answer) return answer(calls.back());
   if (calls.back().function != "p4_pd_ms_init_state") return 0;
   static std::size_t states_made = 0;
-  return reinterpret_cast<std::uint64_t>(state_of_profile(states_made++ % 5));
+  return reinterpret_cast<std::uint64_t>(
+      state_of_profile(states_made++ % std::max<std::size_t>(calls::profiles.size(), 1)));
 }
 
 namespace {

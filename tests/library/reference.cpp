@@ -23,6 +23,8 @@ std::string full_name(const operation &operation, const exported_function &funct
   put(name, "{action}", function.action != nullptr ? function.action->name : nullptr);
   put(name, "{unit}",
       std::string_view(function.name).find("_packets_") != std::string_view::npos ? "packets" : "bytes");
+  put(name, "{digest}", calls::digests.empty() ? nullptr : calls::digests[0].name);
+  put(name, "{value_set}", calls::value_sets.empty() ? nullptr : calls::value_sets[0].name);
   put(name, "{calc}", function.hash != nullptr ? function.hash->name : nullptr);
   if (function.resource != nullptr) {
     put(name, function.resource->direct ? "{direct}" : "{indexed}", function.resource->name);
@@ -181,6 +183,8 @@ std::size_t count_of(per rows)
     case per::wred: return resources(resource_kind::wred, false);
     case per::register_: return resources(resource_kind::register_, false);
     case per::hash: return calls::hashes.size();
+    case per::digest: return calls::digests.size();
+    case per::value_set: return calls::value_sets.size();
     case per::unit: return 2;
   }
   return 0;

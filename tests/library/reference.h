@@ -92,6 +92,8 @@ enum class per : std::uint8_t {
   wred,
   register_,
   hash,
+  digest,
+  value_set,
   unit,  // bytes and packets
 };
 std::size_t count_of(per rows);
@@ -99,7 +101,7 @@ std::size_t count_of(per rows);
 /// One line of the interface: a function that exists for many rows.
 struct operation {
   calls::family_id family;
-  const char *name;  // with {table}, {profile} and {action}; {direct} or {indexed} for a resource
+  const char *name;  // with {table}, {profile} and {action}; {direct} or {indexed} for a resource, and so on
   per rows;
   std::vector<argument_kind> arguments;  // less those that the row has no use for
   std::vector<driver_call> series;
@@ -125,8 +127,6 @@ std::string difference(const std::vector<recorded_call> &expected, const std::ve
 bytes expected_key(const call &call);
 bytes expected_action(const call &call);
 bytes expected_member(const call &call);
-
-constexpr std::uint32_t hash_algorithm = 0x23000003;
 
 /// An argument of a resource or a service, with its record.
 recorded_argument resource_argument(derived kind, const call &call);

@@ -91,15 +91,19 @@ recorded_argument resource_argument(derived kind, const call &call)
     case derived::register_resource:
       return {anywhere,
               attached(static_cast<std::uint32_t>(call.value(index_handle)), first_bytes(call, register_word, 8))};
-    case derived::digest: return {0x21000084, {}};
-    case derived::value_set: return {0x1ff, {}};
+    case derived::digest: return {calls::digests[0].handle, {}};
+    case derived::value_set: return {calls::value_sets[0].handle, {}};
     case derived::parser_device: return {parser(0, 4), {}};
     case derived::parser_scope: return {parser(4, 4), {}};
     case derived::parser_index: return {parser(8, 2), {}};
     case derived::parser_sub_index: return {parser(10, 1), {}};
     case derived::calc: return {call.function().hash->handle, {}};
     case derived::input_list: return {for_number_0(call.function().hash->first_input), {}};
-    case derived::algorithm: return {for_number_0(hash_algorithm), {}};
+    case derived::algorithm: {
+      const auto algorithms = call.function().hash->algorithms;
+      const std::uint64_t number = call.value(hash_number);
+      return {number < algorithms.size() ? algorithms[number] : 0, {}};
+    }
     default: std::abort();
   }
 }

@@ -27,7 +27,7 @@ constexpr use_info check_actions[] = {{check, &check_action, true, {}}};
 /// A field of which the low bits `live` count, at most 32 of them.
 constexpr field_info field(match_kind match, std::uint16_t bits, std::uint16_t key_at, std::uint32_t live)
 {
-  field_info made{"", "", nullptr, bits, 0, 0, 0, key_at, static_cast<std::uint16_t>((bits + 7) / 8), match, {}};
+  field_info made{"", "", nullptr, bits, 0, 0, 0, key_at, static_cast<std::uint16_t>((bits + 7) / 8), match, {}, -1};
   for (unsigned i = 0; i < 4; ++i) made.live[15 - i] = static_cast<std::uint8_t>(live >> 8 * i);
   return made;
 }
@@ -60,6 +60,15 @@ constexpr resource_info all_resources[] = {
     {"hostData", host_register, resource_kind::register_, true, host_table},
 };
 
+// Of 3 fields, and of 5.
+constexpr std::uint32_t common[] = {1, 2, 3, 4, 5};
+constexpr std::uint32_t algorithms[] = {0x23000003, 0x23000004};
+constexpr hash_info all_hashes[] = {{"three", 0x22000004, 0x21000004, std::span(common).first(3), algorithms},
+                                    {"five", 0x2200000b, 0x21000064, common, algorithms}};
+
+constexpr digest_info all_digests[] = {{"learnt", 0x21000084, 14, {}}};
+constexpr value_set_info all_value_sets[] = {{"types", 0x1ff}};
+
 constexpr snapshot_field_info ingress[] = {
     {"flags", 0, 1}, {"port", 1, 2}, {"station", 3, 3}, {"label", 7, 4}, {"address", 11, 16}};
 constexpr snapshot_field_info egress[] = {{"station", 0, 3}};
@@ -69,6 +78,9 @@ constexpr snapshot_field_info egress[] = {{"station", 0, 3}};
 const std::span<const table_info> tables = all_tables;
 const std::span<const profile_info> profiles = all_profiles;
 const std::span<const resource_info> resources = all_resources;
+const std::span<const hash_info> hashes = all_hashes;
+const std::span<const digest_info> digests = all_digests;
+const std::span<const value_set_info> value_sets = all_value_sets;
 const std::span<const snapshot_field_info> ingress_fields = ingress;
 const std::span<const snapshot_field_info> egress_fields = egress;
 

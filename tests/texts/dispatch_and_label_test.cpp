@@ -134,6 +134,16 @@ void expect_label(const told_entry &entry, const std::string &label)
   }
 }
 
+/// As it is told by hand; where nobody has, as the library writes it by the key, so that all ways are compared at
+/// least.
+std::string label_of(const calls::table_info &table, const record &key)
+{
+  if (told_labels().contains(table.name)) return counter_label(table, key);
+  std::string text(PD_LABEL_TEXT_SIZE, 'x');
+  text.resize(invoke(std::string(table.name) + "_match_spec_stringify_for_counter", key.data(), text.data()));
+  return text;
+}
+
 TEST(label, of_every_labelled_table)
 {
   longest_text longest;
@@ -148,9 +158,9 @@ TEST(label, of_every_labelled_table)
           if (round % 3 == 0) byte = static_cast<std::uint8_t>(byte & random_record(1)[0] & random_record(1)[0]);
         if (round < 2) std::ranges::fill(*bytes, static_cast<std::uint8_t>(round == 0 ? 0xff : 0));
       }
-      expect_label(entry, counter_label(table, entry.key()));
+      expect_label(entry, label_of(table, entry.key()));
     }
-    longest.see(counter_label(table, record(table.record_size, 0xff)));
+    longest.see(label_of(table, record(table.record_size, 0xff)));
     entry.with_key = false;
     driver().answer = entry;
     const auto by_handle = text_by("stringify_counter_matchspec", 7U, 0U, table.handle, 9U);

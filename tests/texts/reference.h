@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdint>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -52,7 +53,17 @@ std::string action_value(const calls::action_info &action, const record &paramet
 std::string key_print(const calls::table_info &table, int indent, const record &key);
 std::string action_print(const calls::action_info &action, int indent, const record &parameters);
 
-/// Label for the counter of an entry; of the labelled tables alone.
+/// Written with the field's value AND `cut`: always; as a flag, where the mask has the bit too; or for some values.
+struct label_piece {
+  const char *format;
+  const char *field;
+  std::uint32_t cut;
+  enum { always, flag, some, address } when;
+  bool (*wanted)(std::uint32_t value) = nullptr;
+};
+/// By table; the folder of a pipeline's own tests tells them by hand.
+std::map<std::string, std::vector<label_piece>> &told_labels();
+/// Label for the counter of an entry, of a table whose label is told.
 std::string counter_label(const calls::table_info &table, const record &key);
 
 }  // namespace tarvex::test

@@ -7,8 +7,8 @@
 
 #include <string>
 
+#include "pd_calls.h"
 #include "session.h"
-#include "tarvex_pd/lifecycle.h"
 #include "tarvex_standin/standin.h"
 
 namespace tarvex::shell {
@@ -37,11 +37,11 @@ class shell_test : public ::testing::Test {
   shell_test()
   {
     standin_device_add(0);
-    p4_pd_tarvex_switch_init();
+    calls::pd::init();
   }
   ~shell_test() override
   {
-    p4_pd_tarvex_switch_cleanup();
+    calls::pd::cleanup();
     standin_reset();
   }
 

@@ -39,6 +39,13 @@ bool takes(const exported_function &function, argument_kind kind)
   return std::ranges::count(function.arguments, kind) != 0;
 }
 
+const exported_function &function_for(family_id family)
+{
+  const auto all = functions_of(family);
+  if (all.empty()) lacks_function(family);
+  return *all.front();
+}
+
 const exported_function *find_function(family_id family, const void *row, std::optional<argument_kind> with)
 {
   for (const exported_function *function : functions_of(family)) {

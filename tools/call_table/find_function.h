@@ -23,6 +23,9 @@ const exported_function *find_function(family_id family, const void *row, std::o
 /// Throws std::logic_error.
 [[noreturn]] void lacks_function(family_id family);
 
+/// Of a family with one function at most. Throws std::logic_error where there is none.
+const exported_function &function_for(family_id family);
+
 /// The same where it must exist: throws std::logic_error where it does not.
 template <typename Row>
 const exported_function &function_for(family_id family, const Row &row, std::optional<argument_kind> with = {})

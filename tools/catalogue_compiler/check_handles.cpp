@@ -20,6 +20,7 @@ enum class handle_kind : std::uint32_t {
   meter = 0x05,
   register_ = 0x06,
   action = 0x20,
+  digest = 0x21,
   hash_calculation = 0x22,
 };
 
@@ -107,6 +108,10 @@ void check_handles(const model &m, diagnostics &diag)
     if (!h.sound) continue;
     handles.add(subject(diag, "hash_calculation", h), "handle", h.handle, handle_kind::hash_calculation,
                 quoted("hash_calculation", h.name));
+  }
+  for (const digest &d : m.digests) {
+    if (d.sound)
+      handles.add(subject(diag, "digest", d), "handle", d.handle, handle_kind::digest, quoted("digest", d.name));
   }
   for (const used_action &u : used_actions(m)) {
     if (!u.use->sound) continue;

@@ -26,6 +26,18 @@ void check_common_numbers(const hash_calculation &h, const subject &s)
       s.error("common", "common number " + std::to_string(number) + " stands for two fields");
 }
 
+void check_algorithms(const hash_calculation &h, const subject &s)
+{
+  if (h.algorithms.empty()) s.error("algorithms", "a calculation has an algorithm");
+  std::set<std::uint32_t> seen;
+  for (const std::uint32_t algorithm : h.algorithms)
+    if (algorithm >> 24 != 0x23)
+      s.error("algorithms",
+              "handle " + hex(algorithm) + " is of another kind; it must lie between 0x23000001 and 0x23ffffff");
+    else if (!seen.insert(algorithm).second)
+      s.error("algorithms", "handle " + hex(algorithm) + " stands there twice");
+}
+
 }  // namespace
 
 void check_hashes(const model &m, diagnostics &diag)
@@ -44,7 +56,12 @@ void check_hashes(const model &m, diagnostics &diag)
                                  " on they are free");
     free_input = h.first_input + (1u << h.fields) - 1;
     check_common_numbers(h, s);
+    check_algorithms(h, s);
   }
+  for (const digest &d : m.digests)
+    for (const hash_calculation &h : m.hashes)
+      if (d.sound && h.sound && h.fields <= most_fields && d.handle - h.first_input < (1u << h.fields) - 1)
+        subject(diag, "digest", d).error("handle", "handle " + hex(d.handle) + " is an input of '" + h.name + "'");
 }
 
 }  // namespace catalogue

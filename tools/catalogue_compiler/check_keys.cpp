@@ -65,7 +65,7 @@ void check_field(const table &t, const field &f, const subject &s)
   }
   if (f.match == match_kind::lpm) check_lpm_field(t, f, s);
   if (f.key.partition) check_partition_field(t, f, s);
-  if (f.name.ends_with("_valid") && f.bits != 1) s.error("bits", "a name in '_valid' is for the one bit of a header");
+  if (!f.header.empty() && f.bits != 1) s.error("bits", "the validity of a header is one bit");
 }
 
 }  // namespace

@@ -96,6 +96,7 @@ void check_members(const table &t, const subject &about)
     const subject s(about, "field", f);
     check_identifier(s, f.name);
     check_characters(s, "short", f.short_name);
+    check_characters(s, "header", f.header);
     members.add(s, f.name, "a member");
     if (f.match == match_kind::ternary) members.add(s, f.name + "_mask", "a member");
     if (f.match == match_kind::lpm) members.add(s, f.name + "_prefix_length", "a member");
@@ -136,6 +137,18 @@ void check_names(const model &m, diagnostics &diag)
   for (const hash_calculation &h : m.hashes) {
     check_name(subject(diag, "hash_calculation", h), h.name, "a hash_calculation", calculations);
   }
+  for (const digest &d : m.digests) {
+    const subject s(diag, "digest", d);
+    check_name(s, d.name, "a digest", owners);
+    name_space fields;
+    for (const digest_field &f : d.fields) {
+      const subject about(s, "field", f);
+      check_name(about, f.name, "a field", fields);
+      check_characters(about, "short", f.short_name);
+      if (f.word != f.short_name) check_characters(about, "word", f.word);
+    }
+  }
+  for (const value_set &v : m.value_sets) check_identifier(subject(diag, "value_set", v), v.name);
   for (const snapshot_layout &layout : m.snapshot_layouts) {
     const subject s(diag, "snapshot_layout", layout);
     // One of an unknown direction stands in for none.

@@ -126,7 +126,7 @@ void check_label(const table &t, diagnostics &diag)
     return std::any_of(u.resources.begin(), u.resources.end(),
                        [](const resource_use &r) { return r.form == resource_form::direct_counter; });
   };
-  if (t.counter_label && std::none_of(t.actions.begin(), t.actions.end(), has_counter)) {
+  if (t.labelled() && std::none_of(t.actions.begin(), t.actions.end(), has_counter)) {
     subject(diag, "table", t).error("counter_label", "a label is for a direct counter, and no action names one");
   }
 }

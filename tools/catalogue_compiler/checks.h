@@ -25,6 +25,12 @@ void check_parameters(const model &m, diagnostics &diag);
 void check_hashes(const model &m, diagnostics &diag);
 /// Fields of snapshots have sizes that there are, stand behind one another and fill the bytes that are stated.
 void check_snapshot_fields(const model &m, diagnostics &diag);
+/// Fields of a digest fill its entries; a pipeline has one digest and one value set at most.
+void check_services(const model &m, diagnostics &diag);
+/// Pieces of labels show fields that their table has, in bits that the fields have.
+void check_labels(const model &m, diagnostics &diag);
+/// Halves of a MAC address name each other's row.
+void check_halves(const model &m, diagnostics &diag);
 
 // These look across rows, so they need all of them.
 

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <filesystem>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,6 +16,26 @@
 namespace catalogue {
 
 using functions = std::vector<exported_function>;
+
+/// Names of the public headers that are made of templates.
+std::span<const std::string_view> fixed_headers();
+
+/// include/tarvex_pd/: the headers made of the templates in `templates`. Throws std::runtime_error for a template that
+/// cannot be read or names what there is not.
+void fill_header_templates(const model &m, const functions &all, const std::filesystem::path &templates,
+                           const std::filesystem::path &folder);
+
+/// The comment and the declaration of an exported function.
+void prototype(generated_file &to, const exported_function &f);
+
+/// Definitions of exported functions.
+void emit_exports(generated_file &to, const std::vector<const exported_function *> &of);
+
+/// Functions of no row: pd/plain_functions.h, pd/exports_fixed.cpp and call_table/pd_calls.h.
+void emit_forwarders(const functions &all, const std::filesystem::path &folder);
+
+/// pd/exports_services.cpp: digests and value sets.
+void emit_services(const model &m, const functions &all, const std::filesystem::path &folder);
 
 /// include/tarvex_pd/: text_sizes.h, actions.h, a header for each group of tables, and the umbrella tarvex_pd.h.
 void emit_public_headers(const model &m, const functions &all, const std::filesystem::path &folder);

@@ -47,7 +47,7 @@ void emit_description(const model &m, const std::filesystem::path &folder)
       head += ", key " + to_string(t.key_bits) + " bits " + to_string(t.key_bytes) + " bytes, structure " +
               to_string(t.record_size) + " bytes";
     if (t.idle_time) head += ", idle time";
-    if (t.counter_label) head += ", counter label";
+    if (t.labelled()) head += ", counter label";
     if (t.indirect()) head += ", profile " + t.profile;
     to.line(head);
     for (const field &f : t.fields) describe(to, f);

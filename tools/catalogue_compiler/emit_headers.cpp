@@ -63,18 +63,6 @@ void structure(generated_file &to, const std::string &type, const std::string &a
 const std::string wide_values =
     "Bits of a member beyond its width are cut off, and no status says so; tv_check_structure finds them.";
 
-void prototype(generated_file &to, const exported_function &f)
-{
-  to.line("/**").paragraph(" * ", " * ", f.brief);
-  if (!f.details.empty()) to.line(" *").paragraph(" * ", " * ", f.details);
-  if (!f.arguments.empty()) to.line(" *");
-  for (const argument &a : f.arguments) to.paragraph(" * @param ", " *   ", a.name + "  " + a.doc);
-  if (!f.returns.empty()) to.paragraph(" * @return ", " *   ", f.returns);
-  to.line(" */");
-  to.arguments(std::string(c_result(f.result)) + f.name + "(", declarations(f), ");");
-  to.line();
-}
-
 std::string kind_text(const table &t)
 {
   static constexpr const char *kinds[] = {"exact key", "ternary key, entry priority", "longest prefix key", "no key"};
@@ -99,6 +87,7 @@ void emit_text_sizes(const model &m, const std::filesystem::path &folder)
   size("ENTRY", sizes.entry, "an entry, read or decoded from placement data");
   size("KEY", sizes.key, "a key");
   size("ACTION", sizes.action, "an action with its parameters");
+  size("LABEL", sizes.label, "the label of a counter");
   to.line().line("#endif");
   to.write(folder / "text_sizes.h");
 }
@@ -161,6 +150,18 @@ void emit_prototypes(const std::vector<const exported_function *> &of, const std
 
 }  // namespace
 
+void prototype(generated_file &to, const exported_function &f)
+{
+  to.line("/**").paragraph(" * ", " * ", f.brief);
+  if (!f.details.empty()) to.line(" *").paragraph(" * ", " * ", f.details);
+  if (!f.arguments.empty()) to.line(" *");
+  for (const argument &a : f.arguments) to.paragraph(" * @param ", " *   ", a.name + "  " + a.doc);
+  if (!f.returns.empty()) to.paragraph(" * @return ", " *   ", f.returns);
+  to.line(" */");
+  to.arguments(std::string(c_result(f.result)) + f.name + "(", declarations(f), ");");
+  to.line();
+}
+
 void emit_public_headers(const model &m, const functions &all, const std::filesystem::path &folder)
 {
   emit_text_sizes(m, folder);
@@ -169,10 +170,9 @@ void emit_public_headers(const model &m, const functions &all, const std::filesy
                   {"resource_values", "types"}, folder);
   emit_prototypes(functions_of_hashes(all), "hash_calculations", "Hash calculations, by name.",
                   {"hash_access", "types"}, folder);
-  std::vector<std::string> includes = {"version",         "types",           "driver_records",   "resource_values",
-                                       "lifecycle",       "learning_digest", "parser_value_set", "meter_access",
-                                       "register_access", "hash_access",     "snapshots",        "dispatch",
-                                       "actions",         "resources",       "hash_calculations"};
+  std::vector<std::string> includes = {"version", "types", "driver_records", "resource_values"};
+  includes.insert(includes.end(), fixed_headers().begin(), fixed_headers().end());
+  includes.insert(includes.end(), {"actions", "resources", "hash_calculations"});
   for (std::size_t g = 0; g < m.groups.size(); ++g) {
     if (functions_of_group(all, g).empty()) continue;
     emit_header(m, all, g, folder);

@@ -102,14 +102,6 @@ void emit_action_rows(const model &m, const std::filesystem::path &folder)
   to.write(folder / "action_rows.h");
 }
 
-void emit_exports(generated_file &to, const std::vector<const exported_function *> &of)
-{
-  for (const exported_function *f : of) {
-    to.line(f->seldom ? "[[gnu::cold]] " : "", c_result(f->result), f->name, "(", argument_list(*f), ")");
-    to.line("{").line("  ", f->result == result_kind::none ? "" : "return ", f->call, ";").line("}");
-  }
-}
-
 void emit_group_exports(const model &m, const functions &all, std::size_t group, const std::filesystem::path &folder)
 {
   const catalogue::group &g = m.groups[group];
@@ -141,6 +133,7 @@ void emit_group_exports(const model &m, const functions &all, std::size_t group,
     if (t.group != group) continue;
     if (const profile *p = m.find_profile(t.profile)) profile_texts(to, *p);
     table_texts(to, constants, t);
+    label_texts(to, t);
   }
   to.line("}  // namespace tarvex::pd").line().line("using namespace tarvex::pd;").line();
   emit_exports(to, of);
@@ -198,8 +191,11 @@ void emit_hash_exports(const model &m, const functions &all, const std::filesyst
     std::string common;
     for (const std::uint32_t c : h.common) common += (common.empty() ? "" : ", ") + to_string(c);
     to.line("constexpr std::uint8_t ", h.name, "_common[] = {", common, "};");
+    std::string algorithms;
+    for (const std::uint32_t a : h.algorithms) algorithms += (algorithms.empty() ? "" : ", ") + hex(a);
+    to.line("constexpr std::uint32_t ", h.name, "_algorithms[] = {", algorithms, "};");
     to.line("constexpr hash_row ", h.name, " = {", hex(h.handle), ", ", hex(h.first_input), ", ", to_string(h.fields),
-            ", ", h.name, "_common};");
+            ", ", h.name, "_common, ", h.name, "_algorithms};");
   }
   to.line().line("}  // namespace").line("}  // namespace hashes").line();
   std::vector<std::string> rows;
@@ -217,7 +213,7 @@ void emit_names(const model &m, const std::filesystem::path &folder)
   to.line();
   to.line("#include \"profile_states.h\"").line("#include \"restorable_profiles.h\"");
   to.line("#include \"tarvex_pd/actions.h\"");
-  to.line("#include \"tarvex_pd/lifecycle.h\"").line();
+  to.line("#include \"plain_functions.h\"").line();
   std::size_t longest = 0;
   to.line("const char *const ", export_prefix, "action_name_strings[", macro_prefix(), "ACTION_COUNT] = {");
   for (const action &a : m.actions) {
@@ -228,6 +224,7 @@ void emit_names(const model &m, const std::filesystem::path &folder)
   to.line("static_assert(", macro_prefix(), "ACTION_COUNT == ", to_string(m.actions.size()), ");");
   to.line("static_assert(", macro_prefix(), "ACTION_NAME_SIZE == ", to_string(longest + 1), ");").line();
   to.line("namespace tarvex::pd {").line();
+  to.line("const std::span<const char *const> action_names = ", export_prefix, "action_name_strings;").line();
   for (const profile &p : m.profiles) {
     std::string handles;
     for (const action_use &u : p.actions) handles += (handles.empty() ? "" : ", ") + hex(u.handle);

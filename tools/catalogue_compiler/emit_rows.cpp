@@ -14,6 +14,15 @@ using std::to_string;
 
 std::string quoted_or_null(const std::string &text) { return text.empty() ? "nullptr" : "\"" + text + "\""; }
 
+/// Place of the lower half of a MAC address among its rows; -1 for what is no upper half.
+template <class Row>
+std::string low_half_of(const Row &high, const std::vector<Row> &rows)
+{
+  for (std::size_t i = 0; i < rows.size(); ++i)
+    if (!high.low_half.empty() && rows[i].name == high.low_half) return to_string(i);
+  return "-1";
+}
+
 void action_rows(generated_file &to, const model &m)
 {
   for (const action &a : m.actions) {
@@ -22,8 +31,8 @@ void action_rows(generated_file &to, const model &m)
       for (const parameter &p : a.params)
         to.line("    {\"", p.name, "\", ", quoted_or_null(p.display), ", ", to_string(p.bits), ", ",
                 offset_of(action_spec_type(a), member_name(p)), ", ", to_string(storage_size(p.type)), ", ",
-                to_string(p.data.first), ", ", to_string(p.data.count), ", ", p.resource_index ? "true" : "false",
-                "},");
+                to_string(p.data.first), ", ", to_string(p.data.count), ", ", p.resource_index ? "true" : "false", ", ",
+                low_half_of(p, a.params), "},");
       to.line("};");
     }
     if (!a.index_resources.empty()) {
@@ -81,7 +90,7 @@ void field_rows(generated_file &to, const table &t)
     to.line("    {\"", f.name, "\", \"", f.short_name, "\", ", quoted_or_null(f.display), ", ", to_string(f.bits), ", ",
             offset_of(type, f.name), ", ", to_string(storage_size(f.type)), ", ", offset_of(type, companion_name(f)),
             ", ", to_string(f.key.first), ", ", to_string(f.key.count), ", ", enumerator("match_kind", match_of(f)),
-            ", {", live, "}},");
+            ", {", live, "}, ", low_half_of(f, t.fields), "},");
   }
   to.line("};");
 }
@@ -99,7 +108,7 @@ void table_rows(generated_file &to, const model &m)
     to.line("    {\"", t.name, "\", \"", t.about, "\", ", hex(t.handle), ", ", enumerator("table_kind", t.kind), ", ",
             to_string(t.key_bits), ", ", to_string(t.key_bytes), ", ",
             t.keyed() ? "sizeof(" + match_spec_type(t) + ")" : "0", ", ", t.idle_time ? "true" : "false", ", ",
-            t.counter_label ? "true" : "false", ", ", profile, ", ", t.fields.empty() ? "{}" : t.name + "_fields", ", ",
+            t.labelled() ? "true" : "false", ", ", profile, ", ", t.fields.empty() ? "{}" : t.name + "_fields", ", ",
             t.actions.empty() ? "{}" : t.name + "_actions", "},");
   }
   to.line("};");
@@ -111,10 +120,14 @@ void hash_rows(generated_file &to, const model &m)
     std::string common;
     for (const std::uint32_t c : h.common) common += (common.empty() ? "" : ", ") + to_string(c);
     to.line("constexpr std::uint32_t ", h.name, "_common[] = {", common, "};");
+    std::string algorithms;
+    for (const std::uint32_t a : h.algorithms) algorithms += (algorithms.empty() ? "" : ", ") + hex(a);
+    to.line("constexpr std::uint32_t ", h.name, "_algorithms[] = {", algorithms, "};");
   }
   to.line("const hash_info all_hashes[] = {");
   for (const hash_calculation &h : m.hashes)
-    to.line("    {\"", h.name, "\", ", hex(h.handle), ", ", hex(h.first_input), ", ", h.name, "_common},");
+    to.line("    {\"", h.name, "\", ", hex(h.handle), ", ", hex(h.first_input), ", ", h.name, "_common, ", h.name,
+            "_algorithms},");
   to.line("};");
 }
 
@@ -126,6 +139,21 @@ void resource_rows(generated_file &to, const model &m)
             is_direct(r) ? "true" : "false", ", ", r.table.empty() ? "0" : hex(m.find_table(r.table)->handle), "},");
   }
   to.line("};");
+}
+
+void service_rows(generated_file &to, const model &m)
+{
+  for (const digest &d : m.digests) {
+    to.line("constexpr digest_field_info ", d.name, "_fields[] = {");
+    for (const digest_field &f : d.fields)
+      to.line("    {\"", f.name, "\", \"", f.short_name, "\", \"", f.word, "\", ", to_string(f.bits), ", ",
+              to_string(f.offset), ", ", to_string(f.bytes), ", ", low_half_of(f, d.fields), "},");
+    to.line("};");
+    to.line("constexpr digest_info all_digests[] = {{\"", d.name, "\", ", hex(d.handle), ", ", to_string(d.entry_bytes),
+            ", ", d.name, "_fields}};");
+  }
+  for (const value_set &v : m.value_sets)
+    to.line("constexpr value_set_info all_value_sets[] = {{\"", v.name, "\", ", hex(v.handle), "}};");
 }
 
 void snapshot_rows(generated_file &to, const model &m)
@@ -179,6 +207,7 @@ void emit_rows(const model &m, const std::filesystem::path &folder)
   if (!m.tables.empty()) table_rows(to, m);
   if (!m.resources.empty()) resource_rows(to, m);
   if (!m.hashes.empty()) hash_rows(to, m);
+  service_rows(to, m);
   snapshot_rows(to, m);
   to.line().line("}  // namespace arrays").line();
   const pipeline &p = m.pipeline;
@@ -189,6 +218,8 @@ void emit_rows(const model &m, const std::filesystem::path &folder)
   span_of(to, "profile_info", "profiles", m.profiles, "all_profiles");
   span_of(to, "resource_info", "resources", m.resources, "all_resources");
   span_of(to, "hash_info", "hashes", m.hashes, "all_hashes");
+  span_of(to, "digest_info", "digests", m.digests, "all_digests");
+  span_of(to, "value_set_info", "value_sets", m.value_sets, "all_value_sets");
   for (const snapshot_layout &layout : m.snapshot_layouts)
     span_of(to, "snapshot_field_info", layout.name + "_fields", layout.fields, layout.name);
   to.line().line("}  // namespace tarvex::rows");

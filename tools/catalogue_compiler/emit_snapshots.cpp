@@ -30,8 +30,7 @@ std::vector<std::string> places_by_name(const snapshot_layout &layout)
 void emit_snapshot_fields(const model &m, const std::filesystem::path &folder)
 {
   generated_file to;
-  to.line("// Fields of snapshots.").line("//");
-  to.line("// Generated from the catalogue; do not edit.").line("//").line("// SPDX-License-Identifier: Apache-2.0");
+  begin_source(to, "Fields of snapshots.");
   to.line("#include \"snapshot_layouts.h\"").line().line("namespace tarvex::pd {").line("namespace {").line();
   for (const snapshot_layout &layout : m.snapshot_layouts) {
     if (layout.fields.empty()) continue;

@@ -107,6 +107,27 @@ void table_texts(generated_file &to, const row_constants &constants, const table
   to.line("}  // namespace texts").line();
 }
 
+void label_texts(generated_file &to, const table &t)
+{
+  if (!t.labelled()) return;
+  static constexpr std::string_view forms[] = {"hex", "decimal", "flag", "words", "bytes"};
+  const std::string type = match_spec_type(t);
+  to.line("namespace texts {").line("static constexpr label_piece ", t.name, "_label[] = {");
+  for (const label_piece &p : t.label) {
+    const field &f = *t.find_field(p.field);
+    const label_form form = f.type == storage::bytes16 ? label_form::bytes : p.form;
+    std::string values;
+    for (const std::uint32_t value : p.values) values += (values.empty() ? "" : ", ") + hex(value);
+    to.line("    {\"", p.text, "\", ", offset_of(type, f.name), ", ",
+            offset_of(type, f.match == match_kind::ternary ? companion_name(f) : ""), ", ",
+            to_string(storage_size(f.type)), ", label_form::", forms[static_cast<int>(form)], ", ", to_string(p.width),
+            ", ", to_string(p.values.size()), ", ", hex(t.cut_of(p)), ", {", values, "}},");
+  }
+  to.line("};");
+  to.line("constinit const counter_label_row label_", t.name, " = {&table_", t.name, ", ", t.name, "_label};");
+  to.line("}  // namespace texts").line();
+}
+
 void profile_texts(generated_file &to, const profile &p)
 {
   to.line("namespace texts {").line("namespace {");
@@ -137,19 +158,19 @@ void action_texts(generated_file &to, const row_constants &constants, const acti
 void emit_text_tables(const model &m, const std::filesystem::path &folder)
 {
   generated_file head;
-  head.line("// Text rows of all tables, actions and profiles.").line("//");
-  head.line("// Generated from the catalogue; do not edit.").line("//").line("// SPDX-License-Identifier: Apache-2.0");
-  head.line("#pragma once").line().line("#include \"text_rows.h\"").line();
+  begin_source(head, "Text rows of all tables, actions and profiles.");
+  head.line("#pragma once").line().line("#include \"counter_labels.h\"").line();
   head.line("namespace tarvex::pd::texts {").line();
   for (const action &a : m.actions) head.line("extern const action_text action_", a.name, ";");
   for (const profile &p : m.profiles) head.line("extern const profile_text profile_", p.name, ";");
   for (const table &t : m.tables) head.line("extern const table_text table_", t.name, ";");
+  for (const table &t : m.tables)
+    if (t.labelled()) head.line("extern const counter_label_row label_", t.name, ";");
   head.line().line("}  // namespace tarvex::pd::texts");
   head.write(folder / "text_tables.h");
 
   generated_file to;
-  to.line("// Text rows by handle and by enumeration value.").line("//");
-  to.line("// Generated from the catalogue; do not edit.").line("//").line("// SPDX-License-Identifier: Apache-2.0");
+  begin_source(to, "Text rows by handle and by enumeration value.");
   to.line("#include \"text_tables.h\"").line();
   to.line("namespace tarvex::pd {").line();
   row_constants(m).define(to);
@@ -164,15 +185,20 @@ void emit_text_tables(const model &m, const std::filesystem::path &folder)
   to.line("};").line().line("constexpr const action_text *actions_by_value[] = {");
   for (const action &a : m.actions) to.line("    &texts::action_", a.name, ",");
   to.line("};").line();
-  std::vector<std::string> profiles;
+  std::vector<std::string> profiles, labels;
   for (const profile &p : m.profiles) profiles.push_back("&texts::profile_" + p.name);
   if (!profiles.empty()) to.arguments("constexpr const profile_text *all_profiles[] = {", profiles, "};").line();
+  for (const table &t : m.tables)
+    if (t.labelled()) labels.push_back("&texts::label_" + t.name);
+  if (!labels.empty()) to.arguments("constexpr const counter_label_row *all_labels[] = {", labels, "};").line();
   to.line("}  // namespace").line();
   to.line("constinit const std::uint32_t first_table_handle = ", hex(m.tables.front().handle), ";");
   to.line("constinit const std::span<const table_text *const> table_texts = tables_by_handle;");
   to.line("constinit const std::span<const action_text *const> action_texts = actions_by_value;");
   to.line("constinit const std::span<const profile_text *const> profile_texts",
           profiles.empty() ? ";" : " = all_profiles;");
+  to.line("constinit const std::span<const counter_label_row *const> counter_labels",
+          labels.empty() ? ";" : " = all_labels;");
   to.line().line("}  // namespace tarvex::pd");
   to.write(folder / "text_tables.cpp");
 }

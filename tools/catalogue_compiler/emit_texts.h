@@ -11,6 +11,8 @@ namespace catalogue {
 
 /// Definitions, within namespace tarvex::pd.
 void table_texts(generated_file &to, const row_constants &constants, const table &t);
+/// The pieces of the table's counter label, if it has one.
+void label_texts(generated_file &to, const table &t);
 void profile_texts(generated_file &to, const profile &p);
 void action_texts(generated_file &to, const row_constants &constants, const action &a);
 

@@ -28,6 +28,7 @@ std::string hash_descriptor(const hash_calculation &h) { return "hashes::" + h.n
 std::string table_text_descriptor(const table &t) { return "texts::table_" + t.name; }
 std::string action_text_descriptor(const action &a) { return "texts::action_" + a.name; }
 std::string profile_text_descriptor(const profile &p) { return "texts::profile_" + p.name; }
+std::string label_descriptor(const table &t) { return "texts::label_" + t.name; }
 std::string use_descriptor(const std::string &owner, const action_use &u) { return "uses::" + owner + "_" + u.name; }
 std::string action_descriptor(const action &a) { return "actions::" + a.name; }
 
@@ -55,6 +56,8 @@ std::vector<exported_function> list_functions(const model &m)
   }
   for (const resource &r : m.resources) add_resource_families(all, m, r);
   for (const hash_calculation &h : m.hashes) add_hash_families(all, h);
+  for (const digest &d : m.digests) add_digest_families(all, d);
+  for (const value_set &v : m.value_sets) add_value_set_families(all, v);
   return all;
 }
 
@@ -121,8 +124,15 @@ constexpr std::string_view family_names[] = {
     "modify_indirect_entry",
     "modify_indirect_entry_by_match_spec",
     "set_indirect_default",
+    "digest_register",
+    "digest_deregister",
+    "digest_notify_ack",
     "learning_digest",
-    "parser_value_set",
+    "value_set_set_property",
+    "value_set_get_property",
+    "value_set_entry_add",
+    "value_set_entry_modify",
+    "value_set_entry_delete",
     "meter_access",
     "register_access",
     "hash_access",
@@ -215,6 +225,21 @@ std::vector<const exported_function *> functions_of_resources(const std::vector<
 std::vector<const exported_function *> functions_of_hashes(const std::vector<exported_function> &all)
 {
   return functions_where(all, [](auto &f) { return f.of_hash != nullptr; });
+}
+
+std::vector<const exported_function *> functions_of_digests(const std::vector<exported_function> &all)
+{
+  return functions_where(all, [](auto &f) { return f.of_digest != nullptr; });
+}
+
+std::vector<const exported_function *> functions_of_value_sets(const std::vector<exported_function> &all)
+{
+  return functions_where(all, [](auto &f) { return f.of_value_set != nullptr; });
+}
+
+std::vector<const exported_function *> functions_of_no_row(const std::vector<exported_function> &all)
+{
+  return functions_where(all, [](auto &f) { return !f.plain.empty(); });
 }
 
 std::vector<std::string> list_data_objects() { return {"bf_drv_hdl", export_prefix + "action_name_strings"}; }

@@ -32,14 +32,17 @@ struct exported_function {
   result_kind result = result_kind::status;
   std::vector<argument> arguments;
   std::string brief;
-  std::string details;  // a further paragraph, empty for none
-  std::string returns;  // empty for none
-  bool seldom = false;  // not on the way of writes and reads: built for size
-  std::string call;     // expression that the exported function returns; empty for a function written by hand
+  std::string details;              // a further paragraph, empty for none
+  std::string returns;              // empty for none
+  bool seldom = false;              // not on the way of writes and reads: built for size
+  std::string call;                 // expression that the exported function returns
+  std::string plain;                // prototype of the function in tarvex::pd that one of no row forwards to
   const table *of_table = nullptr;  // of a profile's function: the profile's indirect table
   const profile *of_profile = nullptr;
   const resource *of_resource = nullptr;
   const hash_calculation *of_hash = nullptr;
+  const digest *of_digest = nullptr;
+  const value_set *of_value_set = nullptr;
   const action_use *use = nullptr;
   const action *of_action = nullptr;
 };
@@ -57,6 +60,10 @@ std::vector<const exported_function *> functions_of_group(const std::vector<expo
 std::vector<const exported_function *> functions_of_actions(const std::vector<exported_function> &all);
 std::vector<const exported_function *> functions_of_resources(const std::vector<exported_function> &all);
 std::vector<const exported_function *> functions_of_hashes(const std::vector<exported_function> &all);
+std::vector<const exported_function *> functions_of_digests(const std::vector<exported_function> &all);
+std::vector<const exported_function *> functions_of_value_sets(const std::vector<exported_function> &all);
+/// Functions that exist once, whatever the rows.
+std::vector<const exported_function *> functions_of_no_row(const std::vector<exported_function> &all);
 
 /// The exported data objects.
 std::vector<std::string> list_data_objects();
@@ -74,6 +81,8 @@ void add_action_text_families(std::vector<exported_function> &to, const action &
 void add_profile_text_families(std::vector<exported_function> &to, const model &m, const profile &p);
 void add_resource_families(std::vector<exported_function> &to, const model &m, const resource &r);
 void add_hash_families(std::vector<exported_function> &to, const hash_calculation &h);
+void add_digest_families(std::vector<exported_function> &to, const digest &d);
+void add_value_set_families(std::vector<exported_function> &to, const value_set &v);
 void add_table_families(std::vector<exported_function> &to, const table &t);
 void add_idle_time_families(std::vector<exported_function> &to, const table &t);
 
@@ -95,6 +104,7 @@ std::string resource_descriptor(const resource &r);
 std::string table_text_descriptor(const table &t);
 std::string action_text_descriptor(const action &a);
 std::string profile_text_descriptor(const profile &p);
+std::string label_descriptor(const table &t);
 std::string hash_descriptor(const hash_calculation &h);
 
 }  // namespace catalogue

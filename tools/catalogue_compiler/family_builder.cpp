@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "family_builder.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "argument_kinds.h"
+#include "generated_file.h"
+#include "spelling.h"
 
 namespace catalogue {
 
@@ -49,6 +52,22 @@ function_builder::function_builder(std::string_view family, const hash_calculati
 {
   made_.of_hash = &h;
   descriptors_ = hash_descriptor(h);
+}
+
+function_builder::function_builder(std::string_view family, const digest &d, const std::string &operation)
+    : function_builder(family, export_prefix + d.name + "_" + operation)
+{
+  made_.of_digest = &d;
+  descriptors_ = hex(d.handle);
+  made_.returns = "0, or the driver's status";
+}
+
+function_builder::function_builder(std::string_view family, const value_set &v, const std::string &operation)
+    : function_builder(family, export_prefix + "pvs_" + v.name + "_" + operation)
+{
+  made_.of_value_set = &v;
+  descriptors_ = hex(v.handle);
+  made_.returns = "0, or the driver's status";
 }
 
 function_builder::function_builder(std::string_view family, std::string name)
@@ -121,12 +140,24 @@ argument function_builder::make(const slot &s) const
   std::string type(kind.type);
   if (made_.of_table != nullptr) type = replaced(type, "{key}", match_spec_type(*made_.of_table));
   if (made_.of_action != nullptr) type = replaced(type, "{params}", action_spec_type(*made_.of_action));
-  argument a{kind.kind, type, std::string(kind.name),
+  argument a{kind.kind, type, std::string(s.name.empty() ? kind.name : s.name),
              replaced(s.doc.empty() ? kind.doc : s.doc, "{PREFIX}", macro_prefix())};
-  // The same kind twice: the later one is numbered.
-  for (const argument &other : made_.arguments)
-    if (other.name == a.name) a.name += "_2";
+  // The same name again: the later ones are numbered.
+  const auto same = [&](const argument &other) { return other.name == a.name || other.name.starts_with(a.name + "_"); };
+  if (const auto others = std::count_if(made_.arguments.begin(), made_.arguments.end(), same); others > 0)
+    a.name += "_" + std::to_string(others + 1);
   return a;
+}
+
+function_builder &function_builder::forwards_to(const std::string &plain, std::initializer_list<slot> slots)
+{
+  made_.call = "tarvex::pd::" + plain + "(" + pass(slots) + ")";
+  std::string parameters;
+  auto next = made_.arguments.begin();
+  for (const slot &s : slots)
+    parameters += (parameters.empty() ? "" : ", ") + (s.kind.empty() ? std::string(s.doc) : next++->declaration());
+  made_.plain = std::string(c_result(made_.result)) + plain + "(" + parameters + ")";
+  return *this;
 }
 
 function_builder &function_builder::takes(std::initializer_list<slot> slots)

@@ -16,7 +16,8 @@ namespace catalogue {
 struct slot {
   std::string_view kind;           // empty: the constant alone
   std::string_view constant = {};  // what the call passes without an argument
-  std::string_view doc = {};       // departs from the kind's own
+  std::string_view doc = {};       // departs from the kind's own; of a constant, its parameter in a plain prototype
+  std::string_view name = {};      // departs from the kind's own
 };
 
 /// The slot's argument where `present`, else the constant.
@@ -32,6 +33,8 @@ class function_builder {
   function_builder(std::string_view family, const model &m, const profile &p, const std::string &operation);
   function_builder(std::string_view family, const resource &r, const std::string &operation);
   function_builder(std::string_view family, const hash_calculation &h, const std::string &name);
+  function_builder(std::string_view family, const digest &d, const std::string &operation);
+  function_builder(std::string_view family, const value_set &v, const std::string &operation);
   function_builder(std::string_view family, std::string name);
 
   function_builder &use(const model &m, const action_use &u);
@@ -47,7 +50,9 @@ class function_builder {
   function_builder &calls(std::string_view callee, std::initializer_list<slot> slots);
   /// Arguments, and the call of `callee` with the descriptor ahead of them: a family that takes its rows at run time.
   function_builder &calls_with_row(std::string_view callee, std::initializer_list<slot> slots);
-  /// Arguments alone: of a function that is written by hand, or ahead of `gives`.
+  /// Arguments, and the call of the function `plain` of tarvex::pd, which a prototype of its own declares.
+  function_builder &forwards_to(const std::string &plain, std::initializer_list<slot> slots);
+  /// Arguments alone, ahead of `gives`.
   function_builder &takes(std::initializer_list<slot> slots);
   /// Tools and start-up call it: built for size.
   function_builder &seldom();

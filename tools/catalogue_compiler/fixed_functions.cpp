@@ -1,5 +1,5 @@
-// Functions that exist once, whatever the rows: declared and written by hand, listed here for the symbol map and the
-// call table.
+// Functions that exist once, whatever the rows. Templates of headers declare them; each forwards to a function of the
+// same name in tarvex::pd.
 //
 // SPDX-License-Identifier: Apache-2.0
 #include "family_builder.h"
@@ -10,9 +10,17 @@ void add_fixed_functions(std::vector<exported_function> &to)
 {
   std::string_view family = "lifecycle";
   const auto fixed = [&](const std::string &name, result_kind result, std::initializer_list<slot> slots) {
-    to.push_back(function_builder(family, export_prefix + name).result(result, {}).takes(slots));
+    to.push_back(function_builder(family, export_prefix + name).result(result, {}).forwards_to(name, slots));
   };
-  fixed("init", result_kind::status, {});
+  // What stops the process names the exported function; the driver gets the addresses of exported ones.
+  const slot function{{}, "__func__", "const char *function"};
+  const std::string remove = export_prefix + "dev_remove", log = export_prefix + "dev_log",
+                    restore = export_prefix + "dev_restore";
+  fixed("init", result_kind::status,
+        {function,
+         {{}, remove, "device_removal on_remove"},
+         {{}, log, "device_log on_log"},
+         {{}, restore, "device_log on_restore"}});
   fixed("cleanup", result_kind::status, {});
   fixed("device_state_cleanup", result_kind::none, {});
   fixed("dev_remove", result_kind::status, {{"whole_dev_id"}});
@@ -24,24 +32,10 @@ void add_fixed_functions(std::vector<exported_function> &to)
 
   constexpr result_kind status = result_kind::status;
   family = "learning_digest";
-  fixed("macLearningDigest_register", status, {{"sess_hdl"}, {"dev_id"}, {"callback"}, {"cookie"}});
-  fixed("macLearningDigest_deregister", status, {{"sess_hdl"}, {"dev_id"}});
-  fixed("macLearningDigest_notify_ack", status, {{"sess_hdl"}, {"digest_message"}});
   fixed("set_learning_timeout", status, {{"sess_hdl"}, {"dev_id"}, {"timeout"}});
   fixed("get_digest_entry_size", result_kind::number, {{"digest_name"}});
   fixed("get_digest_entry_field", result_kind::pointer,
         {{"digest_entry"}, {"digest_name"}, {"digest_field_name"}, {"digest_field_size_out"}});
-
-  family = "parser_value_set";
-  const slot value{"property_value"}, argument{"property_argument"};
-  fixed("pvs_fabric_port_set_property", status, {{"sess_hdl"}, {"whole_dev_id"}, {"property"}, value, argument});
-  fixed("pvs_fabric_port_get_property", status,
-        {{"sess_hdl"}, {"whole_dev_id"}, {"property"}, {"property_value_out"}, argument});
-  fixed("pvs_fabric_port_entry_add", status,
-        {{"sess_hdl"}, {"parser_tgt"}, {"parser_value"}, {"parser_value"}, {"pvs_entry_hdl_out"}});
-  fixed("pvs_fabric_port_entry_modify", status,
-        {{"sess_hdl"}, {"whole_dev_id"}, {"pvs_entry_hdl"}, {"parser_value"}, {"parser_value"}});
-  fixed("pvs_fabric_port_entry_delete", status, {{"sess_hdl"}, {"whole_dev_id"}, {"pvs_entry_hdl"}});
 
   family = "meter_access";
   for (const std::string unit : {"bytes", "packets"}) {
@@ -115,7 +109,13 @@ void add_fixed_functions(std::vector<exported_function> &to)
   fixed("hash_calc_input_field_attribute_set", status,
         {{"sess_hdl"}, {"dev_id"}, {"calc_name"}, {"hash_attr_count"}, {"hash_attrs"}});
   fixed("hash_calc_input_field_attribute_get", status,
-        {{"sess_hdl"}, {"dev_id"}, {"calc_name"}, {"hash_attr_max"}, {"hash_attrs_out"}, {"hash_attr_count_out"}});
+        {function,
+         {"sess_hdl"},
+         {"dev_id"},
+         {"calc_name"},
+         {"hash_attr_max"},
+         {"hash_attrs_out"},
+         {"hash_attr_count_out"}});
 }
 
 }  // namespace catalogue

@@ -21,6 +21,13 @@ class generated_file {
     return *this;
   }
 
+  /// Text as it stands, its line ends included.
+  generated_file &add(std::string_view text)
+  {
+    text_ += text;
+    return *this;
+  }
+
   /// Words behind `first`, broken before column 120; further lines begin with `next`.
   generated_file &paragraph(std::string_view first, std::string_view next, std::string_view words);
 

@@ -16,8 +16,9 @@ namespace {
 enum exit_code { written = 0, wrong_use = 1, file_failed = 4, bad_catalogue = 5, out_of_memory = 7 };
 
 constexpr char usage[] =
-    "usage: catalogue_compiler CATALOGUE OUTPUT | --help | --version\n"
-    "Compiles the rows of the folder CATALOGUE into the folder OUTPUT.\n"
+    "usage: catalogue_compiler CATALOGUE TEMPLATES OUTPUT | --help | --version\n"
+    "Compiles the rows of the folder CATALOGUE, and the templates of headers in the folder TEMPLATES, into the folder\n"
+    "OUTPUT.\n"
     "\n"
     "Exit status:\n"
     "  0  done, and as expected\n"
@@ -37,7 +38,7 @@ int main(int argc, char **argv)
     std::fputs(option == "--help" ? usage : "catalogue_compiler (tarvex_pd) " TARVEX_VERSION "\n", stdout);
     return output_written();
   }
-  if (argc != 3) {
+  if (argc != 4) {
     std::fputs(usage, stderr);
     return wrong_use;
   }
@@ -50,10 +51,13 @@ int main(int argc, char **argv)
     return bad_catalogue;
   }
   try {
-    const std::filesystem::path output = argv[2];
+    const std::filesystem::path output = argv[3];
     const catalogue::functions all = catalogue::list_functions(m);
+    catalogue::fill_header_templates(m, all, argv[2], output / "include" / "tarvex_pd");
     catalogue::emit_public_headers(m, all, output / "include" / "tarvex_pd");
     catalogue::emit_library_sources(m, all, output);
+    catalogue::emit_forwarders(all, output);
+    catalogue::emit_services(m, all, output);
     catalogue::emit_snapshot_fields(m, output);
     catalogue::emit_call_table(m, all, output);
     catalogue::emit_rows(m, output);

@@ -22,6 +22,12 @@ const position &origin::of(std::string_view key) const
   return found == values.end() ? at : found->second;
 }
 
+const field *table::find_field(const std::string &wanted) const
+{
+  const auto found = std::find_if(fields.begin(), fields.end(), [&](const field &f) { return f.name == wanted; });
+  return found == fields.end() ? nullptr : &*found;
+}
+
 const table *model::find_table(const std::string &name) const
 {
   return find_row(tables, [&](const table &t) { return t.name == name; });
@@ -45,6 +51,12 @@ const resource *model::find_resource(std::uint32_t handle) const
 const snapshot_layout *model::find_snapshot_layout(snapshot_direction direction) const
 {
   return find_row(snapshot_layouts, [&](const snapshot_layout &layout) { return layout.direction == direction; });
+}
+
+std::uint32_t table::cut_of(const label_piece &p) const
+{
+  if (p.cut != 0) return p.cut;
+  return static_cast<std::uint32_t>((std::uint64_t{1} << std::min(find_field(p.field)->bits, 32u)) - 1);
 }
 
 }  // namespace catalogue

@@ -67,8 +67,10 @@ struct field : origin {
   std::array<std::uint8_t, 16> live{};  // most significant byte first, right-aligned; all ones of `bits` if live_all
   match_kind match = match_kind::exact;
   byte_range key;
-  std::string display;  // empty for none
-  unsigned room = 0;    // bytes that the structure holds ahead of the member
+  std::string display;   // empty for none
+  unsigned room = 0;     // bytes that the structure holds before the member
+  std::string low_half;  // of the upper half of a MAC address: the field that is the lower one
+  std::string header;    // of a validity bit: the header that it is for
 
   // Follows from the rows: offsets in the caller's structure.
   unsigned offset = 0;
@@ -83,6 +85,7 @@ struct parameter : origin {
   byte_range data;
   std::string display;
   unsigned room = 0;
+  std::string low_half;
 
   unsigned offset = 0;
   bool resource_index = false;  // travels in res_index, its data bytes stay 0
@@ -123,6 +126,21 @@ struct action : origin {
 /// Action data that a read offers the driver, whatever the table.
 inline constexpr unsigned read_data_bytes = 28;
 
+enum class label_form { hex, decimal, flag, words, bytes };
+
+/// A piece of the label of a counter: text, and what it shows of a field.
+struct label_piece : origin {
+  std::string text;
+  std::string field;
+  label_form form = label_form::hex;
+  std::uint32_t cut = 0;              // bits of the field that count
+  unsigned width = 0;                 // of a decimal number
+  std::vector<std::uint32_t> values;  // words: the value they stand for; numbers: those that are not shown
+
+  /// Key of the row that names the field.
+  std::string_view field_key() const { return form == label_form::flag ? "flag" : "field"; }
+};
+
 struct table : origin {
   std::string name;
   std::string about;  // what it is for, a sentence; may be missing
@@ -131,12 +149,12 @@ struct table : origin {
   unsigned key_bits = 0;
   unsigned key_bytes = 0;
   bool idle_time = false;
-  bool counter_label = false;
   std::string profile;                    // of an indirect table
   unsigned record_bytes = 0;              // stated length of the key structure, 0 where it follows from the members
   std::vector<std::string> record_order;  // order of the structure's members where it is not the key's
   std::vector<field> fields;              // key order
   std::vector<action_use> actions;        // handle order; none for an indirect table
+  std::vector<label_piece> label;         // of an entry's counter; empty for a table without one
 
   std::size_t group = 0;
   unsigned record_size = 0;
@@ -144,6 +162,10 @@ struct table : origin {
 
   bool keyed() const { return kind != table_kind::keyless; }
   bool indirect() const { return !profile.empty(); }
+  bool labelled() const { return !label.empty(); }
+  const field *find_field(const std::string &wanted) const;
+  /// Bits of its field that a piece shows, which is the largest number that it shows.
+  std::uint32_t cut_of(const label_piece &p) const;
   bool priority() const { return kind == table_kind::ternary; }
 };
 
@@ -169,7 +191,34 @@ struct hash_calculation : origin {
   std::uint32_t handle = 0;
   std::uint32_t first_input = 0;
   unsigned fields = 0;
-  std::vector<std::uint32_t> common;  // common number of each field
+  std::vector<std::uint32_t> common;      // common number of each field
+  std::vector<std::uint32_t> algorithms;  // handles, in the order of the numbers by which callers choose
+};
+
+/// A field of a digest's entries; its bytes are the driver's.
+struct digest_field : origin {
+  std::string name;
+  std::string short_name;
+  std::string word;  // by which a command of the shell gives it
+  unsigned bits = 0;
+  unsigned bytes = 0;
+  std::string low_half;
+
+  unsigned offset = 0;
+};
+
+/// What the data plane reports by itself. Entries are packed: no field is aligned to its size.
+struct digest : origin {
+  std::string name;
+  std::uint32_t handle = 0;
+  unsigned entry_bytes = 0;
+  std::vector<digest_field> fields;  // in their order in an entry
+};
+
+/// A parser value set.
+struct value_set : origin {
+  std::string name;
+  std::uint32_t handle = 0;
 };
 
 /// A field of a snapshot, in the trigger records and in the captures.
@@ -192,7 +241,7 @@ struct snapshot_layout : origin {
 
 /// What the library and everything in it is called.
 struct pipeline : origin {
-  std::string name;     // "tarvex_switch": exported names begin with "p4_pd_tarvex_switch_"
+  std::string name;     // "acme": exported names begin with "p4_pd_acme_"
   std::string profile;  // the compiled variant
   std::string library;  // file name without "lib" and ".so"
   std::string client;   // name under which the driver knows the library
@@ -214,6 +263,8 @@ struct model {
   std::vector<resource> resources;                // handle order
   std::vector<hash_calculation> hashes;           // handle order
   std::vector<snapshot_layout> snapshot_layouts;  // ingress, then egress
+  std::vector<digest> digests;                    // one at most
+  std::vector<value_set> value_sets;              // one at most
 
   const table *find_table(const std::string &name) const;
   const action *find_action(const std::string &name) const;

@@ -94,7 +94,7 @@ void add_member_reads(std::vector<exported_function> &to, const model &m, const 
   to.push_back(function_builder("get_full_member_info_from_plcmt_data", m, p, "get_full_member_info_from_plcmt_data")
                    .seldom()
                    .brief("Decodes a member from placement data, with the resources recorded for it.")
-                   .details(std::string(stops) + " Works before p4_pd_tarvex_switch_init too, without resources.")
+                   .details(std::string(stops) + " Works before " + export_prefix + "init too, without resources.")
                    .calls("get_full_member_info_from_plcmt_data",
                           {{{}, "__func__"}, {"dev_id"}, {"mbr_hdl"}, {"plcmt_data"}, {"member_action_out"}}));
 }

@@ -65,6 +65,8 @@ void catalogue_reader::read_rows(const toml::table &root, const std::string &ste
   }
   file.each_extra("hash_calculation",
                   [&](const toml::table &node) { made.hashes.push_back(read_hash_calculation(node, file)); });
+  file.each_extra("digest", [&](const toml::table &node) { made.digests.push_back(read_digest(node, file)); });
+  file.each_extra("value_set", [&](const toml::table &node) { made.value_sets.push_back(read_value_set(node, file)); });
   file.each_extra("snapshot_layout",
                   [&](const toml::table &node) { made.snapshot_layouts.push_back(read_snapshot_layout(node, file)); });
   file.extra_table("totals", [&](const toml::table &node) {
@@ -126,6 +128,9 @@ model read_catalogue(const std::filesystem::path &folder, diagnostics &diag)
   check_parameters(m, diag);
   check_hashes(m, diag);
   check_snapshot_fields(m, diag);
+  check_services(m, diag);
+  check_labels(m, diag);
+  check_halves(m, diag);
   if (reader.files_read && all_rows_known(m)) {
     check_action_order(m, diag);
     check_action_uses(m, diag);

@@ -18,6 +18,7 @@ parameter read_parameter(const toml::table &node, row &owner)
   p.data = read_byte_range(r, "data", false);
   p.display = read_display(r);
   p.room = r.extra_number("room");
+  p.low_half = r.extra_text("low_half");
   static_cast<origin &>(p) = r.finish();
   return p;
 }

@@ -14,6 +14,7 @@ hash_calculation read_hash_calculation(const toml::table &node, row &file)
   made.first_input = r.number("first_input");
   made.fields = r.number("fields");
   made.common = r.numbers("common");
+  made.algorithms = r.numbers("algorithms");
   static_cast<origin &>(made) = r.finish();
   return made;
 }

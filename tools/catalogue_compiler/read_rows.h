@@ -15,6 +15,9 @@ action read_action(const toml::table &node, row &file);
 profile read_profile(const toml::table &node, row &file);
 hash_calculation read_hash_calculation(const toml::table &node, row &file);
 snapshot_layout read_snapshot_layout(const toml::table &node, row &file);
+digest read_digest(const toml::table &node, row &file);
+value_set read_value_set(const toml::table &node, row &file);
+label_piece read_label_piece(const toml::table &node, row &owner);
 resource read_resource(const toml::table &node, row &file, resource_kind kind);
 
 /// Actions as tables and profiles list them; only a table's say more than their handle and sums.

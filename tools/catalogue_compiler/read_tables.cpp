@@ -26,6 +26,8 @@ field read_key_field(const toml::table &node, row &owner)
   f.key = read_byte_range(r, "key", true);
   f.display = read_display(r);
   f.room = r.extra_number("room");
+  f.low_half = r.extra_text("low_half");
+  f.header = r.extra_text("header");
   static_cast<origin &>(f) = r.finish();
   return f;
 }
@@ -41,7 +43,7 @@ table read_table(const toml::table &node, row &file)
   t.handle = r.number("handle");
   t.kind = r.choice<table_kind>("kind");
   t.idle_time = r.mark("idle_time");
-  t.counter_label = r.mark("counter_label");
+  r.each_extra("counter_label", [&](const toml::table &inner) { t.label.push_back(read_label_piece(inner, r)); });
   t.profile = r.extra_text("profile");
   if (t.keyed()) {
     t.key_bits = r.number("key_bits");

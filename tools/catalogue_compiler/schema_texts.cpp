@@ -56,6 +56,42 @@ std::size_t action_length(const action &a)
   return sum;
 }
 
+std::size_t piece_length(const table &t, const label_piece &p)
+{
+  if (t.find_field(p.field)->type == storage::bytes16) return p.text.size() + length(" ") + 2 * 16;
+  switch (p.form) {
+    case label_form::hex: return p.text.size() + length(" ") + hex(t.cut_of(p)).size();
+    case label_form::decimal:
+      return p.text.size() + length(" ") + std::max<std::size_t>(p.width, to_string(t.cut_of(p)).size());
+    default: return p.text.size();
+  }
+}
+
+/// What the pieces of a field take if it holds a value that has words of its own; without one, if it has none.
+std::size_t pieces_length(const table &t, const std::string &field, const std::uint32_t *value)
+{
+  std::size_t sum = 0;
+  for (const label_piece &p : t.label) {
+    if (p.field != field) continue;
+    const bool named = value != nullptr && std::find(p.values.begin(), p.values.end(), *value) != p.values.end();
+    if (named == (p.form == label_form::words)) sum += piece_length(t, p);
+  }
+  return sum;
+}
+
+std::size_t label_length(const table &t)
+{
+  std::size_t sum = 0;
+  for (const field &f : t.fields) {
+    std::size_t most = pieces_length(t, f.name, nullptr);
+    for (const label_piece &p : t.label)
+      if (p.field == f.name && p.form == label_form::words)
+        most = std::max(most, pieces_length(t, f.name, &p.values.front()));
+    sum += most;
+  }
+  return sum;
+}
+
 /// The longest of some rows' texts.
 template <class Rows, class Length>
 std::size_t longest(const Rows &rows, Length length_of)
@@ -130,6 +166,7 @@ text_sizes longest_texts(const model &m)
   sizes.entry = longest(m.tables, [&](const table &t) { return of.entry(t); }) + 1;
   sizes.key = longest(m.tables, [](const table &t) { return t.keyed() ? key_length(t) : 0; }) + 1;
   sizes.action = longest(m.actions, action_length) + 1;
+  sizes.label = longest(m.tables, label_length) + 1;
   return sizes;
 }
 

@@ -22,6 +22,7 @@ struct text_sizes {
   std::size_t entry = 0;
   std::size_t key = 0;
   std::size_t action = 0;
+  std::size_t label = 0;
 };
 
 text_sizes longest_texts(const model &m);

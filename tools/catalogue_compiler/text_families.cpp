@@ -57,9 +57,7 @@ void add_key_texts(std::vector<exported_function> &to, const table &t)
           .calls_with_row("match_specs_are_equal", {{"match_spec", {}, "a key"}, {"match_spec", {}, "another"}}));
   for (const field &f : t.fields) {
     // A validity bit is named after its header.
-    const bool validity = f.name.ends_with("_valid");
-    const std::string name = validity ? f.name.substr(0, f.name.size() - 6) : f.name;
-    to.push_back(function_builder("field_width", t, name + "_width")
+    to.push_back(function_builder("field_width", t, (f.header.empty() ? f.name : f.header) + "_width")
                      .brief("Width of the key field " + f.name + ".")
                      .result(result_kind::number, "bits")
                      .gives(std::to_string(f.bits)));
@@ -125,19 +123,19 @@ void add_placement(std::vector<exported_function> &to, const table &t)
 
 void add_labels(std::vector<exported_function> &to, const table &t)
 {
-  if (!t.counter_label) return;
+  if (!t.labelled()) return;
   to.push_back(function_builder("match_spec_stringify_for_counter", t, "match_spec_stringify_for_counter")
                    .brief("Writes a label for an entry's counter from its key.")
                    .result(result_kind::number, text_length)
-                   .takes({{"match_spec"}, label_buffer})
-                   .gives("counter_label(*match_spec, buf)"));
-  to.push_back(of_table_text("stringify_counter_match_spec", t, "stringify_counter_match_spec")
+                   .row(label_descriptor(t))
+                   .calls_with_row("counter_label", {{"match_spec"}, label_buffer}));
+  to.push_back(function_builder("stringify_counter_match_spec", t, "stringify_counter_match_spec")
+                   .row(label_descriptor(t))
                    .brief("Reads an entry from the hardware and writes a label for its counter.")
                    .details(stops)
                    .result(result_kind::number, std::string(text_length) + "; 0 with the buffer untouched if the entry "
                                                                            "cannot be read or has no key")
-                   .calls_with_row("entry_counter_label<" + match_spec_type(t) + ">",
-                                   {{"sess_hdl"}, {"dev_id"}, {"entry_hdl"}, label_buffer}));
+                   .calls_with_row("entry_counter_label", {{"sess_hdl"}, {"dev_id"}, {"entry_hdl"}, label_buffer}));
 }
 
 }  // namespace

@@ -66,7 +66,7 @@ std::size_t actions_with_parameters(const model &m)
 
 std::size_t validity_fields(const model &m)
 {
-  return count_fields(m, [](const field &f) { return f.name.ends_with("_valid"); });
+  return count_fields(m, [](const field &f) { return !f.header.empty(); });
 }
 
 std::size_t counters(const model &m)
@@ -107,7 +107,7 @@ std::size_t idle_time_tables(const model &m)
 
 std::size_t labelled_tables(const model &m)
 {
-  return count_rows(m.tables, [](const table &t) { return t.counter_label; });
+  return count_rows(m.tables, [](const table &t) { return t.labelled(); });
 }
 
 constexpr std::array counted{

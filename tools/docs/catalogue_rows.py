@@ -1,17 +1,20 @@
 """The rows of the catalogue, as the pages and pictures show them."""
 # SPDX-License-Identifier: Apache-2.0
 import pathlib
+import re
 import tomllib
 
 REPOSITORY = pathlib.Path(__file__).resolve().parents[2]
-PREFIX = "p4_pd_tarvex_switch_"
+PIPELINE = REPOSITORY / re.search(r"TARVEX_PIPELINE \S*(catalogue/\w+)", (REPOSITORY / "CMakeLists.txt").read_text())[1]
+NAME = tomllib.loads((PIPELINE / "pipeline.toml").read_text())["pipeline"]["name"]
+PREFIX = f"p4_pd_{NAME}_"
 RESOURCE_KINDS = ("counter", "meter", "wred", "register")
 
 
 class Catalogue:
     """Groups, tables, actions, profiles and resources, tied to each other by name."""
 
-    def __init__(self, folder=REPOSITORY / "catalogue" / "tarvex_switch"):
+    def __init__(self, folder=PIPELINE):
         self.groups, self.tables, self.parameters, self.about = {}, {}, {}, {}
         files = {path.stem: tomllib.loads(path.read_text()) for path in sorted(folder.glob("*.toml"))}
         for stem, rows in files.items():

@@ -8,7 +8,7 @@ import json
 import pathlib
 import xml.etree.ElementTree as xml
 
-from catalogue_rows import PREFIX, Catalogue, functions
+from catalogue_rows import NAME, PREFIX, Catalogue, functions
 
 HERE = pathlib.Path(__file__).parent
 MEMBER_TYPES = {"u8": "uint8_t", "u16": "uint16_t", "u32": "uint32_t", "u8[16]": "uint8_t[16]"}
@@ -247,7 +247,7 @@ def main():
     folder.mkdir(parents=True, exist_ok=True)
     catalogue = Catalogue()
     named = functions_by_owner([*catalogue.tables, *catalogue.profiles])
-    write(folder, "index", "Tables of tarvex_switch", index_page(catalogue))
+    write(folder, "index", f"Tables of {NAME}", index_page(catalogue))
     write(folder, "profiles", "Action profiles", profiles_page(catalogue, named))
     write(folder, "resources", "Counters, meters, WRED and registers", resources_page(catalogue))
     write(folder, "hashes", "Hash calculations", hashes_page(catalogue))

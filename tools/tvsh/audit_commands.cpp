@@ -12,10 +12,10 @@
 #include "group_reader.h"
 #include "handle_walk.h"
 #include "member_reader.h"
+#include "pd_calls.h"
 #include "placed_contents.h"
 #include "report.h"
 #include "session.h"
-#include "tarvex_pd/dispatch.h"
 #include "time_text.h"
 #include "verbs.h"
 
@@ -219,9 +219,8 @@ class auditor {
 
   bool same_in_hardware(const table_info &table, std::uint32_t handle, const std::vector<std::byte> &placement) const
   {
-    return p4_pd_tarvex_switch_plcmt_data_eq_to_hw(call_.where().session,
-                                                   static_cast<pd_dev_id_t>(call_.where().device), table.handle, handle,
-                                                   placement.data()) != 0;
+    return calls::pd::plcmt_data_eq_to_hw(call_.where().session, static_cast<pd_dev_id_t>(call_.where().device),
+                                          table.handle, handle, placement.data()) != 0;
   }
 
   std::optional<finding> find_entry(const table_info &table, std::uint32_t handle)

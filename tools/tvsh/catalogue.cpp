@@ -42,6 +42,18 @@ const use_info &use_named(std::span<const use_info> uses, std::string_view name,
   throw usage_error(std::string(owner) + ": " + no_such("action", name, action_names(uses)));
 }
 
+const calls::digest_info &the_digest()
+{
+  if (calls::digests.empty()) throw usage_error("the pipeline has no learning digest");
+  return calls::digests.front();
+}
+
+const calls::value_set_info &the_value_set()
+{
+  if (calls::value_sets.empty()) throw usage_error("the pipeline has no parser value set");
+  return calls::value_sets.front();
+}
+
 const table_info &table_of(std::uint32_t handle)
 {
   return *std::ranges::find(calls::tables, handle, &table_info::handle);

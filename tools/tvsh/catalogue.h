@@ -35,6 +35,9 @@ const hash_info &hash_named(std::string_view name);
 /// An action among those of a table or profile; `owner` is its name.
 const use_info &use_named(std::span<const use_info> uses, std::string_view name, std::string_view owner);
 
+/// The pipeline's learning digest and its value set. Throw usage_error where it has none.
+const calls::digest_info &the_digest();
+const calls::value_set_info &the_value_set();
 const table_info &table_of(std::uint32_t handle);
 
 /// Names of all rows of a span, for completion and suggestions.

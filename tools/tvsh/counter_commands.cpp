@@ -9,8 +9,8 @@
 #include "cells.h"
 #include "commands.h"
 #include "entry_rows.h"
+#include "pd_calls.h"
 #include "remembered_writes.h"
-#include "tarvex_pd/dispatch.h"
 #include "tarvex_pd/resource_values.h"
 
 namespace tarvex::shell {
@@ -62,8 +62,8 @@ class counted_entries {
   std::string label_of(std::uint32_t entry) const
   {
     std::array<char, PD_LABEL_TEXT_SIZE> text{};
-    const std::uint32_t length = p4_pd_tarvex_switch_stringify_counter_matchspec(
-        call_.where().session, call_.where().device, table_.handle, entry, text.data());
+    const std::uint32_t length = calls::pd::stringify_counter_matchspec(call_.where().session, call_.where().device,
+                                                                        table_.handle, entry, text.data());
     std::string label(text.data(), length);
     label.erase(label.find_last_not_of(' ') + 1);
     return label;

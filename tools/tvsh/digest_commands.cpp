@@ -1,6 +1,7 @@
 // The command on learning reports.
 //
 // SPDX-License-Identifier: Apache-2.0
+#include "catalogue.h"
 #include "commands.h"
 #include "fields.h"
 #include "remembered_writes.h"
@@ -16,15 +17,28 @@ namespace {
 void show(const invocation &call)
 {
   call.expect_at_most(1);
-  shown_field address;
-  address.display = display_kind::mac;
-  report rows(call.out, call.chosen, "reports", {{"device"}, {"mac", 17}, {"l2_domain"}, {"l2_interface"}},
-              {{"digest", "macLearningDigest"}});
+  const calls::digest_info &digest = the_digest();
+  const std::vector<shown_field> fields = digest_fields(digest);
+  std::vector<column> columns = {{"device"}};
+  for (const shown_field &field : fields) {
+    columns.push_back({field.name});
+    if (field.display == display_kind::mac) columns.back().width = 17;
+  }
+  report rows(call.out, call.chosen, "reports", columns, {{"digest", digest.name}});
   std::string text;
-  for (const learned_address &each : call.shell.digests().latest()) {
-    text.clear();
-    append_value(text, address, each.mac, call.chosen.raw);
-    rows.number(each.device).cell(text).number(each.l2_domain).number(each.l2_interface).end_row();
+  for (const learned_entry &each : call.shell.digests().latest()) {
+    rows.number(each.device);
+    for (const shown_field &field : fields) {
+      const wide_number value = read_value(field, each.bytes.data());
+      if (field.display == display_kind::number) {
+        rows.number(static_cast<std::uint64_t>(value));
+        continue;
+      }
+      text.clear();
+      append_value(text, field, value, call.chosen.raw);
+      rows.cell(text);
+    }
+    rows.end_row();
   }
   rows.finish();
   if (!call.shell.digests().listening()) call.out.note("the shell is not listening; 'digests on' begins it");

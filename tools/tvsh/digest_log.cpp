@@ -3,24 +3,23 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "digest_log.h"
 
-#include <cstring>
-
+#include "catalogue.h"
 #include "stand_in.h"
 #include "status_text.h"
-#include "tarvex_pd/learning_digest.h"
 
 namespace tarvex::shell {
 
 namespace {
 
-std::uint32_t field_of(const std::uint8_t *entry, const char *name)
+/// Has the driver call `callback` with the reports of the digest.
+std::uint32_t register_callback(std::uint32_t session, const target &where, const registered_callback &callback)
 {
-  std::uint32_t size = 0;
-  std::uint32_t value = 0;
-  const void *const at =
-      p4_pd_tarvex_switch_get_digest_entry_field(const_cast<std::uint8_t *>(entry), "macLearningDigest", name, &size);
-  if (at != nullptr && size <= sizeof value) std::memcpy(&value, at, size);
-  return value;
+  target of_session = where;
+  of_session.session = session;
+  return function_call(function_for(family_id::digest_register), of_session)
+      .give(argument_kind::callback, reinterpret_cast<const void *>(callback.function))
+      .give(argument_kind::cookie, static_cast<const void *>(callback.cookie))
+      .status();
 }
 
 }  // namespace
@@ -39,10 +38,9 @@ void digest_log::listen(const target &where)
 {
   require_stand_in();  // another driver's messages have a form of their own
   const std::lock_guard lock(switching_);
+  the_digest();
   callback_.take_place(where.device, [&](const registered_callback &own) {
-    require_success(
-        p4_pd_tarvex_switch_macLearningDigest_register(where.session, where.device, own.function, own.cookie),
-        "asking for learning reports");
+    require_success(register_callback(where.session, where, own), "asking for learning reports");
   });
   where_ = where;
   listening_ = true;
@@ -58,14 +56,13 @@ void digest_log::give_back()
 {
   callback_.give_back(where_.device, [&](const registered_callback &earlier) {
     const pd_status_t status = earlier.function == nullptr
-                                   ? p4_pd_tarvex_switch_macLearningDigest_deregister(where_.session, where_.device)
-                                   : p4_pd_tarvex_switch_macLearningDigest_register(earlier.session, where_.device,
-                                                                                    earlier.function, earlier.cookie);
+                                   ? function_call(function_for(family_id::digest_deregister), where_).status()
+                                   : register_callback(earlier.session, where_, earlier);
     require_success(status, "ending the learning reports");
   });
 }
 
-std::vector<learned_address> digest_log::latest() const
+std::vector<learned_entry> digest_log::latest() const
 {
   const std::lock_guard lock(mutex_);
   return {kept_.begin(), kept_.end()};
@@ -78,7 +75,11 @@ void digest_log::receive(std::uint32_t session, void *message, void *self)
   // With no lock held: the driver is called from within its callback.
   const registered_callback earlier = log.callback_.earlier();
   if (earlier.function == nullptr) {
-    p4_pd_tarvex_switch_macLearningDigest_notify_ack(session, message);
+    target of_session;
+    of_session.session = session;
+    function_call(function_for(family_id::digest_notify_ack), of_session)
+        .give(argument_kind::digest_message, static_cast<const void *>(message))
+        .make();
   } else {
     reinterpret_cast<standin_digest_cb_t>(earlier.function)(
         earlier.session, static_cast<standin_digest_msg_t *>(message), earlier.cookie);
@@ -91,9 +92,7 @@ void digest_log::keep(const void *message)
   const std::lock_guard lock(mutex_);
   for (std::uint32_t i = 0; i < digest->entry_count; ++i) {
     const std::uint8_t *const entry = digest->entries + std::size_t{i} * digest->entry_bytes;
-    const std::uint64_t mac =
-        std::uint64_t{field_of(entry, "ingMd_smacOui")} << 24 | field_of(entry, "ingMd_smacStation");
-    kept_.push_back({digest->dev_id, mac, field_of(entry, "ingMd_ingL2Domain"), field_of(entry, "ingMd_ingL2Aintf")});
+    kept_.push_back({digest->dev_id, {entry, entry + digest->entry_bytes}});
     if (kept_.size() > most_kept) kept_.pop_front();
   }
 }

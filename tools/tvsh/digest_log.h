@@ -14,14 +14,10 @@
 
 namespace tarvex::shell {
 
-/// What the driver calls the digest.
-inline constexpr std::uint32_t digest_handle = 0x21000084;
-
-struct learned_address {
+/// An entry of the pipeline's digest, as it came.
+struct learned_entry {
   std::uint32_t device = 0;
-  std::uint64_t mac = 0;
-  std::uint32_t l2_domain = 0;
-  std::uint32_t l2_interface = 0;
+  std::vector<std::uint8_t> bytes;
 };
 
 /// Keeps the latest reports. They come in a thread of the driver's; sessions of several threads read and switch it.
@@ -40,7 +36,7 @@ class digest_log {
   void forget() { listening_ = false; }
   bool listening() const { return listening_; }
 
-  std::vector<learned_address> latest() const;
+  std::vector<learned_entry> latest() const;
 
  private:
   static constexpr std::size_t most_kept = 1000;
@@ -51,8 +47,9 @@ class digest_log {
 
   std::mutex switching_;      // held while the driver is told; its callback does without
   mutable std::mutex mutex_;  // of what is kept
-  std::deque<learned_address> kept_;
-  borrowed_callback callback_{digest_handle, reinterpret_cast<pd_callback_t>(&receive), this};
+  std::deque<learned_entry> kept_;
+  borrowed_callback callback_{calls::digests.empty() ? 0 : calls::digests.front().handle,
+                              reinterpret_cast<pd_callback_t>(&receive), this};
   target where_;
   std::atomic<bool> listening_ = false;
 };

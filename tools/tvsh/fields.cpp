@@ -12,53 +12,35 @@ namespace tarvex::shell {
 
 namespace {
 
-constexpr std::string_view oui = "Oui";
-constexpr std::string_view station = "Station";
-
-bool same_letters(char left, char right) { return (left | 0x20) == (right | 0x20); }
-
-/// What is left of a name ahead of the name of a half ("oui" and "Oui" are the same); nothing where it is none.
-std::string_view before_half(std::string_view name, std::string_view half)
+/// A joined field is called what the names of both halves begin with, or "mac".
+std::string joined_name(std::string_view high, std::string_view low)
 {
-  if (name.size() < half.size()) return {};
-  const std::string_view end = name.substr(name.size() - half.size());
-  return std::equal(end.begin(), end.end(), half.begin(), same_letters) ? name.substr(0, name.size() - half.size())
-                                                                        : std::string_view{};
+  const auto end = std::ranges::mismatch(high, low).in1;
+  return end == high.begin() ? "mac" : std::string(high.begin(), end);
 }
 
-bool is_half(std::string_view name, std::string_view half)
+/// Joins the halves of MAC addresses, and leaves a joined field where the first of them stands. `low_half_of` gives the
+/// place of the lower half that belongs to a place, or -1.
+template <typename LowHalfOf>
+void join_halves(std::vector<shown_field> &fields, LowHalfOf low_half_of)
 {
-  return name.size() >= half.size() && before_half(name, half).size() + half.size() == name.size();
-}
-
-/// The upper half ends in "Oui", the lower one in "Station", and what stands ahead is the same.
-bool are_halves(const shown_field &high, const shown_field &low)
-{
-  return high.display == display_kind::mac && low.display == display_kind::mac && high.match == low.match &&
-         is_half(high.full_name, oui) && is_half(low.full_name, station) &&
-         before_half(high.full_name, oui) == before_half(low.full_name, station);
-}
-
-std::string joined_name(std::string_view name)
-{
-  const std::string_view left = before_half(name, oui);
-  return left.empty() ? "mac" : std::string(left);
-}
-
-void join_halves(std::vector<shown_field> &fields)
-{
+  std::vector<bool> joined(fields.size());
   for (std::size_t i = 0; i < fields.size(); ++i) {
-    for (std::size_t j = i + 1; j < fields.size(); ++j) {
-      if (!are_halves(fields[i], fields[j])) continue;
-      fields[i].parts[1] = fields[j].parts[0];
-      fields[i].live = fields[i].live << fields[j].bits | fields[j].live;
-      fields[i].bits += fields[j].bits;
-      fields[i].name = joined_name(fields[i].name);
-      fields[i].full_name = joined_name(fields[i].full_name);
-      fields.erase(fields.begin() + static_cast<std::ptrdiff_t>(j));
-      break;
-    }
+    const int low_place = low_half_of(i);
+    if (low_place < 0) continue;
+    const shown_field high = fields[i];
+    const shown_field low = fields[static_cast<std::size_t>(low_place)];
+    const std::size_t first = std::min(i, static_cast<std::size_t>(low_place));
+    fields[first] = high;
+    fields[first].parts[1] = low.parts[0];
+    fields[first].live = high.live << low.bits | low.live;
+    fields[first].bits += low.bits;
+    fields[first].name = joined_name(high.name, low.name);
+    fields[first].full_name = joined_name(high.full_name, low.full_name);
+    joined[std::max(i, static_cast<std::size_t>(low_place))] = true;
   }
+  std::size_t place = 0;
+  std::erase_if(fields, [&](const shown_field &) { return joined[place++]; });
   // Half an address on its own is a number.
   for (shown_field &field : fields) {
     if (field.display == display_kind::mac && field.parts[1].size == 0) field.display = display_kind::number;
@@ -157,7 +139,7 @@ std::vector<shown_field> key_fields(const table_info &table)
                       {record_member{row.member, row.member_size, row.companion, row.bits}, record_member{}},
                       number_of(row.live)});
   }
-  join_halves(fields);
+  join_halves(fields, [&](std::size_t i) { return table.fields[i].low_half; });
   return fields;
 }
 
@@ -172,7 +154,23 @@ std::vector<shown_field> parameter_fields(const action_info &action)
                       row.bits,
                       {record_member{row.member, row.member_size, 0, row.bits}, record_member{}}});
   }
-  join_halves(fields);
+  join_halves(fields, [&](std::size_t i) { return action.params[i].low_half; });
+  return fields;
+}
+
+std::vector<shown_field> digest_fields(const rows::digest_info &digest)
+{
+  std::vector<shown_field> fields;
+  for (const rows::digest_field_info &row : digest.fields) {
+    fields.push_back({row.short_name,
+                      row.name,
+                      display_kind::number,
+                      match_kind::exact,
+                      row.bits,
+                      {record_member{row.offset, row.size, 0, row.bits}, record_member{}}});
+    if (row.low_half >= 0) fields.back().display = display_kind::mac;
+  }
+  join_halves(fields, [&](std::size_t i) { return digest.fields[i].low_half; });
   return fields;
 }
 

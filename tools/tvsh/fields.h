@@ -50,6 +50,8 @@ struct shown_field {
 
 std::vector<shown_field> key_fields(const table_info &table);
 std::vector<shown_field> parameter_fields(const action_info &action);
+/// Fields of a digest's entries; values go through read_value and write_value.
+std::vector<shown_field> digest_fields(const rows::digest_info &digest);
 
 /// By short or full name; null where there is none.
 const shown_field *find_field(std::span<const shown_field> fields, std::string_view name);

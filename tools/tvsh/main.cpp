@@ -18,6 +18,7 @@
 #include "driver_library.h"
 #include "interrupt_handling.h"
 #include "json_output.h"
+#include "pd_calls.h"
 #include "program_options.h"
 #include "prompt.h"
 #include "remote_session.h"
@@ -26,7 +27,6 @@
 #include "stand_in.h"
 #include "status_text.h"
 #include "stream_output.h"
-#include "tarvex_pd/lifecycle.h"
 
 namespace {
 
@@ -70,11 +70,11 @@ class running_library {
     if (const stand_in_control *const control = stand_in()) {
       require_success(control->device_add(device), "adding device " + std::to_string(device));
     }
-    require_success(p4_pd_tarvex_switch_init(), "starting the library");
+    require_success(tarvex::calls::pd::init(), "starting the library");
   }
   running_library(const running_library &) = delete;
   running_library &operator=(const running_library &) = delete;
-  ~running_library() { p4_pd_tarvex_switch_cleanup(); }
+  ~running_library() { tarvex::calls::pd::cleanup(); }
 };
 
 std::string read_all(const std::string &name)

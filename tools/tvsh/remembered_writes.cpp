@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "remembered_writes.h"
 
+#include "pd_calls.h"
 #include "session.h"
 #include "status_text.h"
 #include "tarvex_pd/driver_records.h"
-#include "tarvex_pd/learning_digest.h"
-#include "tarvex_pd/parser_value_set.h"
 #include "tarvex_standin/standin.h"
 
 namespace tarvex::shell {
@@ -118,20 +117,27 @@ void reset_register(const invocation &call, const resource_info &reg, std::optio
 
 std::uint32_t add_to_value_set(const invocation &call, const value_set_entry &entry)
 {
+  the_value_set();
+  const pd_parser_tgt_t where = {call.where().device, entry.scope, entry.index, entry.sub_index};
   std::uint32_t handle = 0;
-  require_success(p4_pd_tarvex_switch_pvs_fabric_port_entry_add(
-                      call.where().session, {call.where().device, entry.scope, entry.index, entry.sub_index},
-                      entry.value, entry.mask, &handle),
-                  "adding an entry to the value set");
+  function_call(function_for(family_id::value_set_entry_add), call.where())
+      .give(argument_kind::parser_tgt, &where)
+      .give(argument_kind::parser_value, entry.value)
+      .give(argument_kind::parser_value, entry.mask, 1)
+      .give(argument_kind::pvs_entry_hdl_out, &handle)
+      .must("adding an entry to the value set");
   call.shell.written()->value_set[handle] = entry;
   return handle;
 }
 
 void modify_in_value_set(const invocation &call, std::uint32_t handle, std::uint32_t value, std::uint32_t mask)
 {
-  require_success(
-      p4_pd_tarvex_switch_pvs_fabric_port_entry_modify(call.where().session, call.where().device, handle, value, mask),
-      "modifying entry " + std::to_string(handle) + " of the value set");
+  the_value_set();
+  function_call(function_for(family_id::value_set_entry_modify), call.where())
+      .give(argument_kind::pvs_entry_hdl, handle)
+      .give(argument_kind::parser_value, value)
+      .give(argument_kind::parser_value, mask, 1)
+      .must("modifying entry " + std::to_string(handle) + " of the value set");
   const auto written = call.shell.written();
   value_set_entry &kept = written->value_set[handle];
   kept.value = value;
@@ -140,14 +146,16 @@ void modify_in_value_set(const invocation &call, std::uint32_t handle, std::uint
 
 void delete_from_value_set(const invocation &call, std::uint32_t handle)
 {
-  require_success(p4_pd_tarvex_switch_pvs_fabric_port_entry_delete(call.where().session, call.where().device, handle),
-                  "deleting entry " + std::to_string(handle) + " of the value set");
+  the_value_set();
+  function_call(function_for(family_id::value_set_entry_delete), call.where())
+      .give(argument_kind::pvs_entry_hdl, handle)
+      .must("deleting entry " + std::to_string(handle) + " of the value set");
   call.shell.written()->value_set.erase(handle);
 }
 
 void set_learning_timeout(const invocation &call, std::uint32_t timeout)
 {
-  require_success(p4_pd_tarvex_switch_set_learning_timeout(call.where().session, call.where().device, timeout),
+  require_success(calls::pd::set_learning_timeout(call.where().session, call.where().device, timeout),
                   "setting the learning timeout");
   call.shell.written()->learning_timeout = timeout;
 }

@@ -9,10 +9,10 @@
 
 #include "commands.h"
 #include "handle_walk.h"
+#include "pd_calls.h"
 #include "report.h"
 #include "session.h"
 #include "status_text.h"
-#include "tarvex_pd/lifecycle.h"
 #include "verbs.h"
 
 namespace tarvex::shell {
@@ -30,7 +30,7 @@ json_document log_of(const invocation &call)
 {
   json_document log(cJSON_CreateObject());
   if (log == nullptr) throw std::bad_alloc();
-  require_success(p4_pd_tarvex_switch_dev_log(call.where().device, log.get()), "logging what the library knows");
+  require_success(calls::pd::dev_log(call.where().device, log.get()), "logging what the library knows");
   return log;
 }
 
@@ -40,12 +40,12 @@ void restart_by_log(const invocation &call, cJSON *log)
   const std::unique_ptr<char, json_deleter> text(cJSON_PrintUnformatted(log));
   if (text == nullptr) throw std::bad_alloc();
   const json_document read(cJSON_Parse(text.get()));
-  require_success(p4_pd_tarvex_switch_dev_restore(call.where().device, read.get()), "restoring from the log");
+  require_success(calls::pd::dev_restore(call.where().device, read.get()), "restoring from the log");
 }
 
 void restart_by_replay(const invocation &call, cJSON *)
 {
-  require_success(p4_pd_tarvex_switch_restore_virtual_dev_state(call.where().session, call.where().device, 0, 0, 0),
+  require_success(calls::pd::restore_virtual_dev_state(call.where().session, call.where().device, 0, 0, 0),
                   "replaying what the switch holds");
 }
 
@@ -92,7 +92,7 @@ exit_code restart_library(const invocation &call)
   const change_queue::turn turn = call.take_turn("restart " + name);
   const json_document before = log_of(call);
   if (call.only_checked("restarting by the " + name)) return exit_code::ok;
-  require_success(p4_pd_tarvex_switch_dev_remove(call.where().device), "forgetting what the library knows");
+  require_success(calls::pd::dev_remove(call.where().device), "forgetting what the library knows");
   try {
     chosen->restore(call, before.get());
   } catch (const refused_error &error) {

@@ -8,6 +8,7 @@
 #include "commands.h"
 #include "entry_rows.h"
 #include "entry_search.h"
+#include "pd_calls.h"
 #include "session.h"
 #include "snapshot_fields.h"
 #include "stand_in.h"
@@ -85,25 +86,26 @@ void age(const invocation &call)
   require_success(require_stand_in().idle_advance(time), "letting time pass");
 }
 
-/// The digest's own order of bytes: each field where the library says, the lowest byte first.
+/// A report of the digest: its MAC address, and what is given of its other fields, 1 for the rest.
 void learn(const invocation &call)
 {
-  static constexpr std::array<std::string_view, 2> allowed = {"domain", "interface"};
-  shown_field address;
-  address.name = "MAC";
-  address.display = display_kind::mac;
-  address.bits = 48;
-  const auto mac = static_cast<std::uint64_t>(parse_value(address, call.word(1, "MAC")));
+  const calls::digest_info &digest = the_digest();
+  const std::vector<shown_field> fields = digest_fields(digest);
+  std::vector<std::string_view> allowed;
+  for (const calls::digest_field_info &row : digest.fields) allowed.push_back(row.word);
+  const auto address = std::ranges::find(fields, display_kind::mac, &shown_field::display);
+  if (address == fields.end()) throw usage_error("the pipeline learns no MAC addresses");
+  shown_field given = *address;
+  given.name = "MAC";
+  const wide_number mac = parse_value(given, call.word(1, "MAC"));
   const own_words own = parse_own_words(call.words.subspan(2), allowed);
-  std::vector<std::uint8_t> entry;
-  const auto put = [&](std::uint64_t value, unsigned bytes) {
-    for (unsigned i = 0; i < bytes; ++i) entry.push_back(static_cast<std::uint8_t>(value >> 8 * i));
-  };
-  put(mac & 0xffffff, 4);
-  put(own.number("domain", 12).value_or(1), 2);
-  put(own.number("interface", 20).value_or(1), 4);
-  put(mac >> 24, 4);
-  require_success(require_stand_in().digest_deliver(call.where().device, digest_handle, entry.data(), 1),
+  std::vector<std::uint8_t> entry(digest.entry_bytes);
+  for (const shown_field &field : fields) {
+    const auto row = std::ranges::find(digest.fields, field.full_name, &calls::digest_field_info::name);
+    if (row != digest.fields.end()) write_value(field, own.number(row->word, field.bits).value_or(1), entry.data());
+  }
+  write_value(*address, mac, entry.data());
+  require_success(require_stand_in().digest_deliver(call.where().device, digest.handle, entry.data(), 1),
                   "learning an address (does anyone listen? see 'digests on')");
 }
 
@@ -111,7 +113,7 @@ void learn(const invocation &call)
 void capture(const invocation &call)
 {
   const auto handle = static_cast<std::uint32_t>(parse_number(call.word(1, "SNAPSHOT"), "snapshot", 32));
-  const bool egress = (handle & P4_PD_TARVEX_SWITCH_SNAPSHOT_EGRESS_BIT) != 0;
+  const bool egress = (handle & calls::pd::snapshot_egress_bit) != 0;
   std::array<std::uint8_t, STANDIN_SNAPSHOT_FIELD_BYTES> packet{};
   for (const std::string &word : call.words.subspan(2)) {
     const auto assignment = assignment_of(word);

@@ -6,6 +6,7 @@
 
 #include "commands.h"
 #include "entry_words.h"
+#include "pd_calls.h"
 #include "report.h"
 #include "session.h"
 #include "snapshot_fields.h"
@@ -49,17 +50,16 @@ void arm(const invocation &call)
   if (values.empty()) throw argument_error("FIELD=VALUE is missing: a trigger asks for one field at least");
   if (call.only_checked("arming a snapshot")) return;
   std::uint32_t handle = 0;
-  require_success(
-      p4_pd_tarvex_switch_snapshot_create(call.where().dev_tgt(), first_stage, last_stage, egress ? 1 : 0, &handle),
-      "creating a snapshot");
+  require_success(calls::pd::snapshot_create(call.where().dev_tgt(), first_stage, last_stage, egress ? 1 : 0, &handle),
+                  "creating a snapshot");
   snap_trig_spec_t wanted{};
   snap_trig_spec_t mask{};
   for (const snapshot_value &value : values) {
-    p4_pd_tarvex_switch_snapshot_capture_trigger_add(handle, &wanted, &mask, value.field->name, value.words.data());
+    calls::pd::snapshot_capture_trigger_add(handle, &wanted, &mask, value.field->name, value.words.data());
   }
-  const pd_status_t status = p4_pd_tarvex_switch_snapshot_capture_trigger_set(handle, &wanted, &mask);
+  const pd_status_t status = calls::pd::snapshot_capture_trigger_set(handle, &wanted, &mask);
   if (status != BF_SUCCESS) {
-    p4_pd_tarvex_switch_snapshot_delete(handle);
+    calls::pd::snapshot_delete(handle);
     throw refused_error(status, "arming the snapshot");
   }
   call.shell.written()->snapshots[handle] = {egress};
@@ -89,13 +89,13 @@ void show_captures(const invocation &call)
     return;
   }
   const std::uint32_t handle = handle_word(call);
-  std::vector<std::uint8_t> area(P4_PD_TARVEX_SWITCH_SNAPSHOT_CAPTURE_AREA_BYTES);
+  std::vector<std::uint8_t> area(calls::pd::snapshot_capture_area_bytes);
   std::uint32_t count = 0;
-  require_success(p4_pd_tarvex_switch_snapshot_capture_data_get(handle, call.where().pipe, area.data(), &count),
+  require_success(calls::pd::snapshot_capture_data_get(handle, call.where().pipe, area.data(), &count),
                   "fetching the captures of snapshot " + std::to_string(handle));
-  const bool egress = (handle & P4_PD_TARVEX_SWITCH_SNAPSHOT_EGRESS_BIT) != 0;
+  const bool egress = (handle & calls::pd::snapshot_egress_bit) != 0;
   report rows(call.out, call.chosen, "captures", {{"capture"}, {"field", 44}, {"value"}});
-  for (std::uint32_t i = 0; i < std::min<std::uint32_t>(count, P4_PD_TARVEX_SWITCH_SNAPSHOT_CAPTURES); ++i) {
+  for (std::uint32_t i = 0; i < std::min<std::uint32_t>(count, calls::pd::snapshot_captures); ++i) {
     for (const captured_field &field : captured_fields(handle, egress, area, i)) {
       rows.number(i).cell(field.name).cell(field.value).end_row();
     }
@@ -110,7 +110,7 @@ void remove(const invocation &call)
   const std::uint32_t handle = handle_word(call);
   const std::string what = "deleting snapshot " + std::to_string(handle);
   if (call.only_checked(what)) return;
-  require_success(p4_pd_tarvex_switch_snapshot_delete(handle), what);
+  require_success(calls::pd::snapshot_delete(handle), what);
   call.shell.written()->snapshots.erase(handle);
 }
 

@@ -2,6 +2,7 @@
 //
 // SPDX-License-Identifier: Apache-2.0
 #include "snapshot_fields.h"
+#include "pd_calls.h"
 
 #include <algorithm>
 
@@ -43,8 +44,7 @@ std::uint32_t take_value(std::uint32_t, const char *name, std::uint32_t size, co
 std::vector<snapshot_field> list_fields(bool egress)
 {
   std::vector<snapshot_field> fields;
-  p4_pd_tarvex_switch_snapshot_capture_trigger_list(0, egress ? P4_PD_TARVEX_SWITCH_SNAPSHOT_EGRESS_BIT : 0,
-                                                    &take_field, &fields);
+  calls::pd::snapshot_capture_trigger_list(0, egress ? calls::pd::snapshot_egress_bit : 0, &take_field, &fields);
   return fields;
 }
 
@@ -93,14 +93,14 @@ snapshot_value parse_snapshot_value(bool egress, std::string_view name, std::str
 std::vector<captured_field> captured_fields(std::uint32_t handle, bool egress, std::span<const std::uint8_t> area,
                                             std::uint32_t index)
 {
-  std::vector<std::uint8_t> control(P4_PD_TARVEX_SWITCH_SNAPSHOT_CTRL_BYTES);
-  std::vector<std::uint8_t> fields(P4_PD_TARVEX_SWITCH_SNAPSHOT_FIELD_BYTES);
+  std::vector<std::uint8_t> control(calls::pd::snapshot_ctrl_bytes);
+  std::vector<std::uint8_t> fields(calls::pd::snapshot_field_bytes);
   std::uint32_t first_byte = 0;
-  p4_pd_tarvex_switch_snapshot_capture_data_single_get(static_cast<std::int32_t>(index), egress ? 1 : 0, area.data(),
-                                                       &first_byte, control.data(), fields.data());
+  calls::pd::snapshot_capture_data_single_get(static_cast<std::int32_t>(index), egress ? 1 : 0, area.data(),
+                                              &first_byte, control.data(), fields.data());
   std::vector<captured_field> result;
   shown = &result;
-  p4_pd_tarvex_switch_snapshot_capture_field_show(0, handle, fields.data(), &take_value);
+  calls::pd::snapshot_capture_field_show(0, handle, fields.data(), &take_value);
   shown = nullptr;
   return result;
 }

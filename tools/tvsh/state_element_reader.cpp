@@ -198,12 +198,14 @@ void state_element_reader::find_hash(std::string_view name) { hash_ = &hash_name
 
 void state_element_reader::find_value_set(std::string_view name)
 {
-  if (name != "fabric_port") throw usage_error("the value set is called 'fabric_port'");
+  const std::string wanted = the_value_set().name;
+  if (name != wanted) throw usage_error("the value set is called '" + wanted + "'");
 }
 
 void state_element_reader::find_digest(std::string_view name)
 {
-  if (name != "macLearningDigest") throw usage_error("the digest is called 'macLearningDigest'");
+  const std::string wanted = the_digest().name;
+  if (name != wanted) throw usage_error("the digest is called '" + wanted + "'");
 }
 
 const state_element_reader::ready_action &state_element_reader::action_of(json_item name, std::string_view owner)

@@ -211,7 +211,7 @@ void state_file_writer::hash(const hash_info &hash, const hash_state &state)
 void state_file_writer::value_set(const value_set_entry &entry)
 {
   state_counter::value_set(entry);
-  begin("value_sets", "fabric_port");
+  begin("value_sets", the_value_set().name);
   json_.number("value", entry.value);
   json_.number("mask", entry.mask);
   json_.number("scope", entry.scope);
@@ -223,7 +223,7 @@ void state_file_writer::value_set(const value_set_entry &entry)
 void state_file_writer::learning_timeout(std::uint32_t timeout)
 {
   state_counter::learning_timeout(timeout);
-  begin("learning", "macLearningDigest");
+  begin("learning", the_digest().name);
   json_.number("timeout", timeout);
   end();
 }

@@ -25,7 +25,7 @@ void show_written(const invocation &call)
   call.expect_at_most(1);
   report rows(call.out, call.chosen, "entries",
               {{"handle", 10}, {"value", 10}, {"mask", 10}, {"scope", 10}, {"index", 5}, {"sub", 3}},
-              {{"value_set", "fabric_port"}});
+              {{"value_set", the_value_set().name}});
   const own_writes now = *call.shell.written();
   for (const auto &[handle, entry] : now.value_set) {
     rows.number(handle).hexadecimal(entry.value).hexadecimal(entry.mask);

@@ -15,6 +15,7 @@
 #ifndef TARVEX_STANDIN_STANDIN_H
 #define TARVEX_STANDIN_STANDIN_H
 
+#include "tarvex_pd/snapshots.h"
 #include "tarvex_pd/types.h"
 
 #ifdef __cplusplus
@@ -294,7 +295,7 @@ pd_status_t standin_value_set_match(uint32_t dev_id, uint32_t pvs_hdl, uint32_t 
 enum { STANDIN_SNAPSHOT_INGRESS = 0, STANDIN_SNAPSHOT_EGRESS = 1 };
 
 /** Bytes of a trigger record and of the field data of a capture. */
-#define STANDIN_SNAPSHOT_FIELD_BYTES 712
+#define STANDIN_SNAPSHOT_FIELD_BYTES sizeof(snap_trig_spec_t)
 /** Captures that a snapshot keeps; a later one is refused with STANDIN_FULL. */
 #define STANDIN_SNAPSHOT_CAPTURES 12
 /** Bytes of the driver's control data in a capture that mean something: the pipe, then a running number from 1. */
