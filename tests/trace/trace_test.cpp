@@ -162,7 +162,7 @@ TEST_F(trace_test, the_latest_calls_are_kept)
 {
   lines_of("trace on");
   const std::string notes = run("load-routes " TARVEX_SOURCE_DIR "/data/routes_small.txt.gz").notes;
-  EXPECT_TRUE(notes.starts_with("10790 earlier calls are not kept")) << notes.substr(0, 100);
+  EXPECT_TRUE(notes.starts_with("10800 earlier calls are not kept")) << notes.substr(0, 100);
   EXPECT_EQ(std::ranges::count(notes, '\n'), 10'001);
   EXPECT_EQ(lines_of("trace"), "on, " + std::to_string(tarvex_trace_calls()) + " calls traced so far\n");
 }
