@@ -57,7 +57,7 @@ void compile(const fs::path &folder, const fs::path &output)
   catalogue::emit_library_sources(m, all, output);
   catalogue::emit_snapshot_fields(m, output);
   catalogue::emit_call_table(m, all, output);
-  catalogue::emit_pipeline_rows(m, output);
+  catalogue::emit_rows(m, output);
   catalogue::emit_description(m, output);
 }
 

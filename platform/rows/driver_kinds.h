@@ -3,9 +3,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <array>
 #include <cstdint>
-#include <string_view>
+
+#include "words.h"
 
 namespace tarvex::driver {
 
@@ -46,18 +46,6 @@ enum class value_kind : std::uint8_t {
   capture,
   block,
 };
-inline constexpr std::array<std::string_view, 33> value_kind_words = {
-    "number",           "signed_number",  "device",
-    "device_target",    "handle",         "entry_handle",
-    "member_handle",    "group_handle",   "value_set_handle",
-    "snapshot_handle",  "text",           "state",
-    "match_spec",       "action_spec",    "action_data",
-    "resources",        "meter",          "wred",
-    "counter",          "register_value", "register_queries",
-    "idle_params",      "capture_sizes",  "trigger",
-    "resource_list",    "callback",       "cookie",
-    "client_callbacks", "document",       "digest_message",
-    "placement",        "capture",        "block"};
 
 constexpr bool is_made_handle(value_kind kind)
 {
@@ -66,13 +54,33 @@ constexpr bool is_made_handle(value_kind kind)
 constexpr bool is_opaque(value_kind kind) { return kind >= value_kind::cookie; }
 
 enum class direction : std::uint8_t { in, out, inout };
-inline constexpr std::array<std::string_view, 3> direction_words = {"in", "out", "inout"};
 
 /// What a call does to the switch. Rows that are `callback` are no functions of the driver, but types of functions.
 enum class call_effect : std::uint8_t { reads, writes, neither, callback };
-inline constexpr std::array<std::string_view, 4> call_effect_words = {"reads", "writes", "neither", "callback"};
 
 enum class result_kind : std::uint8_t { status, state, block, nothing };
-inline constexpr std::array<std::string_view, 4> result_kind_words = {"status", "state", "block", "nothing"};
 
 }  // namespace tarvex::driver
+
+template <>
+inline constexpr auto tarvex::words<tarvex::driver::value_kind> =
+    std::to_array<std::string_view>({"number",           "signed_number",  "device",
+                                     "device_target",    "handle",         "entry_handle",
+                                     "member_handle",    "group_handle",   "value_set_handle",
+                                     "snapshot_handle",  "text",           "state",
+                                     "match_spec",       "action_spec",    "action_data",
+                                     "resources",        "meter",          "wred",
+                                     "counter",          "register_value", "register_queries",
+                                     "idle_params",      "capture_sizes",  "trigger",
+                                     "resource_list",    "callback",       "cookie",
+                                     "client_callbacks", "document",       "digest_message",
+                                     "placement",        "capture",        "block"});
+template <>
+inline constexpr auto tarvex::words<tarvex::driver::direction> = std::to_array<std::string_view>({"in", "out",
+                                                                                                  "inout"});
+template <>
+inline constexpr auto tarvex::words<tarvex::driver::call_effect> =
+    std::to_array<std::string_view>({"reads", "writes", "neither", "callback"});
+template <>
+inline constexpr auto tarvex::words<tarvex::driver::result_kind> =
+    std::to_array<std::string_view>({"status", "state", "block", "nothing"});

@@ -29,11 +29,11 @@ pd_status_t serve_member(const char *function, std::uint32_t dev_id, std::uint32
 pd_status_t read_action(const profile &owner, std::uint32_t act_hdl, const drv_action_spec_t *spec, member &to)
 {
   if (spec == nullptr) return STANDIN_BAD_ARGUMENT;
-  const pipeline_action *const action = find_action(owner.row->actions, act_hdl);
-  if (action == nullptr) return STANDIN_NO_ACTION;
-  if (const pd_status_t status = check_data(*action, spec->act_data)) return status;
-  to.action = action;
-  to.data.assign(spec->act_data.data, spec->act_data.data + action->data_bytes);
+  const rows::use_info *const use = find_use(owner.row->actions, act_hdl);
+  if (use == nullptr) return STANDIN_NO_ACTION;
+  if (const pd_status_t status = check_data(*use->action, spec->act_data)) return status;
+  to.use = use;
+  to.data.assign(spec->act_data.data, spec->act_data.data + use->action->data_bytes);
   return success;
 }
 
@@ -59,7 +59,7 @@ pd_status_t pipe_mgr_adt_ent_set(pd_sess_hdl_t, uint32_t dev_id, uint32_t adt_hd
                                  uint32_t act_hdl, drv_action_spec_t *action_spec, uint32_t)
 {
   return serve_member(__func__, dev_id, adt_hdl, mbr_hdl, [&](device &dev, profile &owner, member &which) {
-    if (which.action->handle != act_hdl) return pd_status_t{STANDIN_BAD_ACTION};
+    if (which.use->handle != act_hdl) return pd_status_t{STANDIN_BAD_ACTION};
     const pd_status_t status = read_action(owner, act_hdl, action_spec, which);
     if (status == success) tell(dev, owner, mbr_hdl, STANDIN_CHANGED);
     return status;

@@ -7,10 +7,10 @@ namespace tarvex::standin {
 
 device::device(std::uint32_t its_id) : id(its_id)
 {
-  for (const pipeline_table &row : pipeline_tables) tables.emplace_back(row, pipeline_resources);
-  for (const pipeline_profile &row : pipeline_profiles) profiles.emplace_back(row);
+  for (const rows::table_info &row : rows::tables) tables.emplace_back(row, rows::resources);
+  for (const rows::profile_info &row : rows::profiles) profiles.emplace_back(row);
   // A register has cells by index in any case: on a keyless table there is but the default entry to name it.
-  for (const pipeline_resource &row : pipeline_resources)
+  for (const rows::resource_info &row : rows::resources)
     if (!row.direct || row.kind == resource_kind::register_) resources.emplace_back(row);
 }
 

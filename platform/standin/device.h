@@ -15,7 +15,7 @@
 
 #include "call_gate.h"
 #include "match_table.h"
-#include "pipeline.h"
+#include "pipeline_rows.h"
 #include "profile.h"
 #include "resources.h"
 #include "services.h"

@@ -8,7 +8,7 @@
 namespace tarvex::standin {
 namespace {
 
-pd_status_t check_reference(device &dev, match_table &table, const pipeline_action &action,
+pd_status_t check_reference(device &dev, match_table &table, const rows::use_info &action,
                             const drv_action_spec_t &spec)
 {
   profile *const owner = dev.profile_of(table);
@@ -16,7 +16,7 @@ pd_status_t check_reference(device &dev, match_table &table, const pipeline_acti
   if (spec.act_kinds == DRV_ACT_MEMBER) {
     const member *const found = owner->members.find(spec.mbr_hdl);
     if (found == nullptr) return STANDIN_NO_MEMBER;
-    return require(found->action->handle == action.handle, STANDIN_BAD_ACTION);
+    return require(found->use->handle == action.handle, STANDIN_BAD_ACTION);
   }
   if (spec.act_kinds != DRV_ACT_GROUP) return STANDIN_BAD_ACTION;
   return require(owner->groups.find(spec.grp_hdl) != nullptr, STANDIN_NO_GROUP);
@@ -35,7 +35,7 @@ void forget_resource(entry_view entry, std::size_t which)
 
 pd_status_t check_resource(device &dev, const match_table &table, const drv_res_spec_t &spec)
 {
-  const pipeline_resource *const row = table.layout().resource(spec.res_hdl);
+  const rows::resource_info *const row = table.layout().resource(spec.res_hdl);
   if (row == nullptr || spec.res_tag > DRV_RES_DETACHED) return STANDIN_BAD_RESOURCE;
   if (row->direct || spec.res_tag != DRV_RES_ATTACHED) return success;
   const indirect_resource *const cells = dev.resource(row->handle, row->kind);
@@ -46,14 +46,14 @@ pd_status_t check_action(device &dev, match_table &table, std::uint32_t act_hdl,
                          action_place place)
 {
   if (spec == nullptr) return STANDIN_BAD_ARGUMENT;
-  const pipeline_action *const action = find_action(table.row().actions, act_hdl);
-  if (action == nullptr) return STANDIN_NO_ACTION;
+  const rows::use_info *const use = find_use(table.row().uses(), act_hdl);
+  if (use == nullptr) return STANDIN_NO_ACTION;
   if (table.row().profile != nullptr) {
-    if (const pd_status_t status = check_reference(dev, table, *action, *spec)) return status;
+    if (const pd_status_t status = check_reference(dev, table, *use, *spec)) return status;
   } else {
-    if (place == action_place::default_entry && !action->may_be_default) return STANDIN_NOT_DEFAULT;
+    if (place == action_place::default_entry && !use->is_default) return STANDIN_NOT_DEFAULT;
     if (spec->act_kinds != DRV_ACT_DATA) return STANDIN_BAD_ACTION;
-    if (const pd_status_t status = check_data(*action, spec->act_data)) return status;
+    if (const pd_status_t status = check_data(*use->action, spec->act_data)) return status;
   }
   if (spec->res_count > DRV_ACTION_MAX_RES) return STANDIN_BAD_ARGUMENT;
   for (std::uint32_t i = 0; i < spec->res_count; ++i)
@@ -71,7 +71,7 @@ void apply_resource(entry_view entry, const drv_res_spec_t &spec)
   if (at == head.resources) ++head.resources;
   list[at] = {spec.res_hdl, spec.res_index, spec.res_tag};
 
-  const pipeline_resource &row = *entry.layout().resource(spec.res_hdl);
+  const rows::resource_info &row = *entry.layout().resource(spec.res_hdl);
   if (!row.direct) return;
   const bool attached = spec.res_tag == DRV_RES_ATTACHED;
   if (row.kind == resource_kind::meter) {
@@ -91,15 +91,15 @@ void apply_action(device &dev, match_table &table, entry_view entry, std::uint32
                   const drv_action_spec_t &spec)
 {
   release_reference(dev, table, entry);
-  const pipeline_action &action = *find_action(table.row().actions, act_hdl);
+  const rows::use_info &use = *find_use(table.row().uses(), act_hdl);
   entry_head &head = entry.head();
-  head.action = static_cast<std::uint8_t>(&action - table.row().actions.data());
+  head.action = static_cast<std::uint8_t>(&use - table.row().uses().data());
   head.kind = spec.act_kinds;
   if (table.row().profile != nullptr) {
     head.reference = spec.act_kinds == DRV_ACT_MEMBER ? spec.mbr_hdl : spec.grp_hdl;
     ++*dev.profile_of(table)->uses(head.kind, head.reference);
-  } else if (action.data_bytes != 0) {
-    std::memcpy(entry.data(), spec.act_data.data, action.data_bytes);
+  } else if (use.action->data_bytes != 0) {
+    std::memcpy(entry.data(), spec.act_data.data, use.action->data_bytes);
   }
   for (std::size_t i = head.resources; i-- != 0;)
     if (!entry.layout().resource(entry.references()[i].handle)->direct) forget_resource(entry, i);

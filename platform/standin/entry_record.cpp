@@ -42,11 +42,11 @@ entry_record record_of(const match_table &table, std::uint32_t handle)
   }
   record.kind = head.kind;
   record.reference = head.reference;
-  const pipeline_action &action = table.row().actions[head.action];
-  record.action.action = action.handle;
+  const rows::use_info &use = table.row().uses()[head.action];
+  record.action.action = use.handle;
   if (head.kind == DRV_ACT_DATA) {
-    record.action.data_bits = action.data_bits;
-    record.action.data_bytes = action.data_bytes;
+    record.action.data_bits = use.action->data_bits;
+    record.action.data_bytes = use.action->data_bytes;
     record.action.data = entry.data();
   }
   record.resource_count = head.resources;
@@ -56,7 +56,8 @@ entry_record record_of(const match_table &table, std::uint32_t handle)
 
 action_record record_of(const member &which)
 {
-  return {which.action->handle, which.action->data_bits, which.action->data_bytes, which.data.data()};
+  const rows::action_info &action = *which.use->action;
+  return {which.use->handle, action.data_bits, action.data_bytes, which.data.data()};
 }
 
 pd_status_t deliver(const action_record &record, drv_act_data_t *data, std::uint32_t *act_hdl)

@@ -8,15 +8,15 @@
 
 namespace tarvex::standin {
 
-entry_layout::entry_layout(const pipeline_table &row, std::span<const pipeline_resource> all)
+entry_layout::entry_layout(const rows::table_info &row, std::span<const rows::resource_info> all)
     : key_bytes(row.key_bytes), stores_mask(row.kind == table_kind::ternary || row.kind == table_kind::lpm)
 {
-  for (const pipeline_resource &each : all)
+  for (const rows::resource_info &each : all)
     if (each.table == row.handle) resources.push_back(each);
-  for (const pipeline_resource &each : resources)
+  for (const rows::resource_info &each : resources)
     if (each.direct) direct_[static_cast<std::size_t>(each.kind)] = &each;
   std::size_t data_bytes = 0;
-  for (const pipeline_action &action : row.actions) data_bytes = std::max<std::size_t>(data_bytes, action.data_bytes);
+  for (const rows::use_info &use : row.uses()) data_bytes = std::max<std::size_t>(data_bytes, use.action->data_bytes);
 
   size = sizeof(entry_head);
   const auto place = [this](std::size_t &offset, std::size_t bytes) {
@@ -34,9 +34,9 @@ entry_layout::entry_layout(const pipeline_table &row, std::span<const pipeline_r
   size = (size + 7) / 8 * 8;
 }
 
-const pipeline_resource *entry_layout::resource(std::uint32_t handle) const
+const rows::resource_info *entry_layout::resource(std::uint32_t handle) const
 {
-  for (const pipeline_resource &each : resources)
+  for (const rows::resource_info &each : resources)
     if (each.handle == handle) return &each;
   return nullptr;
 }

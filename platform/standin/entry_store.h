@@ -11,10 +11,14 @@
 #include <span>
 #include <vector>
 
-#include "pipeline.h"
+#include "pipeline_rows.h"
 #include "tarvex_platform/driver.h"
 
 namespace tarvex::standin {
+
+// For the driver functions, which stand outside of the namespace.
+namespace rows = tarvex::rows;
+using tarvex::resource_kind;
 
 /// What every entry has in front.
 struct entry_head {
@@ -47,14 +51,14 @@ struct resource_reference {
 
 /// Where the parts of an entry stand; a part that the table lacks takes no room.
 struct entry_layout {
-  entry_layout(const pipeline_table &row, std::span<const pipeline_resource> all);
+  entry_layout(const rows::table_info &row, std::span<const rows::resource_info> all);
   entry_layout(const entry_layout &) = delete;
   entry_layout &operator=(const entry_layout &) = delete;
 
-  const pipeline_resource *direct(resource_kind kind) const { return direct_[static_cast<std::size_t>(kind)]; }
-  const pipeline_resource *resource(std::uint32_t handle) const;
+  const rows::resource_info *direct(resource_kind kind) const { return direct_[static_cast<std::size_t>(kind)]; }
+  const rows::resource_info *resource(std::uint32_t handle) const;
 
-  std::vector<pipeline_resource> resources;  // of this table
+  std::vector<rows::resource_info> resources;  // of this table
   std::size_t idle = 0;
   std::size_t counter = 0;
   std::size_t meter = 0;
@@ -68,7 +72,7 @@ struct entry_layout {
   bool stores_mask = false;  // the masks of an exact table are all ones
 
  private:
-  const pipeline_resource *direct_[4] = {};
+  const rows::resource_info *direct_[4] = {};
 };
 
 /// One entry. A part may be asked for only where the layout has it.

@@ -13,9 +13,8 @@ template <class Body>
 pd_status_t serve_hash(const char *function, std::uint32_t dev_id, std::uint32_t calc_hdl, Body body)
 {
   return serve(function, dev_id, calc_hdl, [&](device &dev) -> pd_status_t {
-    for (const pipeline_hash &row : pipeline_hashes)
-      if (row.handle == calc_hdl) return body(row, dev.services.hashes[calc_hdl]);
-    return STANDIN_NO_OBJECT;
+    const rows::hash_info *const row = find_row(rows::hashes, calc_hdl);
+    return row == nullptr ? pd_status_t{STANDIN_NO_OBJECT} : body(*row, dev.services.hashes[calc_hdl]);
   });
 }
 
@@ -26,8 +25,8 @@ using namespace tarvex::standin;
 
 pd_status_t pipe_mgr_hash_calc_input_set(pd_sess_hdl_t, uint32_t dev_id, uint32_t calc_hdl, uint32_t input_hdl)
 {
-  return serve_hash(__func__, dev_id, calc_hdl, [&](const pipeline_hash &row, hash_setting &setting) -> pd_status_t {
-    if (input_hdl - row.first_input >= row.input_count) return STANDIN_BAD_ARGUMENT;
+  return serve_hash(__func__, dev_id, calc_hdl, [&](const rows::hash_info &row, hash_setting &setting) -> pd_status_t {
+    if (input_hdl - row.first_input >= row.input_count()) return STANDIN_BAD_ARGUMENT;
     setting.input = input_hdl;
     return success;
   });
@@ -36,7 +35,7 @@ pd_status_t pipe_mgr_hash_calc_input_set(pd_sess_hdl_t, uint32_t dev_id, uint32_
 pd_status_t pipe_mgr_hash_calc_input_get(pd_sess_hdl_t, uint32_t dev_id, uint32_t calc_hdl, uint32_t *input_hdl)
 {
   return serve_hash(__func__, dev_id, calc_hdl,
-                    [&](const pipeline_hash &row, const hash_setting &setting) -> pd_status_t {
+                    [&](const rows::hash_info &row, const hash_setting &setting) -> pd_status_t {
                       if (input_hdl == nullptr) return STANDIN_BAD_ARGUMENT;
                       *input_hdl = setting.input != 0 ? setting.input : row.first_input;
                       return success;
@@ -45,7 +44,7 @@ pd_status_t pipe_mgr_hash_calc_input_get(pd_sess_hdl_t, uint32_t dev_id, uint32_
 
 pd_status_t pipe_mgr_hash_calc_algorithm_set(pd_sess_hdl_t, uint32_t dev_id, uint32_t calc_hdl, uint32_t algorithm_hdl)
 {
-  return serve_hash(__func__, dev_id, calc_hdl, [&](const pipeline_hash &row, hash_setting &setting) -> pd_status_t {
+  return serve_hash(__func__, dev_id, calc_hdl, [&](const rows::hash_info &row, hash_setting &setting) -> pd_status_t {
     if (std::ranges::count(row.algorithms, algorithm_hdl) == 0) return STANDIN_BAD_ARGUMENT;
     setting.algorithm = algorithm_hdl;
     return success;
@@ -55,7 +54,7 @@ pd_status_t pipe_mgr_hash_calc_algorithm_set(pd_sess_hdl_t, uint32_t dev_id, uin
 pd_status_t pipe_mgr_hash_calc_algorithm_get(pd_sess_hdl_t, uint32_t dev_id, uint32_t calc_hdl, uint32_t *algorithm_hdl)
 {
   return serve_hash(__func__, dev_id, calc_hdl,
-                    [&](const pipeline_hash &row, const hash_setting &setting) -> pd_status_t {
+                    [&](const rows::hash_info &row, const hash_setting &setting) -> pd_status_t {
                       if (algorithm_hdl == nullptr) return STANDIN_BAD_ARGUMENT;
                       *algorithm_hdl = setting.algorithm != 0 ? setting.algorithm : row.algorithms.front();
                       return success;
@@ -64,7 +63,7 @@ pd_status_t pipe_mgr_hash_calc_algorithm_get(pd_sess_hdl_t, uint32_t dev_id, uin
 
 pd_status_t pipe_mgr_hash_calc_seed_set(pd_sess_hdl_t, uint32_t dev_id, uint32_t calc_hdl, uint64_t seed)
 {
-  return serve_hash(__func__, dev_id, calc_hdl, [&](const pipeline_hash &, hash_setting &setting) {
+  return serve_hash(__func__, dev_id, calc_hdl, [&](const rows::hash_info &, hash_setting &setting) {
     setting.seed = seed;
     return success;
   });
@@ -72,9 +71,10 @@ pd_status_t pipe_mgr_hash_calc_seed_set(pd_sess_hdl_t, uint32_t dev_id, uint32_t
 
 pd_status_t pipe_mgr_hash_calc_seed_get(pd_sess_hdl_t, uint32_t dev_id, uint32_t calc_hdl, uint64_t *seed)
 {
-  return serve_hash(__func__, dev_id, calc_hdl, [&](const pipeline_hash &, const hash_setting &setting) -> pd_status_t {
-    if (seed == nullptr) return STANDIN_BAD_ARGUMENT;
-    *seed = setting.seed;
-    return success;
-  });
+  return serve_hash(__func__, dev_id, calc_hdl,
+                    [&](const rows::hash_info &, const hash_setting &setting) -> pd_status_t {
+                      if (seed == nullptr) return STANDIN_BAD_ARGUMENT;
+                      *seed = setting.seed;
+                      return success;
+                    });
 }

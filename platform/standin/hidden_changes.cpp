@@ -12,7 +12,7 @@ pd_status_t standin_corrupt_entry(uint32_t dev_id, uint32_t tbl_hdl, pd_entry_hd
     if (!table.holds(entry_hdl)) return STANDIN_NO_ENTRY;
     const entry_view entry = table.at(entry_hdl);
     if (entry.head().kind != DRV_ACT_DATA) return STANDIN_BAD_ACTION;
-    const std::uint32_t bytes = table.row().actions[entry.head().action].data_bytes;
+    const std::uint32_t bytes = table.row().uses()[entry.head().action].action->data_bytes;
     if (bit / 8 >= bytes) return STANDIN_BAD_INDEX;
     std::uint8_t &byte = entry.data()[bytes - 1 - bit / 8];
     byte = static_cast<std::uint8_t>(byte ^ 1u << bit % 8);

@@ -13,7 +13,7 @@ template <class Body>
 pd_status_t serve_digest(const char *function, std::uint32_t dev_id, std::uint32_t digest_hdl, Body body)
 {
   return serve(function, dev_id, digest_hdl, [&](device &dev) {
-    return digest_hdl == pipeline_learning_digest.handle ? body(dev.services) : pd_status_t{STANDIN_NO_OBJECT};
+    return is_digest(digest_hdl) ? body(dev.services) : pd_status_t{STANDIN_NO_OBJECT};
   });
 }
 
@@ -45,7 +45,7 @@ pd_status_t pipe_mgr_lrn_digest_notification_deregister(pd_sess_hdl_t, uint32_t 
 pd_status_t pipe_mgr_flow_lrn_notify_ack(pd_sess_hdl_t, uint32_t digest_hdl, void *digest_msg)
 {
   if (const pd_status_t refused = announce(__func__, digest_hdl)) return refused;
-  if (digest_hdl != pipeline_learning_digest.handle) return STANDIN_NO_OBJECT;
+  if (!is_digest(digest_hdl)) return STANDIN_NO_OBJECT;
   // The pointer is compared only, never followed: it may be of a message that went before.
   for (std::uint32_t dev_id = 0; dev_id < most_devices; ++dev_id) {
     const pd_status_t status = on_device(dev_id, [&](device &dev) {
@@ -70,12 +70,13 @@ pd_status_t standin_digest_deliver(uint32_t dev_id, uint32_t digest_hdl, const u
 {
   return on_device(dev_id, [&](device &dev) -> pd_status_t {
     device_services &services = dev.services;
-    if (digest_hdl != pipeline_learning_digest.handle) return STANDIN_NO_OBJECT;
+    const rows::digest_info *const row = find_row(rows::digests, digest_hdl);
+    if (row == nullptr) return STANDIN_NO_OBJECT;
     if (entries == nullptr || entry_count == 0) return STANDIN_BAD_ARGUMENT;
     if (services.digest.function == nullptr) return STANDIN_NOT_ENABLED;
     auto block = std::make_unique<digest_block>();
-    block->entries.assign(entries, entries + std::size_t{entry_count} * pipeline_learning_digest.entry_bytes);
-    block->message = {dev.id, digest_hdl, pipeline_learning_digest.entry_bytes, entry_count, block->entries.data()};
+    block->entries.assign(entries, entries + std::size_t{entry_count} * row->entry_bytes);
+    block->message = {dev.id, digest_hdl, row->entry_bytes, entry_count, block->entries.data()};
     dev.notify<standin_digest_cb_t>(services.digest, services.digest_session, &block->message);
     services.digest_messages.push_back(std::move(block));
     return success;

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <bit>
 #include <cstring>
+#include <span>
 
 namespace tarvex::standin {
 namespace {
@@ -29,13 +30,22 @@ bool match_table::more_bits_first::operator()(std::string_view a, std::string_vi
   return bits_a != bits_b ? bits_a > bits_b : a < b;
 }
 
-match_table::match_table(const pipeline_table &row, std::span<const pipeline_resource> resources)
+match_table::match_table(const rows::table_info &row, std::span<const rows::resource_info> resources)
     : row_(&row),
+      live_(row.key_bytes),
       layout_(row, resources),
       store_(layout_),
       mask_scratch_(row.key_bytes, '\0'),
       value_scratch_(row.key_bytes)
 {
+  for (const rows::field_info &field : row.fields) {
+    const std::span bits = field.live;
+    if (field.match == match_kind::partition) {
+      live_partition_ = static_cast<std::uint32_t>(bits[14] << 8 | bits[15]);
+    } else {
+      std::ranges::copy(bits.last(field.key_size), live_.begin() + field.key_at);
+    }
+  }
 }
 
 pd_status_t match_table::check_key(const drv_match_spec_t *key) const
@@ -44,15 +54,14 @@ pd_status_t match_table::check_key(const drv_match_spec_t *key) const
   if (row_->kind == table_kind::keyless || key->key_bits != row_->key_bits || key->key_bytes != row_->key_bytes)
     return STANDIN_BAD_KEY;
   if (key->key_value == nullptr || key->key_mask == nullptr) return STANDIN_BAD_ARGUMENT;
-  if (row_->live_partition == 0 && key->partition_index != 0) return STANDIN_BAD_KEY;
+  if (live_partition_ == 0 && key->partition_index != 0) return STANDIN_BAD_KEY;
   const bool full = std::all_of(key->key_mask, key->key_mask + key->key_bytes, [](auto byte) { return byte == 0xff; });
   return require(layout_.stores_mask || full, STANDIN_BAD_KEY);
 }
 
 std::string_view match_table::live_mask(const std::uint8_t *mask)
 {
-  for (std::size_t i = 0; i < mask_scratch_.size(); ++i)
-    mask_scratch_[i] = static_cast<char>(mask[i] & row_->live_mask[i]);
+  for (std::size_t i = 0; i < mask_scratch_.size(); ++i) mask_scratch_[i] = static_cast<char>(mask[i] & live_[i]);
   return mask_scratch_;
 }
 
@@ -60,14 +69,14 @@ std::uint32_t match_table::hash_under(std::string_view mask, const std::uint8_t 
 {
   for (std::size_t i = 0; i < mask.size(); ++i)
     value_scratch_[i] = static_cast<std::uint8_t>(value[i] & static_cast<std::uint8_t>(mask[i]));
-  return hash_key(value_scratch_.data(), value_scratch_.size(), partition & row_->live_partition);
+  return hash_key(value_scratch_.data(), value_scratch_.size(), partition & live_partition_);
 }
 
 bool match_table::same_key(std::uint32_t slot, std::string_view mask, const std::uint8_t *value,
                            std::uint32_t partition) const
 {
   const entry_view entry = store_.at(slot);
-  if (((entry.head().partition ^ partition) & row_->live_partition) != 0) return false;
+  if (((entry.head().partition ^ partition) & live_partition_) != 0) return false;
   const std::uint8_t *own = entry.value();
   for (std::size_t i = 0; i < mask.size(); ++i)
     if (((own[i] ^ value[i]) & static_cast<std::uint8_t>(mask[i])) != 0) return false;

@@ -11,7 +11,7 @@
 
 #include "entry_store.h"
 #include "key_index.h"
-#include "pipeline.h"
+#include "pipeline_rows.h"
 #include "slot_pool.h"
 #include "tarvex_platform/driver.h"
 #include "tarvex_standin/standin.h"
@@ -36,11 +36,11 @@ struct idle_setting {
 
 class match_table {
  public:
-  match_table(const pipeline_table &row, std::span<const pipeline_resource> resources);
+  match_table(const rows::table_info &row, std::span<const rows::resource_info> resources);
   match_table(const match_table &) = delete;
   match_table &operator=(const match_table &) = delete;
 
-  const pipeline_table &row() const { return *row_; }
+  const rows::table_info &row() const { return *row_; }
   const entry_layout &layout() const { return layout_; }
   const slot_pool &slots() const { return slots_; }
   slot_pool &slots() { return slots_; }
@@ -96,7 +96,7 @@ class match_table {
   };
   using mask_groups = std::map<std::string, mask_group, more_bits_first>;
 
-  const std::uint8_t *mask_of(entry_view entry) const { return layout_.stores_mask ? entry.mask() : row_->live_mask; }
+  const std::uint8_t *mask_of(entry_view entry) const { return layout_.stores_mask ? entry.mask() : live_.data(); }
   /// Leaves the live mask of the key in the scratch bytes; the next two read it.
   std::string_view live_mask(const std::uint8_t *mask);
   std::uint32_t hash_under(std::string_view mask, const std::uint8_t *value, std::uint32_t partition);
@@ -104,7 +104,9 @@ class match_table {
                         const drv_match_spec_t &key) const;
   bool same_key(std::uint32_t slot, std::string_view mask, const std::uint8_t *value, std::uint32_t partition) const;
 
-  const pipeline_table *row_;
+  const rows::table_info *row_;
+  std::vector<std::uint8_t> live_;    // bits of the key that the pipeline matches on
+  std::uint32_t live_partition_ = 0;  // and those of the partition index; 0 where the table has none
   entry_layout layout_;
   entry_store store_;
   slot_pool slots_;

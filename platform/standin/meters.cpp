@@ -11,7 +11,7 @@ namespace {
 /// A direct register of an entry may be told by the handle of its table, which is the one its caller holds.
 drv_res_spec_t by_own_handle(const match_table &table, drv_res_spec_t spec)
 {
-  const pipeline_resource *const reg = table.layout().direct(resource_kind::register_);
+  const rows::resource_info *const reg = table.layout().direct(resource_kind::register_);
   if (spec.res_hdl == table.row().handle && reg != nullptr) spec.res_hdl = reg->handle;
   return spec;
 }

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "match_table.h"
-#include "pipeline.h"
+#include "pipeline_rows.h"
 #include "slot_pool.h"
 #include "tarvex_platform/driver.h"
 #include "tarvex_standin/standin.h"
@@ -15,7 +15,7 @@
 namespace tarvex::standin {
 
 struct member {
-  const pipeline_action *action = nullptr;
+  const rows::use_info *use = nullptr;  // of an action
   std::vector<std::uint8_t> data;
   std::uint32_t uses = 0;  // by entries, groups and as the fallback
 };
@@ -39,9 +39,9 @@ struct group {
 };
 
 struct profile {
-  explicit profile(const pipeline_profile &its_row) : row(&its_row) {}
+  explicit profile(const rows::profile_info &its_row) : row(&its_row) {}
 
-  const pipeline_profile *row;
+  const rows::profile_info *row;
   slot_map<member> members;
   slot_map<group> groups;
   pd_mbr_hdl_t fallback = 0;  // 0: none
@@ -62,15 +62,15 @@ struct profile {
 };
 
 /// The action with a handle, or null.
-inline const pipeline_action *find_action(std::span<const pipeline_action> actions, std::uint32_t handle)
+inline const rows::use_info *find_use(std::span<const rows::use_info> uses, std::uint32_t handle)
 {
-  for (const pipeline_action &each : actions)
+  for (const rows::use_info &each : uses)
     if (each.handle == handle) return &each;
   return nullptr;
 }
 
 /// Whether action data have the counts of the action.
-inline pd_status_t check_data(const pipeline_action &action, const drv_act_data_t &data)
+inline pd_status_t check_data(const rows::action_info &action, const drv_act_data_t &data)
 {
   const bool fits = data.data_bits == action.data_bits && data.data_bytes == action.data_bytes &&
                     (data.data_bytes == 0 || data.data != nullptr);

@@ -9,7 +9,7 @@ namespace {
 
 const client_callback *callback_of(device &dev, std::uint32_t hdl)
 {
-  if (hdl == pipeline_learning_digest.handle) return &dev.services.digest;
+  if (is_digest(hdl)) return &dev.services.digest;
   if (const match_table *const table = dev.table(hdl)) return &table->updated;
   if (const profile *const owner = dev.profile_of_members(hdl)) return &owner->member_updated;
   if (const profile *const owner = dev.profile_of_groups(hdl)) return &owner->group_updated;
@@ -24,8 +24,7 @@ pd_status_t standin_registered_callback(uint32_t dev_id, uint32_t hdl, standin_c
     if (callback == nullptr) return STANDIN_BAD_ARGUMENT;
     const client_callback *const found = callback_of(dev, hdl);
     if (found == nullptr) return STANDIN_NO_OBJECT;
-    *callback = {found->function, found->cookie,
-                 hdl == pipeline_learning_digest.handle ? dev.services.digest_session : 0};
+    *callback = {found->function, found->cookie, is_digest(hdl) ? dev.services.digest_session : 0};
     return success;
   });
 }

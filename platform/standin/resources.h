@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "entry_store.h"
-#include "pipeline.h"
+#include "pipeline_rows.h"
 #include "tarvex_platform/driver.h"
 
 namespace tarvex::standin {
@@ -19,9 +19,9 @@ namespace tarvex::standin {
 using register_cell = std::vector<std::uint8_t>;
 
 struct indirect_resource {
-  explicit indirect_resource(const pipeline_resource &its_row) : row(&its_row) {}
+  explicit indirect_resource(const rows::resource_info &its_row) : row(&its_row) {}
 
-  const pipeline_resource *row;
+  const rows::resource_info *row;
   std::uint32_t limit = 0xffffffff;  // of the index
   std::unordered_map<std::uint32_t, counter_cell> counters;
   std::unordered_map<std::uint32_t, drv_meter_spec_t> meters;

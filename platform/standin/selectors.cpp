@@ -88,7 +88,7 @@ pd_status_t pipe_mgr_sel_grp_mbr_add(pd_sess_hdl_t, uint32_t dev_id, uint32_t se
   return serve_group(__func__, dev_id, sel_hdl, grp_hdl, [&](device &dev, profile &owner, group &which) -> pd_status_t {
     member *const added = owner.members.find(mbr_hdl);
     if (added == nullptr) return STANDIN_NO_MEMBER;
-    if (added->action->handle != act_hdl) return STANDIN_BAD_ACTION;
+    if (added->use->handle != act_hdl) return STANDIN_BAD_ACTION;
     if (which.find(mbr_hdl) != nullptr) return STANDIN_EXISTS;
     if (which.most_members != 0 && which.members.size() >= which.most_members) return STANDIN_FULL;
     which.members.push_back({mbr_hdl, true});

@@ -6,14 +6,27 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <span>
 #include <vector>
 
 #include "match_table.h"
+#include "pipeline_rows.h"
 #include "slot_pool.h"
 #include "tarvex_platform/driver.h"
 #include "tarvex_standin/standin.h"
 
 namespace tarvex::standin {
+
+/// The row with a handle, or null.
+template <class Row>
+const Row *find_row(std::span<const Row> rows, std::uint32_t handle)
+{
+  for (const Row &each : rows)
+    if (each.handle == handle) return &each;
+  return nullptr;
+}
+
+inline bool is_digest(std::uint32_t handle) { return find_row(rows::digests, handle) != nullptr; }
 
 struct hash_setting {
   std::uint32_t input = 0;      // 0: the first of the calculation

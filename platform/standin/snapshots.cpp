@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "device.h"
-#include "pipeline.h"
+#include "pipeline_rows.h"
 
 namespace tarvex::standin {
 namespace {
@@ -74,15 +74,15 @@ pd_status_t serve_snapshot(const char *function, std::uint32_t hdl, Body body)
   return on_snapshot(hdl, body);
 }
 
-std::span<const pipeline_snapshot_field> fields_of(std::uint32_t direction)
+std::span<const rows::snapshot_field_info> fields_of(std::uint32_t direction)
 {
-  return direction == STANDIN_SNAPSHOT_EGRESS ? pipeline_egress_fields : pipeline_ingress_fields;
+  return direction == STANDIN_SNAPSHOT_EGRESS ? rows::egress_fields : rows::ingress_fields;
 }
 
 /// Brings the masks of 3 bytes into the order of their values.
 void line_up_masks(field_record &mask, std::uint32_t direction)
 {
-  for (const pipeline_snapshot_field &field : fields_of(direction)) {
+  for (const rows::snapshot_field_info &field : fields_of(direction)) {
     const auto at = mask.begin() + field.offset;
     if (field.size == 3) std::reverse(at, at + 4);
   }
@@ -197,7 +197,7 @@ pd_status_t standin_snapshot_field_set(uint32_t direction, const char *name, con
 {
   if (name == nullptr || value == nullptr || fields == nullptr || direction > STANDIN_SNAPSHOT_EGRESS)
     return STANDIN_BAD_ARGUMENT;
-  for (const pipeline_snapshot_field &field : fields_of(direction)) {
+  for (const rows::snapshot_field_info &field : fields_of(direction)) {
     if (std::strcmp(field.name, name) != 0) continue;
     store_field(fields + field.offset, field.size, value);
     return success;

@@ -11,7 +11,7 @@ template <class Body>
 auto of_value_set(std::uint32_t pvs_hdl, Body body)
 {
   return [pvs_hdl, body](device &dev) {
-    return pvs_hdl == pipeline_value_set ? body(dev.services) : pd_status_t{STANDIN_NO_OBJECT};
+    return find_row(rows::value_sets, pvs_hdl) != nullptr ? body(dev.services) : pd_status_t{STANDIN_NO_OBJECT};
   };
 }
 

@@ -18,12 +18,12 @@ pd_status_t pipe_mgr_hitless_ha_restore_virtual_dev_state(uintptr_t first, uintp
       });
     };
     for (profile &each : dev.profiles) {
-      each.members.each([&](pd_mbr_hdl_t handle, const member &m) { replay(each, m.action->handle, 0, handle, 0); });
+      each.members.each([&](pd_mbr_hdl_t handle, const member &m) { replay(each, m.use->handle, 0, handle, 0); });
       each.groups.each([&](pd_grp_hdl_t handle, const group &) { replay(each, 0, handle, 0, 0); });
       // In the order in which the members joined, so that a group ends with the action of the last one.
       each.groups.each([&](pd_grp_hdl_t handle, const group &g) {
         for (const membership &m : g.members)
-          replay(each, each.members.find(m.member)->action->handle, handle, m.member, 1);
+          replay(each, each.members.find(m.member)->use->handle, handle, m.member, 1);
       });
     }
     return success;

@@ -10,12 +10,10 @@
 #include <span>
 #include <utility>
 
+#include "kinds.h"
 #include "record_sizes.h"
 
 namespace tarvex::pd {
-
-enum class match_kind : std::uint8_t { exact, ternary, lpm, partition };
-enum class table_kind : std::uint8_t { keyless, exact, ternary, lpm };
 
 /// A key field: where its member stands in the caller's structure and where its bytes stand in the key.
 struct field_row {
@@ -50,8 +48,6 @@ struct action_row {
   const std::uint32_t *index_resources;  // whose index the index parameter holds; a later one found stands
   std::uint16_t index_resource_count;
 };
-
-enum class resource_form : std::uint8_t { direct_counter, direct_meter, direct_register, indexed, detached };
 
 struct resource_row {
   std::uint32_t handle;

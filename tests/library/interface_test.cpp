@@ -35,7 +35,7 @@ constexpr other_check other_checks[] = {
     {"read_back_test.cpp", unbuild_key, unbuild_mask},
     {"profile_test.cpp", get_member, get_full_member_info_from_plcmt_data},
     {"the test of handles below", get_mat_table_handle, get_mat_table_handle},
-    {"the test of handles below", get_profile_table_handle, get_profile_table_handle},
+    {"the test of handles below", get_adt_table_handle, get_sel_table_handle},
     {"register_test.cpp", register_read, register_range_read},
     {"digest_test.cpp", learning_digest, learning_digest, "_get_digest_entry_"},
     {"hash_test.cpp", hash_access, hash_access},
@@ -340,9 +340,9 @@ TEST(interface, meters_refuse_a_type_that_cannot_be)
 TEST(interface, handles_are_given_out_without_the_driver)
 {
   for (const exported_function &function : calls::functions) {
-    if (function.family != get_mat_table_handle && function.family != get_profile_table_handle) continue;
-    const bool of_profile = function.profile != nullptr;
-    const bool selector = std::string_view(function.name).ends_with("_get_sel_table_handle");
+    const bool selector = function.family == get_sel_table_handle;
+    const bool of_profile = selector || function.family == get_adt_table_handle;
+    if (!of_profile && function.family != get_mat_table_handle) continue;
     driver().reset();
     call call(function);
     EXPECT_EQ(call.run(), 0u) << function.name;

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "catalogue.h"
 #include "match_fault.h"
 #include "nearest.h"
 #include "records.h"

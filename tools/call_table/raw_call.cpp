@@ -31,20 +31,9 @@ ffi_type *type_of(argument_kind kind)
   return &ffi_type_uint64;
 }
 
-std::array<argument_row, 256> rows_by_kind()
-{
-  std::array<argument_row, 256> rows{};
-  for (const argument_row &row : arguments) rows[static_cast<std::size_t>(row.kind)] = row;
-  return rows;
-}
-
 }  // namespace
 
-const argument_row &row_of(argument_kind kind)
-{
-  static const std::array<argument_row, 256> rows = rows_by_kind();
-  return rows[static_cast<std::size_t>(kind)];
-}
+const argument_row &row_of(argument_kind kind) { return arguments[static_cast<std::size_t>(kind)]; }
 
 raw_call::raw_call(const exported_function &function) : function_(function)
 {

@@ -80,7 +80,7 @@ void check_file_order(const model &m, diagnostics &diag)
     if (h.sound) hashes[h.at.file].next(subject(diag, "hash_calculation", h), "handle", h.handle);
   }
   for (const resource &r : m.resources) {
-    if (r.sound) resources[{r.at.file, r.kind}].next(subject(diag, kind_name(r.kind), r), "handle", r.handle);
+    if (r.sound) resources[{r.at.file, r.kind}].next(subject(diag, word_of(r.kind), r), "handle", r.handle);
   }
 }
 
@@ -102,7 +102,7 @@ void check_handles(const model &m, diagnostics &diag)
   }
   for (const resource &r : m.resources) {
     if (!r.sound) continue;
-    handles.add(subject(diag, kind_name(r.kind), r), "handle", r.handle, kind_of(r), quoted(kind_name(r.kind), r.name));
+    handles.add(subject(diag, word_of(r.kind), r), "handle", r.handle, kind_of(r), quoted(word_of(r.kind), r.name));
   }
   for (const hash_calculation &h : m.hashes) {
     if (!h.sound) continue;

@@ -132,7 +132,7 @@ void check_names(const model &m, diagnostics &diag)
   }
   for (const profile &p : m.profiles) check_name(subject(diag, "profile", p), p.name, "a profile", owners);
   for (const resource &r : m.resources) {
-    check_name(subject(diag, kind_name(r.kind), r), r.name, "a " + std::string(kind_name(r.kind)), resources);
+    check_name(subject(diag, word_of(r.kind), r), r.name, "a " + std::string(word_of(r.kind)), resources);
   }
   for (const hash_calculation &h : m.hashes) {
     check_name(subject(diag, "hash_calculation", h), h.name, "a hash_calculation", calculations);

@@ -14,7 +14,7 @@ namespace {
 /// Elements of the driver's resource list.
 constexpr std::size_t longest_list = 4;
 
-std::string quoted(const resource &r) { return std::string(kind_name(r.kind)) + " '" + r.name + "'"; }
+std::string quoted(const resource &r) { return std::string(word_of(r.kind)) + " '" + r.name + "'"; }
 
 bool fits(resource_form form, const resource &r)
 {
@@ -28,7 +28,7 @@ bool fits(resource_form form, const resource &r)
 
 std::string forms_of(const resource &r)
 {
-  return r.direct ? "'direct " + std::string(kind_name(r.kind)) + "'" : "'indexed' or 'detached'";
+  return r.direct ? "'direct " + std::string(word_of(r.kind)) + "'" : "'indexed' or 'detached'";
 }
 
 bool names(const action_use &u, const resource &r)
@@ -103,7 +103,7 @@ indexes indexes_of(const action_use &u)
 
 void check_resource(const model &m, const resource &r, diagnostics &diag)
 {
-  const subject about(diag, kind_name(r.kind), r);
+  const subject about(diag, word_of(r.kind), r);
   if (r.table.empty()) return;
   const table *t = m.find_table(r.table);
   if (t == nullptr) return about.error("table", "there is no table '" + r.table + "'");

@@ -43,11 +43,11 @@ void emit_public_headers(const model &m, const functions &all, const std::filesy
 /// pd/: constant descriptors, exported functions, names; symbols.map; exported_symbols.txt.
 void emit_library_sources(const model &m, const functions &all, const std::filesystem::path &folder);
 
-/// call_table/: every exported function with its address and the kinds of its arguments, and all rows at run time.
+/// call_table/: every exported function with its address and the kinds of its arguments.
 void emit_call_table(const model &m, const functions &all, const std::filesystem::path &folder);
 
-/// standin/pipeline_rows.cpp: what the stand-in switch knows of the pipeline.
-void emit_pipeline_rows(const model &m, const std::filesystem::path &folder);
+/// rows/pipeline_rows.cpp: all rows at run time.
+void emit_rows(const model &m, const std::filesystem::path &folder);
 
 /// pd/snapshot_fields.cpp: the fields of snapshots.
 void emit_snapshot_fields(const model &m, const std::filesystem::path &folder);

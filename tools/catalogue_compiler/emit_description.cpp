@@ -20,7 +20,7 @@ void describe(generated_file &to, const field &f)
   std::string companion;
   if (f.match == match_kind::ternary) companion = " mask " + range(f.companion_offset, storage_size(f.type));
   if (f.match == match_kind::lpm) companion = " prefix length " + range(f.companion_offset, 2);
-  to.line("  field ", f.name, " (", f.short_name, "): ", match_name(f), ", ", to_string(f.bits), " bits, key ",
+  to.line("  field ", f.name, " (", f.short_name, "): ", word_of(match_of(f)), ", ", to_string(f.bits), " bits, key ",
           f.key.partition ? "none, counts " : "", range(f.key.first, f.key.count), ", member ",
           range(f.offset, storage_size(f.type)), companion, ", live ", f.live_all ? "all" : live_mask_text(f),
           ", display ", f.display.empty() ? "none" : f.display);
@@ -32,7 +32,7 @@ void describe(generated_file &to, const model &m, const action_use &u)
   std::string text = "  action " + a.name + ": " + to_string(u.enum_value) + ", " + hex(u.handle) + ", data " +
                      to_string(a.data_bits) + " bits " + to_string(a.data_bytes) + " bytes";
   if (u.is_default) text += ", may be default";
-  for (const resource_use &r : u.resources) text += ", " + std::string(form_name(r.form)) + " " + hex(r.handle);
+  for (const resource_use &r : u.resources) text += ", " + identifier(r.form) + " " + hex(r.handle);
   to.line(text);
 }
 
@@ -42,7 +42,7 @@ void emit_description(const model &m, const std::filesystem::path &folder)
 {
   generated_file to;
   for (const table &t : m.tables) {
-    std::string head = "table " + t.name + ": " + hex(t.handle) + ", " + std::string(kind_name(t));
+    std::string head = "table " + t.name + ": " + hex(t.handle) + ", " + std::string(word_of(t.kind));
     if (t.keyed())
       head += ", key " + to_string(t.key_bits) + " bits " + to_string(t.key_bytes) + " bytes, structure " +
               to_string(t.record_size) + " bytes";
@@ -67,8 +67,8 @@ void emit_description(const model &m, const std::filesystem::path &folder)
     for (const action_use &u : p.actions) describe(to, m, u);
   }
   for (const resource &r : m.resources) {
-    to.line(r.kind == resource_kind::register_ ? "register" : kind_name(r), " ", r.name, ": ", hex(r.handle),
-            is_direct(r) ? ", direct" : ", indirect", r.table.empty() ? "" : ", table " + r.table);
+    to.line(word_of(r.kind), " ", r.name, ": ", hex(r.handle), is_direct(r) ? ", direct" : ", indirect",
+            r.table.empty() ? "" : ", table " + r.table);
   }
   for (const snapshot_layout &layout : m.snapshot_layouts) {
     to.line("snapshot ", layout.name, ": ", to_string(layout.fields.size()), " fields in ", to_string(layout.bytes),

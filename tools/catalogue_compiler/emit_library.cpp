@@ -55,8 +55,7 @@ void use_descriptors(generated_file &to, const std::string &owner, const std::ve
     if (!u.resources.empty()) {
       std::string list;
       for (const resource_use &r : u.resources)
-        list +=
-            (list.empty() ? "{" : ", {") + hex(r.handle) + ", resource_form::" + std::string(form_name(r.form)) + "}";
+        list += (list.empty() ? "{" : ", {") + hex(r.handle) + ", " + enumerator("resource_form", r.form) + "}";
       to.line("inline constexpr resource_row ", n, "_resources[] = {", list, "};");
     }
     to.line("inline constexpr action_use_row ", n, " = {", hex(u.handle), ", &actions::", u.name, ", ",
@@ -81,10 +80,10 @@ void table_descriptors(generated_file &to, const table &t)
     for (const field &f : t.fields)
       to.line("    {", offset_of(type, f.name), ", ", to_string(storage_size(f.type)), ", ",
               offset_of(type, companion_name(f)), ", ", to_string(f.bits), ", ", to_string(f.key.first), ", ",
-              to_string(f.key.count), ", match_kind::", match_name(f), "},");
+              to_string(f.key.count), ", ", enumerator("match_kind", match_of(f)), "},");
     to.line("};");
   }
-  to.line("inline constexpr table_row ", t.name, " = {", hex(t.handle), ", table_kind::", kind_name(t), ", ",
+  to.line("inline constexpr table_row ", t.name, " = {", hex(t.handle), ", ", enumerator("table_kind", t.kind), ", ",
           to_string(t.key_bits), ", ", to_string(t.key_bytes), ", ", t.keyed() ? "sizeof(" + type + ")" : "0", ", ",
           array_or_null(!t.keyed(), t.name + "_fields"), ", ", to_string(t.fields.size()), ", ",
           array_or_null(t.actions.empty(), "uses::" + t.name + "_all"), ", ", to_string(t.actions.size()), "};");

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <cctype>
+#include <iterator>
+#include <stdexcept>
 
 namespace catalogue {
 
@@ -61,6 +63,130 @@ std::vector<exported_function> list_functions(const model &m)
 
 namespace {
 
+// In the order in which tests and tools go over them.
+constexpr std::string_view family_names[] = {
+    "lifecycle",
+    "unbuild_action_spec",
+    "entry_add",
+    "entry_modify",
+    "entry_modify_by_match_spec",
+    "entry_delete",
+    "entry_delete_by_match_spec",
+    "match_spec_to_entry_hdl",
+    "set_default_action",
+    "reset_default_entry",
+    "get_default_entry_handle",
+    "get_entry",
+    "get_indirect_entry",
+    "get_entry_count",
+    "get_first_entry_handle",
+    "get_next_entry_handles",
+    "unbuild_key",
+    "unbuild_mask",
+    "set_property",
+    "get_property",
+    "register_mat_update_cb",
+    "get_mat_table_handle",
+    "idle_tmo_enable",
+    "idle_tmo_disable",
+    "idle_register_tmo_cb",
+    "set_ttl",
+    "get_ttl",
+    "update_hit_state",
+    "get_hit_state",
+    "add_member",
+    "modify_member",
+    "del_member",
+    "register_callback",
+    "create_group",
+    "del_group",
+    "add_member_to_group",
+    "del_member_from_group",
+    "group_member_state_set",
+    "group_member_state_get",
+    "set_fallback_member",
+    "reset_fallback_member",
+    "sel_track_updates",
+    "get_member",
+    "get_member_from_plcmt_data",
+    "get_full_member_info_from_plcmt_data",
+    "get_first_of_profile",
+    "get_next_of_profile",
+    "get_act_prof_entry_count",
+    "get_selector_group_count",
+    "register_adt_update_cb",
+    "register_sel_update_cb",
+    "get_adt_table_handle",
+    "get_sel_table_handle",
+    "get_first_group_member",
+    "get_next_group_members",
+    "add_indirect_entry",
+    "modify_indirect_entry",
+    "modify_indirect_entry_by_match_spec",
+    "set_indirect_default",
+    "digest_register",
+    "digest_deregister",
+    "digest_notify_ack",
+    "learning_digest",
+    "value_set_set_property",
+    "value_set_get_property",
+    "value_set_entry_add",
+    "value_set_entry_modify",
+    "value_set_entry_delete",
+    "meter_access",
+    "register_access",
+    "hash_access",
+    "counter_read",
+    "counter_write",
+    "counter_hw_sync",
+    "meter_set",
+    "meter_read",
+    "wred_set",
+    "wred_read",
+    "register_read",
+    "register_range_read",
+    "register_write",
+    "register_write_all",
+    "register_reset_all",
+    "register_range_reset",
+    "register_hw_sync",
+    "hash_input_set",
+    "hash_input_get",
+    "hash_algorithm_set",
+    "hash_algorithm_get",
+    "hash_seed_set",
+    "hash_seed_get",
+    "hash_field_count_get",
+    "hash_fields_set",
+    "hash_fields_get",
+    "hash_common_field",
+    "hash_own_field",
+    "match_spec_schema",
+    "match_spec_value",
+    "match_spec_print",
+    "match_specs_are_equal",
+    "field_width",
+    "get_entry_from_plcmt_data",
+    "get_indirect_entry_from_plcmt_data",
+    "plcmt_data_print",
+    "plcmt_data_value",
+    "plcmt_data_eq_to_hw",
+    "match_spec_stringify_for_counter",
+    "stringify_counter_match_spec",
+    "table_schema",
+    "table_value",
+    "supports_entry_priority",
+    "action_schema",
+    "action_value",
+    "action_print",
+    "action_specs_are_equal",
+    "profile_schema",
+    "adt_plcmt_data_print",
+    "adt_plcmt_data_value",
+    "dispatch",
+    "snapshot",
+};
+
 template <class Wanted>
 std::vector<const exported_function *> functions_where(const std::vector<exported_function> &all, Wanted wanted)
 {
@@ -71,6 +197,15 @@ std::vector<const exported_function *> functions_where(const std::vector<exporte
 }
 
 }  // namespace
+
+std::span<const std::string_view> families() { return family_names; }
+
+std::string_view family_named(std::string_view name)
+{
+  const auto found = std::find(std::begin(family_names), std::end(family_names), name);
+  if (found == std::end(family_names)) throw std::logic_error("no family '" + std::string(name) + "'");
+  return *found;
+}
 
 std::vector<const exported_function *> functions_of_group(const std::vector<exported_function> &all, std::size_t group)
 {

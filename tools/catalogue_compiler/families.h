@@ -5,6 +5,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,7 +14,7 @@
 
 namespace catalogue {
 
-/// An argument of an exported function. Its kind is an enumerator of the call table's argument_kind.
+/// An argument of an exported function.
 struct argument {
   std::string_view kind;
   std::string type;  // with its blank, or its star: "uint32_t ", "const char *"
@@ -23,11 +24,11 @@ struct argument {
   std::string declaration() const { return type + name; }
 };
 
-enum class result_kind { status, none, number, text, pointer, count, truth };
+using tarvex::result_kind;
 
 struct exported_function {
   std::string name;
-  std::string_view family;  // an enumerator of the call table's family_id
+  std::string_view family;  // of families()
   result_kind result = result_kind::status;
   std::vector<argument> arguments;
   std::string brief;
@@ -45,6 +46,11 @@ struct exported_function {
   const action_use *use = nullptr;
   const action *of_action = nullptr;
 };
+
+/// Names of all families; family_id has them as enumerators.
+std::span<const std::string_view> families();
+/// Throws std::logic_error where there is none of the name.
+std::string_view family_named(std::string_view name);
 
 /// All exported functions, in the order in which headers show them.
 std::vector<exported_function> list_functions(const model &m);

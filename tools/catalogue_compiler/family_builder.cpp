@@ -24,7 +24,7 @@ std::string replaced(std::string_view text, std::string_view what, const std::st
 function_builder::function_builder(std::string_view family, const table &t, const std::string &operation)
 {
   made_.name = export_prefix + t.name + "_" + operation;
-  made_.family = family;
+  made_.family = family_named(family);
   made_.of_table = &t;
   descriptors_ = table_descriptor(t);
   made_.returns = "0, or the driver's status";
@@ -73,7 +73,7 @@ function_builder::function_builder(std::string_view family, const value_set &v, 
 function_builder::function_builder(std::string_view family, std::string name)
 {
   made_.name = std::move(name);
-  made_.family = family;
+  made_.family = family_named(family);
 }
 
 function_builder &function_builder::use(const model &m, const action_use &u)

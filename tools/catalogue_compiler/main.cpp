@@ -60,7 +60,7 @@ int main(int argc, char **argv)
     catalogue::emit_services(m, all, output);
     catalogue::emit_snapshot_fields(m, output);
     catalogue::emit_call_table(m, all, output);
-    catalogue::emit_pipeline_rows(m, output);
+    catalogue::emit_rows(m, output);
     catalogue::emit_description(m, output);
   } catch (const std::bad_alloc &) {
     std::fputs("catalogue_compiler: out of memory\n", stderr);

@@ -22,21 +22,6 @@ const position &origin::of(std::string_view key) const
   return found == values.end() ? at : found->second;
 }
 
-std::string_view kind_name(resource_kind kind)
-{
-  switch (kind) {
-    case resource_kind::counter: return "counter";
-    case resource_kind::meter: return "meter";
-    case resource_kind::wred: return "wred";
-    default: return "register";
-  }
-}
-
-std::string_view direction_name(snapshot_direction direction)
-{
-  return direction == snapshot_direction::ingress ? "ingress" : "egress";
-}
-
 const field *table::find_field(const std::string &wanted) const
 {
   const auto found = std::find_if(fields.begin(), fields.end(), [&](const field &f) { return f.name == wanted; });

@@ -12,6 +12,8 @@
 #include <string_view>
 #include <vector>
 
+#include "kinds.h"
+
 namespace catalogue {
 
 /// Where something stands in a catalogue file.
@@ -38,10 +40,12 @@ bool all_sound(const origin &owner, const std::vector<Row> &rows)
   return owner.sound && std::all_of(rows.begin(), rows.end(), [](const origin &row) { return row.sound; });
 }
 
-enum class match_kind { exact, ternary, lpm };
-enum class table_kind { exact, ternary, lpm, keyless };
-enum class snapshot_direction { ingress, egress };
-enum class resource_form { direct_counter, direct_meter, direct_register, indexed, detached };
+using tarvex::match_kind;
+using tarvex::resource_form;
+using tarvex::resource_kind;
+using tarvex::snapshot_direction;
+using tarvex::table_kind;
+using tarvex::word_of;
 
 /// Member type of the caller's structures.
 enum class storage { u8, u16, u32, bytes16 };
@@ -173,11 +177,6 @@ struct profile : origin {
   std::vector<action_use> actions;
 };
 
-enum class resource_kind { counter, meter, wred, register_ };
-
-/// The word of the rows: "counter", "meter", "wred", "register".
-std::string_view kind_name(resource_kind kind);
-
 struct resource : origin {
   std::string name;
   std::uint32_t handle = 0;
@@ -221,9 +220,6 @@ struct value_set : origin {
   std::string name;
   std::uint32_t handle = 0;
 };
-
-/// "ingress", "egress"
-std::string_view direction_name(snapshot_direction direction);
 
 /// A field of a snapshot, in the trigger records and in the captures.
 struct snapshot_field : origin {

@@ -57,7 +57,7 @@ void sort_all(model &m)
     // A pipeline without snapshots has layouts without fields.
     snapshot_layout &none = m.snapshot_layouts.emplace_back();
     none.direction = direction;
-    none.name = direction_name(direction);
+    none.name = word_of(direction);
     none.sound = true;
   }
   sort_rows(m.snapshot_layouts, &snapshot_layout::direction);

@@ -106,7 +106,7 @@ struct profile_table_words {
   std::string_view handle;    // kinds of arguments
   std::string_view handle_out;
   std::string_view next_handles_out;
-  std::string count, callback, get_handle;  // operations
+  std::string count, callback, get_handle;  // operations, and families of their own
 };
 
 void add_walks(std::vector<exported_function> &to, const model &m, const profile &p, const profile_table_words &w)
@@ -124,15 +124,15 @@ void add_walks(std::vector<exported_function> &to, const model &m, const profile
                                                   {w.handle, {}, "the one to start after"},
                                                   {"handle_count"},
                                                   {w.next_handles_out}}));
-  to.push_back(function_builder("get_profile_count", m, p, w.count)
+  to.push_back(function_builder(w.count, m, p, w.count)
                    .with(w.table)
                    .brief("Counts the " + w.things + ".")
                    .calls("get_profile_count", {{"sess_hdl"}, {"dev_tgt"}, {"entry_count_out"}}));
-  to.push_back(function_builder("register_profile_update_cb", m, p, w.callback)
+  to.push_back(function_builder(w.callback, m, p, w.callback)
                    .with(w.table)
                    .brief("Has the driver call back when the " + w.things + " change.")
                    .calls("register_profile_update_cb", {{"sess_hdl"}, {"whole_dev_id"}, {"callback"}, {"cookie"}}));
-  to.push_back(function_builder("get_profile_table_handle", m, p, w.get_handle)
+  to.push_back(function_builder(w.get_handle, m, p, w.get_handle)
                    .with(w.table)
                    .brief("Gives the handle by which the driver knows the table of the " + w.things + ".")
                    .result(result_kind::status, "0")

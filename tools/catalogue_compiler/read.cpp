@@ -60,7 +60,7 @@ void catalogue_reader::read_rows(const toml::table &root, const std::string &ste
   file.each_extra("profile", [&](const toml::table &node) { made.profiles.push_back(read_profile(node, file)); });
   for (const resource_kind kind :
        {resource_kind::counter, resource_kind::meter, resource_kind::wred, resource_kind::register_}) {
-    file.each_extra(kind_name(kind),
+    file.each_extra(word_of(kind),
                     [&](const toml::table &node) { made.resources.push_back(read_resource(node, file, kind)); });
   }
   file.each_extra("hash_calculation",

@@ -8,12 +8,6 @@ namespace catalogue {
 
 namespace {
 
-constexpr word<resource_form> resource_forms[] = {{"direct counter", resource_form::direct_counter},
-                                                  {"direct meter", resource_form::direct_meter},
-                                                  {"direct register", resource_form::direct_register},
-                                                  {"indexed", resource_form::indexed},
-                                                  {"detached", resource_form::detached}};
-
 parameter read_parameter(const toml::table &node, row &owner)
 {
   row r(node, owner, "parameter");
@@ -33,7 +27,7 @@ resource_use read_resource_use(const toml::table &node, row &owner)
 {
   row r(node, owner, "resource", "");
   resource_use u;
-  u.form = r.choice<resource_form>("form", resource_forms);
+  u.form = r.choice<resource_form>("form");
   u.handle = r.number("handle");
   if (u.form == resource_form::indexed) u.param = r.text("param");
   static_cast<origin &>(u) = r.finish();

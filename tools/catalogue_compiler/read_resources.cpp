@@ -13,7 +13,7 @@ constexpr word<bool> directness_words[] = {{"direct", true}, {"indirect", false}
 
 resource read_resource(const toml::table &node, row &file, resource_kind kind)
 {
-  row r(node, file, kind_name(kind));
+  row r(node, file, word_of(kind));
   resource made;
   made.name = r.text("name");
   made.handle = r.number("handle");

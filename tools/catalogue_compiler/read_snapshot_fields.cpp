@@ -22,12 +22,10 @@ snapshot_field read_snapshot_field(const toml::table &node, row &layout)
 
 snapshot_layout read_snapshot_layout(const toml::table &node, row &file)
 {
-  static constexpr word<snapshot_direction> directions[] = {{"ingress", snapshot_direction::ingress},
-                                                            {"egress", snapshot_direction::egress}};
   row r(node, file, "snapshot_layout");
   snapshot_layout made;
-  made.direction = r.choice<snapshot_direction>("name", directions);
-  made.name = direction_name(made.direction);
+  made.direction = r.choice<snapshot_direction>("name");
+  made.name = word_of(made.direction);
   made.bytes = r.number("bytes");
   r.each("fields", [&](const toml::table &inner) { made.fields.push_back(read_snapshot_field(inner, r)); });
   static_cast<origin &>(made) = r.finish();

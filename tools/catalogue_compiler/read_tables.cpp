@@ -8,12 +8,7 @@ namespace catalogue {
 
 namespace {
 
-constexpr word<table_kind> table_kinds[] = {{"exact", table_kind::exact},
-                                            {"ternary", table_kind::ternary},
-                                            {"lpm", table_kind::lpm},
-                                            {"keyless", table_kind::keyless}};
-
-constexpr word<match_kind> match_kinds[] = {{"ternary", match_kind::ternary}, {"lpm", match_kind::lpm}};
+constexpr std::array match_kinds = {match_kind::ternary, match_kind::lpm};
 
 constexpr std::string_view keyed_only[] = {"key_bits",     "key_bytes", "fields",   "record_bytes",
                                            "record_order", "profile",   "idle_time"};
@@ -27,7 +22,7 @@ field read_key_field(const toml::table &node, row &owner)
   f.type = read_storage(r);
   f.bits = r.number("bits");
   read_live_mask(r, f);
-  f.match = r.extra_choice<match_kind>("match", match_kind::exact, match_kinds);
+  f.match = r.extra_choice("match", match_kind::exact, match_kinds);
   f.key = read_byte_range(r, "key", true);
   f.display = read_display(r);
   f.room = r.extra_number("room");
@@ -46,7 +41,7 @@ table read_table(const toml::table &node, row &file)
   t.name = r.text("name");
   t.about = r.extra_text("about");
   t.handle = r.number("handle");
-  t.kind = r.choice<table_kind>("kind", table_kinds);
+  t.kind = r.choice<table_kind>("kind");
   t.idle_time = r.mark("idle_time");
   r.each_extra("counter_label", [&](const toml::table &inner) { t.label.push_back(read_label_piece(inner, r)); });
   t.profile = r.extra_text("profile");

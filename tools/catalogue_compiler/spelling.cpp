@@ -56,37 +56,9 @@ std::string field_comment(const field &f)
 
 }  // namespace
 
-std::string_view kind_name(const table &t)
-{
-  static constexpr std::string_view names[] = {"exact", "ternary", "lpm", "keyless"};
-  return names[static_cast<int>(t.kind)];
-}
-
-std::string_view kind_name(const resource &r)
-{
-  static constexpr std::string_view names[] = {"counter", "meter", "wred", "register_"};
-  return names[static_cast<int>(r.kind)];
-}
-
 bool is_direct(const resource &r) { return r.direct && r.kind != resource_kind::register_; }
 
-std::string_view match_name(const field &f)
-{
-  if (f.key.partition) return "partition";
-  if (f.match == match_kind::ternary) return "ternary";
-  return f.match == match_kind::lpm ? "lpm" : "exact";
-}
-
-std::string_view form_name(resource_form form)
-{
-  switch (form) {
-    case resource_form::direct_counter: return "direct_counter";
-    case resource_form::direct_meter: return "direct_meter";
-    case resource_form::direct_register: return "direct_register";
-    case resource_form::indexed: return "indexed";
-    default: return "detached";
-  }
-}
+match_kind match_of(const field &f) { return f.key.partition ? match_kind::partition : f.match; }
 
 std::string offset_of(const std::string &type, const std::string &name)
 {

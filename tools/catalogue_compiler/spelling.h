@@ -3,6 +3,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,13 +13,27 @@
 
 namespace catalogue {
 
-std::string_view kind_name(const table &t);
-std::string_view kind_name(const resource &r);
+/// "direct_counter"
+template <class Kind>
+std::string identifier(Kind kind)
+{
+  std::string name(word_of(kind));
+  std::ranges::replace(name, ' ', '_');
+  return name;
+}
+/// The enumerator of a kind, with its type: "resource_kind::register_", as C++ has words of its own.
+template <class Kind>
+std::string enumerator(std::string_view type, Kind kind)
+{
+  const std::string name = identifier(kind);
+  return std::string(type) + "::" + name + (name == "register" ? "_" : "");
+}
+
 /// Whether its cells are addressed by the entries that it hangs on. Registers are named by entries but addressed by
 /// index.
 bool is_direct(const resource &r);
-std::string_view match_name(const field &f);
-std::string_view form_name(resource_form form);
+/// How it is matched, a partition field included.
+match_kind match_of(const field &f);
 /// The bits of a field that the pipeline matches on, "0x7fff".
 std::string live_mask_text(const field &f);
 

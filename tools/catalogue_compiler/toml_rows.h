@@ -69,11 +69,32 @@ class row {
     return Value{};
   }
 
+  /// A word of a kind, among those `allowed`.
+  template <class Kind, std::size_t Count>
+  Kind choice(std::string_view key, const std::array<Kind, Count> &allowed)
+  {
+    std::vector<word<Kind>> known;
+    for (const Kind kind : allowed) known.emplace_back(tarvex::word_of(kind), kind);
+    return choice<Kind>(key, std::span<const word<Kind>>(known));
+  }
+  template <class Kind>
+  Kind choice(std::string_view key)
+  {
+    std::array<Kind, tarvex::words<Kind>.size()> all;
+    for (std::size_t i = 0; i < all.size(); ++i) all[i] = static_cast<Kind>(i);
+    return choice(key, all);
+  }
+
   /// A word that stands only where it is not the usual one, which `words` does not hold.
   template <class Value>
   Value extra_choice(std::string_view key, Value usual, std::span<const word<Value>> words)
   {
     return optional(key) ? choice(key, words) : usual;
+  }
+  template <class Kind, std::size_t Count>
+  Kind extra_choice(std::string_view key, Kind usual, const std::array<Kind, Count> &allowed)
+  {
+    return optional(key) ? choice(key, allowed) : usual;
   }
 
   /// Calls `read` with each table of the array `key`, in their order; a row without the array has none.

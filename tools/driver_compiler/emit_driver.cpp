@@ -45,16 +45,16 @@ void each_function(const std::vector<group> &groups, Emit emit)
   }
 }
 
-template <class Kind, std::size_t Count>
-std::string enumerator(std::string_view type, Kind kind, const std::array<std::string_view, Count> &words)
+template <class Kind>
+std::string enumerator(std::string_view type, Kind kind)
 {
-  return std::string(type) + "::" + std::string(words[static_cast<std::size_t>(kind)]);
+  return std::string(type) + "::" + std::string(tarvex::word_of(kind));
 }
 
 std::string row_of(const argument &a)
 {
-  std::string row = "{\"" + a.name + "\", " + enumerator("value_kind", a.kind, tarvex::driver::value_kind_words) +
-                    ", " + enumerator("direction", a.way, tarvex::driver::direction_words) + ", sizeof(" + a.type + ")";
+  std::string row = "{\"" + a.name + "\", " + enumerator("value_kind", a.kind) + ", " + enumerator("direction", a.way) +
+                    ", sizeof(" + a.type + ")";
   if (a.room) row += ", " + std::to_string(*a.room) + ", " + std::to_string(*a.filled);
   return row + "}";
 }
@@ -108,9 +108,8 @@ generated_file row_definitions(const std::vector<group> &groups)
   each_function(groups, [&](const function &f) {
     all.push_back("&" + f.name);
     made.line("template <>\ninline constexpr call_row row_of<&", f.name, "> = {");
-    made.line("    \"", f.name, "\", ", enumerator("result_kind", f.result, tarvex::driver::result_kind_words), ", ",
-              enumerator("call_effect", f.effect, tarvex::driver::call_effect_words), ", ",
-              std::to_string(f.arguments.size()), ", {{");
+    made.line("    \"", f.name, "\", ", enumerator("result_kind", f.result), ", ", enumerator("call_effect", f.effect),
+              ", ", std::to_string(f.arguments.size()), ", {{");
     for (const argument &a : f.arguments) made.line("        ", row_of(a), ",");
     made.line("    }}};");
   });

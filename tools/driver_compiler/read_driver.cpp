@@ -27,23 +27,11 @@ std::vector<std::string> keys_in_order(const toml::table &node)
   return sorted;
 }
 
-template <class Kind, std::size_t Count>
-std::optional<Kind> kind_of(std::string_view word, const std::array<std::string_view, Count> &words)
-{
-  const auto found = std::ranges::find(words, word);
-  if (found == words.end()) return std::nullopt;
-  return static_cast<Kind>(found - words.begin());
-}
-
 /// Reads the word of `key`, the first of the kinds where there is none.
-template <class Kind, std::size_t Count>
-Kind read_kind(row &from, std::string_view key, const std::array<std::string_view, Count> &words)
+template <class Kind>
+Kind read_kind(row &from, std::string_view key)
 {
-  const std::string word = from.extra_text(key);
-  if (word.empty()) return Kind{};
-  if (const auto kind = kind_of<Kind>(word, words)) return *kind;
-  from.error(key, in_quotes(key) + " is " + in_quotes(word) + "; it must be " + catalogue::list_words(words));
-  return Kind{};
+  return from.optional(key) ? from.choice<Kind>(key) : Kind{};
 }
 
 class reader {
@@ -55,7 +43,7 @@ class reader {
     file_.each("kinds", [&](const toml::table &node) {
       row r(node, file_, "kind", "");
       argument kind;
-      kind.kind = read_kind<value_kind>(r, "carries", tarvex::driver::value_kind_words);
+      kind.kind = read_kind<value_kind>(r, "carries");
       kind.type = r.extra_text("type");
       if (kind.type.empty()) kind.type = "uint32_t";
       kind.note = r.extra_text("note");
@@ -104,16 +92,16 @@ class reader {
     function made;
     made.name = name;
     made.doc = r.text("doc");
-    made.result = read_kind<result_kind>(r, "gives", tarvex::driver::result_kind_words);
+    made.result = read_kind<result_kind>(r, "gives");
     std::size_t effects = 0;
-    for (const std::string_view word : tarvex::driver::call_effect_words) {
+    for (const std::string_view word : tarvex::words<call_effect>) {
       if (!r.has(word)) continue;
-      made.effect = *kind_of<call_effect>(word, tarvex::driver::call_effect_words);
+      made.effect = *tarvex::kind_of_word<call_effect>(word);
       const std::string given = r.text(word, true);
       if (effects++ == 0) read_arguments(r, word, given, made.arguments);
     }
     if (effects != 1) {
-      r.error("doc", "its arguments must stand once, as " + catalogue::list_words(tarvex::driver::call_effect_words));
+      r.error("doc", "its arguments must stand once, as " + catalogue::list_words(tarvex::words<call_effect>));
     }
     r.finish();
     return made;
@@ -135,12 +123,12 @@ class reader {
         word.resize(colon);
       }
       const auto known = kinds_.find(word);
-      const auto goes = kind_of<direction>(way, tarvex::driver::direction_words);
+      const auto goes = tarvex::kind_of_word<direction>(way);
       if (known == kinds_.end()) {
         r.error(key, in_quotes(word) + " is no argument; 'kinds' lists them");
       } else if (!goes) {
         r.error(key, in_quotes(word) + " goes " + in_quotes(way) + "; it must be " +
-                         catalogue::list_words(tarvex::driver::direction_words));
+                         catalogue::list_words(tarvex::words<direction>));
       } else if (std::ranges::count(to, known->second.kind.name, &argument::name) != 0) {
         r.error(key, "two arguments are called " + in_quotes(known->second.kind.name));
       } else {

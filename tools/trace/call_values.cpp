@@ -104,7 +104,7 @@ class call_writer {
       case handle: return records_.row_handle(name, static_cast<std::uint32_t>(value));
       case device_target: return target(value);
       case state:
-        if (const calls::profile_info *const profile = profile_of(pointed_at<void>(value))) {
+        if (const rows::profile_info *const profile = profile_of(pointed_at<void>(value))) {
           member(at).name(profile->name);
           return;
         }
@@ -271,7 +271,7 @@ void write_result(value_writer &to, const call_row &row, word result)
     case result_kind::status: to.number(static_cast<std::uint32_t>(result)); break;
     case result_kind::nothing: break;
     case result_kind::state:
-      if (const calls::profile_info *const profile = profile_of(pointed_at<void>(result))) {
+      if (const rows::profile_info *const profile = profile_of(pointed_at<void>(result))) {
         to.name(profile->name);
         break;
       }

@@ -17,22 +17,22 @@ class meanings {
  public:
   meanings()
   {
-    for (const calls::table_info &table : calls::tables) {
+    for (const rows::table_info &table : rows::tables) {
       by_handle_[table.handle] = {table.name, &table, table.profile, nullptr, nullptr};
       add(table.actions, &table, nullptr);
     }
-    for (const calls::profile_info &profile : calls::profiles) {
+    for (const rows::profile_info &profile : rows::profiles) {
       for (const std::uint32_t handle : {profile.action_data_table, profile.selector_table}) {
         if (handle != 0) by_handle_[handle] = {profile.name, nullptr, &profile, nullptr, nullptr};
       }
       add(profile.actions, nullptr, &profile);
     }
-    for (const calls::resource_info &resource : calls::resources) {
+    for (const rows::resource_info &resource : rows::resources) {
       by_handle_[resource.handle] = {resource.name, nullptr, nullptr, nullptr, &resource};
     }
-    for (const calls::hash_info &hash : calls::hashes) by_handle_[hash.handle] = {hash.name};
-    for (const calls::table_info &table : calls::tables) table_fields_.push_back(shell::key_fields(table));
-    for (const calls::action_info &action : calls::actions) action_fields_.push_back(shell::parameter_fields(action));
+    for (const rows::hash_info &hash : rows::hashes) by_handle_[hash.handle] = {hash.name};
+    for (const rows::table_info &table : rows::tables) table_fields_.push_back(shell::key_fields(table));
+    for (const rows::action_info &action : rows::actions) action_fields_.push_back(shell::parameter_fields(action));
   }
 
   const handle_meaning *find(std::uint32_t handle) const
@@ -40,19 +40,19 @@ class meanings {
     const auto found = by_handle_.find(handle);
     return found == by_handle_.end() ? nullptr : &found->second;
   }
-  const auto &fields(const calls::table_info &table) const
+  const auto &fields(const rows::table_info &table) const
   {
-    return table_fields_[static_cast<std::size_t>(&table - calls::tables.data())];
+    return table_fields_[static_cast<std::size_t>(&table - rows::tables.data())];
   }
-  const auto &fields(const calls::action_info &action) const
+  const auto &fields(const rows::action_info &action) const
   {
-    return action_fields_[static_cast<std::size_t>(&action - calls::actions.data())];
+    return action_fields_[static_cast<std::size_t>(&action - rows::actions.data())];
   }
 
  private:
-  void add(std::span<const calls::use_info> uses, const calls::table_info *table, const calls::profile_info *profile)
+  void add(std::span<const rows::use_info> uses, const rows::table_info *table, const rows::profile_info *profile)
   {
-    for (const calls::use_info &use : uses) {
+    for (const rows::use_info &use : uses) {
       by_handle_[use.handle] = {use.action->name, table, profile, use.action, nullptr};
     }
   }
@@ -75,20 +75,17 @@ constinit std::atomic<std::size_t> states_made = 0;
 
 const handle_meaning *meaning_of(std::uint32_t handle) { return all_meanings().find(handle); }
 
-std::span<const shell::shown_field> fields_of(const calls::table_info &table) { return all_meanings().fields(table); }
-std::span<const shell::shown_field> fields_of(const calls::action_info &action)
-{
-  return all_meanings().fields(action);
-}
+std::span<const shell::shown_field> fields_of(const rows::table_info &table) { return all_meanings().fields(table); }
+std::span<const shell::shown_field> fields_of(const rows::action_info &action) { return all_meanings().fields(action); }
 
-void remember_state(ms_state *state) { states[states_made++ % calls::profiles.size()] = state; }
+void remember_state(ms_state *state) { states[states_made++ % rows::profiles.size()] = state; }
 
 ms_state *state_of(std::size_t profile) { return profile < states.size() ? states[profile].load() : nullptr; }
 
-const calls::profile_info *profile_of(const void *state)
+const rows::profile_info *profile_of(const void *state)
 {
-  for (std::size_t i = 0; state != nullptr && i < calls::profiles.size(); ++i) {
-    if (states[i] == state) return &calls::profiles[i];
+  for (std::size_t i = 0; state != nullptr && i < rows::profiles.size(); ++i) {
+    if (states[i] == state) return &rows::profiles[i];
   }
   return nullptr;
 }

@@ -50,31 +50,31 @@ void write_field(value_writer &to, std::string &text, const shell::shown_field &
 
 }  // namespace
 
-bool is_key_of(const calls::table_info &table, const drv_match_spec_t &key)
+bool is_key_of(const rows::table_info &table, const drv_match_spec_t &key)
 {
   if (key.key_bytes != table.key_bytes || table.fields.empty()) return false;
   if (key.key_value == nullptr || key.key_mask == nullptr) return false;
-  return std::ranges::all_of(table.fields, [&](const calls::field_info &field) {
-    return field.match != calls::match_kind::lpm ||
+  return std::ranges::all_of(table.fields, [&](const rows::field_info &field) {
+    return field.match != match_kind::lpm ||
            prefix_length(key.key_mask + field.key_at, field.key_size) <= 8u * field.key_size;
   });
 }
 
-void write_fields(value_writer &to, const calls::table_info &table, const drv_match_spec_t &key)
+void write_fields(value_writer &to, const rows::table_info &table, const drv_match_spec_t &key)
 {
   shell::record_memory record;
-  for (const calls::field_info &field : table.fields) {
+  for (const rows::field_info &field : table.fields) {
     const std::uint8_t *const mask = key.key_mask + field.key_at;
-    if (field.match == calls::match_kind::partition) {
+    if (field.match == match_kind::partition) {
       std::array<std::uint8_t, 4> partition{};
       for (unsigned i = 0; i < 4; ++i) partition[i] = static_cast<std::uint8_t>(key.partition_index >> (24 - 8 * i));
       put_member(record, field.member, field.member_size, partition.data(), partition.size());
     } else {
       put_member(record, field.member, field.member_size, key.key_value + field.key_at, field.key_size);
     }
-    if (field.match == calls::match_kind::ternary) {
+    if (field.match == match_kind::ternary) {
       put_member(record, field.companion, field.member_size, mask, field.key_size);
-    } else if (field.match == calls::match_kind::lpm) {
+    } else if (field.match == match_kind::lpm) {
       const auto length = static_cast<std::uint16_t>(prefix_length(mask, field.key_size));
       std::memcpy(record.data() + field.companion, &length, sizeof length);
     }
@@ -83,16 +83,16 @@ void write_fields(value_writer &to, const calls::table_info &table, const drv_ma
   for (const shell::shown_field &field : fields_of(table)) write_field(to, text, field, record);
 }
 
-bool is_data_of(const calls::action_info &action, const drv_act_data_t &data)
+bool is_data_of(const rows::action_info &action, const drv_act_data_t &data)
 {
   return data.data_bytes == action.data_bytes && data.data != nullptr;
 }
 
-void write_parameters(value_writer &to, const calls::action_info &action, const drv_act_data_t &data,
+void write_parameters(value_writer &to, const rows::action_info &action, const drv_act_data_t &data,
                       std::span<const drv_res_spec_t> resources)
 {
   shell::record_memory record;
-  for (const calls::param_info &parameter : action.params) {
+  for (const rows::param_info &parameter : action.params) {
     if (!parameter.resource_index) {
       put_member(record, parameter.member, parameter.member_size, data.data + parameter.data_at, parameter.data_size);
       continue;

@@ -9,13 +9,13 @@
 namespace tarvex::trace {
 
 /// Whether a key record has the bytes of the table's key, each mask of a prefix being one.
-bool is_key_of(const calls::table_info &table, const drv_match_spec_t &key);
+bool is_key_of(const rows::table_info &table, const drv_match_spec_t &key);
 /// Writes the fields, one member each, of a key that is the table's.
-void write_fields(value_writer &to, const calls::table_info &table, const drv_match_spec_t &key);
+void write_fields(value_writer &to, const rows::table_info &table, const drv_match_spec_t &key);
 
-bool is_data_of(const calls::action_info &action, const drv_act_data_t &data);
+bool is_data_of(const rows::action_info &action, const drv_act_data_t &data);
 /// Writes the parameters; those that are indices of resources stand in the list.
-void write_parameters(value_writer &to, const calls::action_info &action, const drv_act_data_t &data,
+void write_parameters(value_writer &to, const rows::action_info &action, const drv_act_data_t &data,
                       std::span<const drv_res_spec_t> resources);
 
 }  // namespace tarvex::trace

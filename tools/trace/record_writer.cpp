@@ -68,7 +68,7 @@ void record_writer::key(const drv_match_spec_t &key)
   if (known && to_.json()) to_.member("fields").open();
   if (known) write_fields(to_, *table, key);
   if (known && to_.json()) to_.close();
-  if (!to_.json() && (table == nullptr || table->kind == calls::table_kind::ternary)) {
+  if (!to_.json() && (table == nullptr || table->kind == table_kind::ternary)) {
     to_.member("priority").number(key.priority);
   }
   to_.close();
@@ -115,12 +115,12 @@ void record_writer::resource_list(std::span<const drv_res_spec_t> resources)
     row_handle("res_hdl", resource.res_hdl);
     to_.member("index").number(resource.res_index).member("tag").number(resource.res_tag);
     const handle_meaning *const meaning = meaning_of(resource.res_hdl);
-    const calls::resource_info *const row = meaning == nullptr ? nullptr : meaning->resource;
+    const rows::resource_info *const row = meaning == nullptr ? nullptr : meaning->resource;
     if (to_.json()) to_.member("value").bytes(resource.res_value.bytes);
-    if (row != nullptr && row->direct && row->kind == calls::resource_kind::meter) {
+    if (row != nullptr && row->direct && row->kind == resource_kind::meter) {
       to_.member("meter");
       members(meter_members, resource.res_value.bytes);
-    } else if (row != nullptr && row->direct && row->kind == calls::resource_kind::register_) {
+    } else if (row != nullptr && row->direct && row->kind == resource_kind::register_) {
       to_.member("register").number(resource.res_value.register_value);
     }
     to_.close();

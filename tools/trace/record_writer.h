@@ -16,8 +16,8 @@ class record_writer {
   explicit record_writer(value_writer &to) : to_(to) {}
 
   /// What the call is on, and so keys and action data belong to; null where that is not known.
-  const calls::table_info *table = nullptr;
-  const calls::action_info *action = nullptr;
+  const rows::table_info *table = nullptr;
+  const rows::action_info *action = nullptr;
 
   /// A name as it is shown: shorter in text.
   std::string_view shown(std::string_view name) const;

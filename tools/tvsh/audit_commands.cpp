@@ -268,8 +268,7 @@ class auditor {
   bool same_parameters(const action_info &action, const void *left, const void *right) const
   {
     if (action.params.empty()) return true;
-    const exported_function *const compare = find_function(
-        family_id::action_specs_are_equal, [&](const exported_function &each) { return each.action == &action; });
+    const exported_function *const compare = find_function(family_id::action_specs_are_equal, &action);
     function_call call(*compare, call_.where());
     return (call.give(action_spec, left).give(action_spec, right, 1).make() & 0xff) != 0;
   }

@@ -9,18 +9,22 @@
 #include <string_view>
 #include <vector>
 
-#include "call_table.h"
+#include "find_function.h"
 
 namespace tarvex::shell {
 
 using calls::action_info;
 using calls::exported_function;
 using calls::family_id;
+using calls::find_function;
+using calls::function_for;
+using calls::functions_of;
 using calls::hash_info;
 using calls::profile_info;
 using calls::resource_info;
 using calls::resource_kind;
 using calls::table_info;
+using calls::takes;
 using calls::use_info;
 
 /// These throw usage_error, with the nearest names, where nothing has the name.
@@ -35,39 +39,6 @@ const use_info &use_named(std::span<const use_info> uses, std::string_view name,
 const calls::digest_info &the_digest();
 const calls::value_set_info &the_value_set();
 const table_info &table_of(std::uint32_t handle);
-
-/// "exact", "ternary", "lpm" or "keyless".
-std::string_view kind_name(calls::table_kind kind);
-/// "counter", "meter", "wred" or "register".
-std::string_view kind_name(resource_kind kind);
-
-/// All functions of a family.
-std::span<const exported_function *const> functions_of(family_id family);
-
-/// The function of a family that a predicate holds for; null where there is none.
-template <typename Predicate>
-const exported_function *find_function(family_id family, Predicate predicate)
-{
-  for (const exported_function *function : functions_of(family)) {
-    if (predicate(*function)) return function;
-  }
-  return nullptr;
-}
-
-bool takes(const exported_function &function, calls::argument_kind kind);
-
-/// The function of a family for a row. Each exists wherever the shell asks for it: throws logic_error where it does
-/// not.
-/// Of a family with one function at most.
-const exported_function &function_for(family_id family);
-const exported_function &function_for(family_id family, const table_info &table);
-const exported_function &function_for(family_id family, const resource_info &resource);
-const exported_function &function_for(family_id family, const hash_info &hash);
-/// `kind`: one of its arguments, where a family has functions for members and functions for groups.
-const exported_function &function_for(family_id family, const table_info &table, calls::argument_kind kind);
-const exported_function &function_for(family_id family, const profile_info &profile, calls::argument_kind kind);
-/// For an action of a table or of a profile; null where the table has none for it (an action that is no default).
-const exported_function *function_for(family_id family, const use_info &use);
 
 /// Names of all rows of a span, for completion and suggestions.
 template <typename Rows>

@@ -43,7 +43,7 @@ void list_resources(const invocation &call, std::string_view list, std::span<con
               {{"name", longest_name(names_of(calls::resources))}, {"handle", 9}, {"kind", 8}, {"form", 8}, {"table"}});
   for (const resource_info &resource : calls::resources) {
     if (std::ranges::count(kinds, resource.kind) == 0) continue;
-    rows.cell(resource.name).handle(resource.handle).cell(kind_name(resource.kind));
+    rows.cell(resource.name).handle(resource.handle).cell(word_of(resource.kind));
     rows.cell(resource.direct ? "direct" : "indirect");
     if (resource.table != 0) {
       rows.cell(table_of(resource.table).name);

@@ -36,7 +36,7 @@ std::string entry_texts::key(const table_info &table, const record_memory &recor
     text += '=';
     text += value;
   }
-  if (table.kind == calls::table_kind::ternary) text += " priority=" + std::to_string(priority);
+  if (table.kind == table_kind::ternary) text += " priority=" + std::to_string(priority);
   return text;
 }
 
@@ -78,7 +78,7 @@ void entry_json::key(const table_info &table, const table_entry &entry)
     }
   }
   to_.close();
-  if (table.kind == calls::table_kind::ternary) to_.number("priority", entry.priority);
+  if (table.kind == table_kind::ternary) to_.number("priority", entry.priority);
 }
 
 void entry_json::action(const action_info &what, const record_memory &parameters)

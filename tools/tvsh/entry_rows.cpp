@@ -41,7 +41,7 @@ std::size_t longest_parameters(const table_info &table, bool raw)
 std::vector<column> columns_of(const table_info &table, std::span<const shown_field> fields, bool raw, bool in_columns)
 {
   std::vector<column> columns = {{"handle", handle_width}};
-  if (table.kind == calls::table_kind::ternary) columns.push_back({"priority", handle_width});
+  if (table.kind == table_kind::ternary) columns.push_back({"priority", handle_width});
   if (table.profile == nullptr) {
     std::size_t longest = 0;
     for (const use_info &use : table.actions) longest = std::max(longest, std::string_view(use.action->name).size());
@@ -124,7 +124,7 @@ void entry_rows::show_key(const table_entry &entry)
 void entry_rows::show(const table_entry &entry)
 {
   rows_.number(entry.handle);
-  if (table_.kind == calls::table_kind::ternary) rows_.number(entry.priority);
+  if (table_.kind == table_kind::ternary) rows_.number(entry.priority);
   if (key_in_columns_) show_key(entry);
   if (entry.action != nullptr) {
     rows_.cell(entry.action->name);

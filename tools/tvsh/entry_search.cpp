@@ -18,12 +18,12 @@ using enum argument_kind;
 std::span<const std::string_view> entry_name_words(const table_info &table)
 {
   static constexpr std::array<std::string_view, 2> names = {"handle", "priority"};
-  return std::span(names).first(table.kind == calls::table_kind::ternary ? 2 : 1);
+  return std::span(names).first(table.kind == table_kind::ternary ? 2 : 1);
 }
 
 void require_priority(const table_info &table, const entry_words &words)
 {
-  if (table.kind == calls::table_kind::ternary) words.own.required_number("priority", 32);
+  if (table.kind == table_kind::ternary) words.own.required_number("priority", 32);
 }
 
 std::uint32_t handle_of(const table_info &table, const entry_words &words, const target &where)

@@ -23,7 +23,7 @@ word_list own_words_of(const table_info &table, bool adding)
 {
   word_list words;
   if (!adding) words.push_back("handle");
-  if (table.kind == calls::table_kind::ternary) words.push_back("priority");
+  if (table.kind == table_kind::ternary) words.push_back("priority");
   if (adding && table.idle_time) words.push_back("ttl");
   if (std::ranges::any_of(table.actions, has_meter))
     words.insert(words.end(), meter_words().begin(), meter_words().end());
@@ -74,7 +74,7 @@ exit_code add_entry(const invocation &call)
   const entry_words words = parse_with_action(call, table, true);
   const pd_meter_spec_t meter = meter_for(call, *words.use, words.own);
   std::uint32_t handle = 0;
-  function_call write(*function_for(family_id::entry_add, *words.use), call.where());
+  function_call write(function_for(family_id::entry_add, *words.use), call.where());
   write.give(match_spec, words.key.data())
       .give(priority, words.priority())
       .give(action_spec, words.parameters.data())
@@ -95,8 +95,7 @@ exit_code modify_entry(const invocation &call)
   const pd_meter_spec_t meter = meter_for(call, *words.use, words.own);
   const auto handle = words.own.number("handle", 32);
   function_call write(
-      *function_for(handle ? family_id::entry_modify : family_id::entry_modify_by_match_spec, *words.use),
-      call.where());
+      function_for(handle ? family_id::entry_modify : family_id::entry_modify_by_match_spec, *words.use), call.where());
   write.give(match_spec, words.key.data())
       .give(priority, words.priority())
       .give(entry_hdl, handle.value_or(0))
@@ -144,7 +143,7 @@ exit_code set_default(const invocation &call)
   const record_memory record = parse_parameters(*use.action, parameters, source_of(call.chosen));
   const pd_meter_spec_t meter = meter_for(call, use, parse_own_words(others, meter_words()));
   std::uint32_t handle = 0;
-  function_call write(*function_for(family_id::set_default_action, use), call.where());
+  function_call write(function_for(family_id::set_default_action, use), call.where());
   write.give(action_spec, record.data()).give(meter_spec, &meter).give(entry_hdl_out, &handle);
   if (call.carry_out(write, std::string("setting the default of ") + table.name)) {
     call.made("entry", handle);

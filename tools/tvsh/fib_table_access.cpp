@@ -40,7 +40,7 @@ void fib_table_access::write(const routes::fib_entry &entry, family_id family, c
   for (const shown_field &field : action.parameters) {
     write_value(field, is_partition_index(field) ? entry.partition_index : entry.result.value, parameters_.data());
   }
-  const exported_function &function = *function_for(family, *action.use);
+  const exported_function &function = function_for(family, *action.use);
   std::unique_ptr<function_call> &call = calls_[&function];
   if (call == nullptr) {
     call = std::make_unique<function_call>(function, where_);
@@ -54,7 +54,7 @@ void fib_table_access::write(const routes::fib_entry &entry, family_id family, c
 void fib_table_access::fill_key(const routes::fib_entry &entry)
 {
   for (const shown_field &field : key_fields_) {
-    if (field.match == calls::match_kind::partition) {
+    if (field.match == match_kind::partition) {
       write_value(field, entry.partition_index, key_.data());
     } else if (field.bits < 32) {
       write_value(field, routes::load_vrf, key_.data());
@@ -102,7 +102,7 @@ bool fib_table_access::read_key(const record_memory &key, routes::fib_entry &ent
   entry.destination.fam = is_ipv4(table_.name) ? routes::family::ipv4 : routes::family::ipv6;
   for (const shown_field &field : key_fields_) {
     const wide_number value = read_value(field, key.data());
-    if (field.match == calls::match_kind::partition) {
+    if (field.match == match_kind::partition) {
       entry.partition_index = static_cast<std::uint16_t>(value);
     } else if (field.bits < 32) {
       if (value != routes::load_vrf) return false;

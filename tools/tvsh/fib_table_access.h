@@ -8,6 +8,7 @@
 #include <memory>
 #include <vector>
 
+#include "catalogue.h"
 #include "fib_entries.h"
 #include "fields.h"
 #include "function_call.h"

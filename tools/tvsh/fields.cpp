@@ -47,11 +47,11 @@ void join_halves(std::vector<shown_field> &fields, LowHalfOf low_half_of)
   }
 }
 
-display_kind display_of(const char *name, unsigned bits, calls::match_kind match)
+display_kind display_of(const char *name, unsigned bits, match_kind match)
 {
   const std::string_view display = name == nullptr ? "" : name;
   // What is matched by its prefix is an address, whatever the rows say of its display.
-  if (match == calls::match_kind::lpm && bits == 32) return display_kind::ipv4;
+  if (match == match_kind::lpm && bits == 32) return display_kind::ipv4;
   if (display == "mac") return display_kind::mac;
   if (display == "v4addr" && bits == 32) return display_kind::ipv4;
   return bits == 128 ? display_kind::ipv6 : display_kind::number;
@@ -125,12 +125,11 @@ void write_parts(const shown_field &field, std::uint16_t record_member::*place, 
 std::vector<shown_field> key_fields(const table_info &table)
 {
   std::vector<shown_field> fields;
-  for (const calls::field_info &row : table.fields) {
+  for (const rows::field_info &row : table.fields) {
     const std::string_view short_name = row.short_name;
     // Words of the shell's own, and names that two fields have, give way to the full name.
     const bool taken =
-        (short_name == "priority" && table.kind == calls::table_kind::ternary) ||
-        (short_name == "ttl" && table.idle_time) ||
+        (short_name == "priority" && table.kind == table_kind::ternary) || (short_name == "ttl" && table.idle_time) ||
         std::ranges::count_if(table.fields, [&](const auto &other) { return short_name == other.short_name; }) > 1;
     fields.push_back({std::string(taken ? row.name : row.short_name),
                       row.name,
@@ -147,11 +146,11 @@ std::vector<shown_field> key_fields(const table_info &table)
 std::vector<shown_field> parameter_fields(const action_info &action)
 {
   std::vector<shown_field> fields;
-  for (const calls::param_info &row : action.params) {
+  for (const rows::param_info &row : action.params) {
     fields.push_back({row.name,
                       row.name,
-                      display_of(row.display, row.bits, calls::match_kind::exact),
-                      calls::match_kind::exact,
+                      display_of(row.display, row.bits, match_kind::exact),
+                      match_kind::exact,
                       row.bits,
                       {record_member{row.member, row.member_size, 0, row.bits}, record_member{}}});
   }
@@ -159,14 +158,14 @@ std::vector<shown_field> parameter_fields(const action_info &action)
   return fields;
 }
 
-std::vector<shown_field> digest_fields(const calls::digest_info &digest)
+std::vector<shown_field> digest_fields(const rows::digest_info &digest)
 {
   std::vector<shown_field> fields;
-  for (const calls::digest_field_info &row : digest.fields) {
+  for (const rows::digest_field_info &row : digest.fields) {
     fields.push_back({row.short_name,
                       row.name,
                       display_kind::number,
-                      calls::match_kind::exact,
+                      match_kind::exact,
                       row.bits,
                       {record_member{row.offset, row.size, 0, row.bits}, record_member{}}});
     if (row.low_half >= 0) fields.back().display = display_kind::mac;
@@ -182,19 +181,18 @@ const shown_field *find_field(std::span<const shown_field> fields, std::string_v
   return found == fields.end() ? nullptr : &*found;
 }
 
-std::vector<std::string_view> field_names(std::span<const shown_field> fields) { return names_of(fields); }
+std::vector<std::string_view> field_names(std::span<const shown_field> fields)
+{
+  std::vector<std::string_view> names;
+  for (const shown_field &field : fields) names.emplace_back(field.name);
+  return names;
+}
 
 std::string described(const shown_field &field)
 {
   static constexpr std::array<std::string_view, 4> displays = {"", ", MAC address", ", IPv4 address", ", IPv6 address"};
   return field.name + " (" + counted(field.bits, "bit") +
          std::string(displays[static_cast<std::size_t>(field.display)]) + ')';
-}
-
-std::string_view kind_name(calls::match_kind match)
-{
-  static constexpr std::array<std::string_view, 4> names = {"exact", "ternary", "lpm", "partition"};
-  return names[static_cast<std::size_t>(match)];
 }
 
 wide_number read_value(const shown_field &field, const std::uint8_t *record)

@@ -11,9 +11,12 @@
 #include <string_view>
 #include <vector>
 
-#include "catalogue.h"
+#include "pipeline_rows.h"
 
 namespace tarvex::shell {
+
+using rows::action_info;
+using rows::table_info;
 
 __extension__ using wide_number = unsigned __int128;
 
@@ -34,13 +37,13 @@ struct shown_field {
   std::string name;
   std::string full_name;
   display_kind display = display_kind::number;
-  calls::match_kind match = calls::match_kind::exact;
+  match_kind match = match_kind::exact;
   unsigned bits = 0;
   std::array<record_member, 2> parts{};  // high part first; the second has size 0 where there is one alone
   wide_number live = all_ones(128);      // bits that the switch matches on; a parameter has no such limit
 
-  bool has_mask() const { return match == calls::match_kind::ternary; }
-  bool has_prefix() const { return match == calls::match_kind::lpm; }
+  bool has_mask() const { return match == match_kind::ternary; }
+  bool has_prefix() const { return match == match_kind::lpm; }
   /// Bits that a key or action data has room for. What is above the field's width is kept there, too.
   unsigned held_bits() const { return (bits + 7) / 8 * 8; }
 };
@@ -48,7 +51,7 @@ struct shown_field {
 std::vector<shown_field> key_fields(const table_info &table);
 std::vector<shown_field> parameter_fields(const action_info &action);
 /// Fields of a digest's entries; values go through read_value and write_value.
-std::vector<shown_field> digest_fields(const calls::digest_info &digest);
+std::vector<shown_field> digest_fields(const rows::digest_info &digest);
 
 /// By short or full name; null where there is none.
 const shown_field *find_field(std::span<const shown_field> fields, std::string_view name);
@@ -56,8 +59,6 @@ std::vector<std::string_view> field_names(std::span<const shown_field> fields);
 
 /// "dip (32 bits, IPv4 address)"
 std::string described(const shown_field &field);
-/// "exact", "ternary", "lpm" or "partition".
-std::string_view kind_name(calls::match_kind match);
 
 /// Values in the caller's structure. A value above a field's width is for the caller to prevent.
 wide_number read_value(const shown_field &field, const std::uint8_t *record);

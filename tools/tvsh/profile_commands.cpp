@@ -56,7 +56,7 @@ void add_member(const invocation &call, const profile_info &profile)
   }
   const record_memory record = parse_parameters(*use.action, words, source_of(call.chosen));
   std::uint32_t member = 0;
-  function_call write(*function_for(family_id::add_member, use), call.where());
+  function_call write(function_for(family_id::add_member, use), call.where());
   write.give(action_spec, record.data()).give(mbr_hdl_out, &member);
   if (call.carry_out(write, std::string("adding a member to ") + profile.name)) {
     if (name) call.shell.names[*name] = member;
@@ -69,7 +69,7 @@ void modify_member(const invocation &call, const profile_info &profile)
   const std::uint32_t member = handle_word(call, 2, "MEMBER");
   const use_info &use = use_named(profile.actions, call.word(3, "ACTION"), profile.name);
   const record_memory record = parse_parameters(*use.action, call.words.subspan(4), source_of(call.chosen));
-  function_call write(*function_for(family_id::modify_member, use), call.where());
+  function_call write(function_for(family_id::modify_member, use), call.where());
   write.give(mbr_hdl, member).give(action_spec, record.data());
   call.carry_out(write, "modifying " + member_text(profile, member));
 }
@@ -150,7 +150,7 @@ entry_words parse_indirect(const invocation &call, const table_info &table, bool
 {
   std::vector<std::string_view> allowed = {"member", "group"};
   if (by_handle) allowed.push_back("handle");
-  if (table.kind == calls::table_kind::ternary) allowed.push_back("priority");
+  if (table.kind == table_kind::ternary) allowed.push_back("priority");
   entry_words words = parse_entry_words(table, call.words.subspan(2), {}, allowed, source_of(call.chosen));
   if (words.has_key) require_priority(table, words);
   return words;

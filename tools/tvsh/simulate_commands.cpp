@@ -149,7 +149,7 @@ void lookup(const invocation &call)
     const record_member member{row.member, row.member_size, row.companion, row.bits};
     const shown_field field{row.name, row.name, display_kind::number, row.match, row.bits, {member, record_member{}}};
     wide_number value = read_value(field, words.key.data());
-    if (row.match == calls::match_kind::partition) {
+    if (row.match == match_kind::partition) {
       partition = static_cast<std::uint32_t>(value);
       continue;
     }

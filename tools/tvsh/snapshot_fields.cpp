@@ -6,6 +6,7 @@
 
 #include <algorithm>
 
+#include "catalogue.h"
 #include "fields.h"
 #include "nearest.h"
 #include "shell_error.h"

@@ -351,7 +351,7 @@ void state_element_reader::read_entry(json_item element)
   // Fields that are missing match anything.
   std::ranges::fill(entry_.key.bytes, std::uint8_t{0});
   read_fields(key_, object_in(key, "key"), taken_, table_->name, entry_.key.data());
-  const bool by_priority = table_->kind == calls::table_kind::ternary;
+  const bool by_priority = table_->kind == table_kind::ternary;
   if (priority && !by_priority) throw usage_error("entries of the table have no priority");
   entry_.priority = by_priority ? word_in(priority, "priority") : 0;
   entry_.ttl.reset();

@@ -39,7 +39,7 @@ void state_loader::member(const profile_info &profile, const profile_member &sta
 {
   begin();
   std::uint32_t handle = 0;
-  call_of(*function_for(family_id::add_member, use_of(profile.actions, *state.action)))
+  call_of(function_for(family_id::add_member, use_of(profile.actions, *state.action)))
       .give(action_spec, state.parameters.data())
       .give(mbr_hdl_out, &handle)
       .must(std::string("adding a member to ") + profile.name);
@@ -112,7 +112,7 @@ std::uint32_t state_loader::write_entry(const table_info &table, const entry_sta
   std::uint32_t reference = 0;
   const argument_kind kind = state.is_group ? grp_hdl : mbr_hdl;
   if (state.action != nullptr) {
-    if (call == nullptr) call = &call_of(*function_for(direct, use_of(table.actions, *state.action)));
+    if (call == nullptr) call = &call_of(function_for(direct, use_of(table.actions, *state.action)));
   } else {
     const handles &known = handles_[table.profile];
     reference = state.is_group ? known.groups.at(state.group) : known.members.at(state.member);

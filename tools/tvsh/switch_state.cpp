@@ -52,7 +52,7 @@ bool same_cell(const cell_value &left, const cell_value &right)
 
 bool has_meter(const use_info &use)
 {
-  return std::ranges::count(use.resources, calls::resource_form::direct_meter, &calls::resource_use_info::form) != 0;
+  return std::ranges::count(use.resources, resource_form::direct_meter, &calls::resource_use_info::form) != 0;
 }
 
 const resource_info *direct_counter(const table_info &table)

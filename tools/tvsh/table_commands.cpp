@@ -3,6 +3,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <algorithm>
 
+#include "catalogue.h"
 #include "commands.h"
 #include "fields.h"
 #include "report.h"
@@ -26,11 +27,6 @@ std::string live_bits(const shown_field &field)
   return live == all_ones(field.bits) ? "all" : hexadecimal(live);
 }
 
-std::span<const use_info> actions_of(const table_info &table)
-{
-  return table.profile != nullptr ? table.profile->actions : table.actions;
-}
-
 }  // namespace
 
 exit_code show_tables(const invocation &call)
@@ -48,8 +44,8 @@ exit_code show_tables(const invocation &call)
                {"profile"}});
   for (const table_info *const each : tables) {
     const table_info &table = *each;
-    rows.cell(table.name).handle(table.handle).cell(kind_name(table.kind));
-    rows.number(key_fields(table).size()).number(actions_of(table).size()).boolean(table.idle_time);
+    rows.cell(table.name).handle(table.handle).cell(word_of(table.kind));
+    rows.number(key_fields(table).size()).number(table.uses().size()).boolean(table.idle_time);
     if (table.profile != nullptr) {
       rows.cell(table.profile->name);
     } else {
@@ -73,7 +69,7 @@ exit_code show_schema(const invocation &call)
     longest_live = std::max(longest_live, live_bits(field).size());
   }
   std::size_t longest_parameters = 0;
-  for (const use_info &use : actions_of(table)) {
+  for (const use_info &use : table.uses()) {
     longest_name = std::max(longest_name, std::string_view(use.action->name).size());
     std::size_t length = 0;
     for (const shown_field &field : parameter_fields(*use.action)) {
@@ -92,14 +88,14 @@ exit_code show_schema(const invocation &call)
                {"default"},
                {"parameters", longest_parameters},
                {"about"}},
-              {{"table", table.name}, {"kind", kind_name(table.kind)}});
+              {{"table", table.name}, {"kind", word_of(table.kind)}});
   rows.cell("table").cell(table.name).nothing().nothing().nothing().nothing().nothing().nothing().nothing();
   rows.cell(table.about).end_row();
   for (const shown_field &field : fields) {
-    rows.cell("field").cell(field.name).cell(field.full_name).cell(kind_name(field.match)).number(field.bits);
+    rows.cell("field").cell(field.name).cell(field.full_name).cell(word_of(field.match)).number(field.bits);
     rows.cell(display_name(field.display)).cell(live_bits(field)).end_row();
   }
-  for (const use_info &use : actions_of(table)) {
+  for (const use_info &use : table.uses()) {
     rows.cell("action").cell(use.action->name).nothing().nothing().nothing().nothing().nothing();
     rows.boolean(use.is_default).begin_pairs();
     for (const shown_field &field : parameter_fields(*use.action)) {

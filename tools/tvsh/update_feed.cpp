@@ -16,14 +16,8 @@ namespace {
 const exported_function &registration_of(std::uint32_t source)
 {
   for (const profile_info &profile : calls::profiles) {
-    if (source != profile.action_data_table && source != profile.selector_table) continue;
-    const std::string_view ending =
-        source == profile.selector_table ? "_register_sel_update_cb" : "_register_adt_update_cb";
-    const exported_function *const found =
-        find_function(family_id::register_profile_update_cb, [&](const exported_function &each) {
-          return each.profile == &profile && std::string_view(each.name).ends_with(ending);
-        });
-    if (found != nullptr) return *found;
+    if (source == profile.action_data_table) return function_for(family_id::register_adt_update_cb, profile);
+    if (source == profile.selector_table) return function_for(family_id::register_sel_update_cb, profile);
   }
   return function_for(family_id::register_mat_update_cb, table_of(source));
 }

@@ -34,8 +34,8 @@ word state_named(const json &value)
 {
   const auto name = value.get<std::string>();
   const auto state = reinterpret_cast<decltype(&tarvex_trace_state)>(dlsym(RTLD_DEFAULT, "tarvex_trace_state"));
-  for (std::uint32_t i = 0; state != nullptr && i < calls::profiles.size(); ++i) {
-    if (calls::profiles[i].name != name) continue;
+  for (std::uint32_t i = 0; state != nullptr && i < rows::profiles.size(); ++i) {
+    if (rows::profiles[i].name != name) continue;
     if (ms_state *const found = state(i)) return address(found);
   }
   throw trace_error("the state of '" + name +
@@ -57,16 +57,16 @@ const Row *row_of_handle(std::span<const Row> rows, std::uint32_t handle)
   return found == rows.end() ? nullptr : &*found;
 }
 
-const calls::action_info *action_of_handle(std::uint32_t handle)
+const rows::action_info *action_of_handle(std::uint32_t handle)
 {
-  const auto among = [&](const auto &owners) -> const calls::action_info * {
+  const auto among = [&](const auto &owners) -> const rows::action_info * {
     for (const auto &each : owners) {
-      if (const calls::use_info *const use = row_of_handle(each.actions, handle)) return use->action;
+      if (const rows::use_info *const use = row_of_handle(each.actions, handle)) return use->action;
     }
     return nullptr;
   };
-  const calls::action_info *const of_table = among(calls::tables);
-  return of_table != nullptr ? of_table : among(calls::profiles);
+  const rows::action_info *const of_table = among(rows::tables);
+  return of_table != nullptr ? of_table : among(rows::profiles);
 }
 
 }  // namespace
@@ -99,13 +99,13 @@ void recorded_arguments::find_scope(const argument_row &argument, const json &va
     const auto handle = number<std::uint32_t>(value);
     if (argument.name == "tbl_hdl") scope_.table = handle;
     if (argument.name == "act_hdl") action_ = action_of_handle(handle);
-    for (const calls::profile_info &profile : calls::profiles) {
+    for (const rows::profile_info &profile : rows::profiles) {
       if (handle == profile.action_data_table || handle == profile.selector_table || handle == profile.table) {
         scope_.profile = profile.table;
       }
     }
   } else if (argument.kind == value_kind::state) {
-    for (const calls::profile_info &profile : calls::profiles) {
+    for (const rows::profile_info &profile : rows::profiles) {
       if (value == profile.name) scope_.profile = profile.table;
     }
   }
@@ -155,7 +155,7 @@ word recorded_arguments::key(const json &value)
   key->key_bits = number<std::uint16_t>(value.at("key_bits"));
   key->key_bytes = number<std::uint16_t>(value.at("key_bytes"));
   key->priority = number<std::uint32_t>(value.at("priority"));
-  const calls::table_info *const table = row_of_handle<calls::table_info>(calls::tables, scope_.table);
+  const rows::table_info *const table = row_of_handle<rows::table_info>(rows::tables, scope_.table);
   if (table != nullptr && key->key_bytes != table->key_bytes) {
     throw trace_error("a key of " + std::to_string(key->key_bytes) + " bytes; those of " + table->name + " have " +
                       std::to_string(table->key_bytes));

@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "call_row.h"
-#include "call_table.h"
 #include "handle_map.h"
+#include "pipeline_rows.h"
 #include "trace_error.h"
 
 namespace tarvex::trace {
@@ -47,7 +47,7 @@ class recorded_arguments {
 
   const handle_map &handles_;
   handle_scope scope_;
-  const calls::action_info *action_ = nullptr;  // of the call; null where the catalogue does not have it
+  const rows::action_info *action_ = nullptr;  // of the call; null where the catalogue does not have it
   std::vector<std::unique_ptr<std::max_align_t[]>> memory_;
   std::vector<word> words_;
 };
