@@ -408,12 +408,18 @@ TEST_F(state_test, routes_meet_entries_that_no_load_left_whole)
             "1 route in 1 changed entry: 0 added, 1 replaced, 0 unchanged\n");
   EXPECT_EQ(lines_of("load-routes short.routes"), "1 route in 0 changed entries: 0 added, 0 replaced, 1 unchanged\n");
 
+  // An index is one for all VRFs: that of another one's block is not given to a second.
+  start_anew();
+  lines_of("add ipv4Partition vrfId=2 dipAndVrf=11.0.0.0/12 setIpv4PrtIdxNextHop partitionIndex=1 nextHop=5");
+  lines_of("load-routes block.routes");
+  EXPECT_NE(lines_of("dump ipv4FinalResolve").find("2                  11.1.2.0/24"), std::string::npos);
+
   // A final table looks at the bits below the block alone.
-  lines_of("add ipv4FinalResolve fibPartitionIndex=2 dip=0.1.2.0/24 setNextHop nextHop=9");
+  lines_of("add ipv4FinalResolve fibPartitionIndex=3 dip=0.1.2.0/24 setNextHop nextHop=9");
   write("next.routes", "13.1.2.0/24 5\n");
   const answer refused = run("load-routes next.routes");
   EXPECT_EQ(refused.code, exit_code::refused);
-  EXPECT_NE(refused.errors.find("in the way is entry 2: fibPartitionIndex=2 dip=0.1.2.0/24 setNextHop nextHop=9; "
+  EXPECT_NE(refused.errors.find("in the way is entry 2: fibPartitionIndex=3 dip=0.1.2.0/24 setNextHop nextHop=9; "
                                 "dip=13.1.2.0/24 and dip=0.1.2.0/24 both match"),
             std::string::npos)
       << refused.errors;

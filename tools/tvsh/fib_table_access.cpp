@@ -101,7 +101,7 @@ void fib_table_access::read(const std::function<void(const switch_fib_entry &)> 
     if (there == nullptr) continue;
     switch_fib_entry found;
     found.entry.table = number_;
-    if (!read_key(there->key, found.entry)) continue;
+    found.other_vrf = !read_key(there->key, found.entry);
     found.foreign = !read_result(*there->action, there->parameters, found.entry);
     visit(found);
   }

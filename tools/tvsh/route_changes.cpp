@@ -98,6 +98,7 @@ class switch_routes {
   bool empty() const { return entries_.empty(); }
 
   routes::taken_indices taken;
+  routes::foreign_indices of_other_vrfs;
 
  private:
   template <typename Take>
@@ -105,6 +106,12 @@ class switch_routes {
   {
     fib_table_access(table, call.where()).read([&](const switch_fib_entry &found) {
       call.shell.check_interrupt();
+      if (found.other_vrf) {
+        const routes::partition_layout *const layout = layout_of_partition(table);
+        if (layout != nullptr)
+          of_other_vrfs[layout - routes::partition_layouts.begin()].insert(found.entry.partition_index);
+        return;
+      }
       entries_.push_back(found);
       take(entries_.back());
     });
@@ -121,7 +128,7 @@ route_changes find_route_changes(const invocation &call, const std::vector<route
   const switch_routes there(call);
   const std::vector<routes::route> merged = there.empty() ? std::vector<routes::route>() : there.with(of_file);
   const std::vector<routes::route> &all = there.empty() ? of_file : merged;
-  const routes::load_plan plan = routes::make_plan(all, routes::live_indices, there.taken);
+  const routes::load_plan plan = routes::make_plan(all, routes::live_indices, there.taken, there.of_other_vrfs);
   route_changes found;
   found.not_loaded = plan.routes_not_loaded;
   for (const routes::fib_entry &entry : routes::make_entries(all, plan)) {
