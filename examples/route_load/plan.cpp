@@ -33,10 +33,12 @@ fib_table table_without_partition(const prefix &p)
 
 class planner {
  public:
-  planner(std::span<const route> routes, const last_indices &last, const taken_indices &taken)
+  planner(std::span<const route> routes, const last_indices &last, const taken_indices &taken,
+          const foreign_indices &foreign)
       : routes_(routes), last_(last), taken_(taken)
   {
     for (std::size_t space = 0; space < partition_space_count; ++space) {
+      used_[space].insert(foreign[space].begin(), foreign[space].end());
       for (const auto &[block, index] : taken[space]) used_[space].insert(index);
     }
   }
@@ -143,9 +145,10 @@ const char *table_name(fib_table table)
   return names[static_cast<std::size_t>(table)];
 }
 
-load_plan make_plan(std::span<const route> routes, const last_indices &last, const taken_indices &taken)
+load_plan make_plan(std::span<const route> routes, const last_indices &last, const taken_indices &taken,
+                    const foreign_indices &foreign)
 {
-  return planner(routes, last, taken).run();
+  return planner(routes, last, taken, foreign).run();
 }
 
 }  // namespace tarvex::route_load

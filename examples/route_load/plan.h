@@ -26,6 +26,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <set>
 #include <span>
 #include <vector>
 
@@ -101,9 +102,12 @@ inline constexpr last_indices live_indices{partition_layouts[0].last_index, part
 /// Indices that blocks have already.
 using taken_indices = std::array<std::map<prefix, std::uint16_t>, partition_space_count>;
 
+/// Indices that are in use otherwise, such as by blocks of another VRF.
+using foreign_indices = std::array<std::set<std::uint16_t>, partition_space_count>;
+
 /// `routes` as read_route_file gives them: sorted by destination, each once. Blocks that have no index get one that is
 /// free, 1 to the last one, in the order of their addresses.
 load_plan make_plan(std::span<const route> routes, const last_indices &last = live_indices,
-                    const taken_indices &taken = {});
+                    const taken_indices &taken = {}, const foreign_indices &foreign = {});
 
 }  // namespace tarvex::route_load

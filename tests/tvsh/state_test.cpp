@@ -392,6 +392,39 @@ TEST_F(state_test, routes_are_loaded_beside_those_that_are_there)
   EXPECT_EQ(bad.lines, "2 routes in 3 changed entries: 2 added, 0 replaced, 0 unchanged\n");
 }
 
+// An interrupted load is ended by another one, and an entry under another name for the same prefix is the route's own.
+TEST_F(state_test, routes_meet_entries_that_no_load_left_whole)
+{
+  write("block.routes", "11.1.2.0/24 5\n");
+  lines_of("sim refuse 12 9");
+  const answer half = run("load-routes block.routes");
+  EXPECT_NE(half.errors.find("; 1 of 2 changes made, 1 not"), std::string::npos) << half.errors;
+  EXPECT_EQ(lines_of("load-routes block.routes"), "1 route in 1 changed entry: 1 added, 0 replaced, 0 unchanged\n");
+
+  lines_of("add ipv4ShortMaskLpm vrfId=1 dip=12.1.2.3/32 setNextHop nextHop=9 --force");
+  write("short.routes", "12.0.0.0/12 5\n");
+  EXPECT_EQ(run("load-routes short.routes").code, exit_code::usage);
+  EXPECT_EQ(lines_of("load-routes short.routes --replace"),
+            "1 route in 1 changed entry: 0 added, 1 replaced, 0 unchanged\n");
+  EXPECT_EQ(lines_of("load-routes short.routes"), "1 route in 0 changed entries: 0 added, 0 replaced, 1 unchanged\n");
+
+  // An index is one for all VRFs: that of another one's block is not given to a second.
+  start_anew();
+  lines_of("add ipv4Partition vrfId=2 dipAndVrf=11.0.0.0/12 setIpv4PrtIdxNextHop partitionIndex=1 nextHop=5");
+  lines_of("load-routes block.routes");
+  EXPECT_NE(lines_of("dump ipv4FinalResolve").find("2                  11.1.2.0/24"), std::string::npos);
+
+  // A final table looks at the bits below the block alone.
+  lines_of("add ipv4FinalResolve fibPartitionIndex=3 dip=0.1.2.0/24 setNextHop nextHop=9");
+  write("next.routes", "13.1.2.0/24 5\n");
+  const answer refused = run("load-routes next.routes");
+  EXPECT_EQ(refused.code, exit_code::refused);
+  EXPECT_NE(refused.errors.find("in the way is entry 2: fibPartitionIndex=3 dip=0.1.2.0/24 setNextHop nextHop=9; "
+                                "dip=13.1.2.0/24 and dip=0.1.2.0/24 both match"),
+            std::string::npos)
+      << refused.errors;
+}
+
 // What changes or saves the state as a whole waits for another that does; who waits is told for whom, and may leave.
 TEST_F(state_test, changes_of_the_whole_state_take_turns)
 {

@@ -5,6 +5,7 @@
 #include <array>
 
 #include "entry_reader.h"
+#include "entry_search.h"
 #include "handle_walk.h"
 #include "status_text.h"
 
@@ -24,6 +25,14 @@ constexpr std::string_view ending_without_result = "PartIdx";
 bool is_partition_index(const shown_field &parameter) { return parameter.name.find("artition") != std::string::npos; }
 
 bool is_ipv4(std::string_view table) { return table.starts_with("ipv4"); }
+
+/// Length of the prefix that ends with the lowest bit the switch looks at: a longer one matches no less.
+unsigned live_length(const shown_field &field)
+{
+  unsigned length = field.bits;
+  while (length > 0 && (field.live >> (field.bits - length) & 1) == 0) --length;
+  return length;
+}
 
 }  // namespace
 
@@ -48,6 +57,7 @@ void fib_table_access::write(const routes::fib_entry &entry, family_id family, c
     call->give(ttl, std::uint64_t{0}).give(entry_hdl_out, &handle_);
   }
   const auto status = static_cast<pd_status_t>(call->make());
+  if (family == family_id::entry_add) require_added(status, what + to_string(entry), table_, key_, 0, where_);
   if (status != BF_SUCCESS) throw refused_error(status, what + to_string(entry));
 }
 
@@ -91,7 +101,7 @@ void fib_table_access::read(const std::function<void(const switch_fib_entry &)> 
     if (there == nullptr) continue;
     switch_fib_entry found;
     found.entry.table = number_;
-    if (!read_key(there->key, found.entry)) continue;
+    found.other_vrf = !read_key(there->key, found.entry);
     found.foreign = !read_result(*there->action, there->parameters, found.entry);
     visit(found);
   }
@@ -108,7 +118,9 @@ bool fib_table_access::read_key(const record_memory &key, routes::fib_entry &ent
       if (value != routes::load_vrf) return false;
     } else {
       const wide_number address = value << (128 - field.bits);
-      const unsigned length = field.has_prefix() ? read_prefix_length(field, key.data()) : field.bits;
+      const unsigned length = field.has_prefix()
+                                  ? std::min<unsigned>(read_prefix_length(field, key.data()), live_length(field))
+                                  : field.bits;
       entry.destination.length = static_cast<std::uint8_t>(length);
       entry.destination.addr =
           routes::top_bits({static_cast<std::uint64_t>(address >> 64), static_cast<std::uint64_t>(address)}, length);

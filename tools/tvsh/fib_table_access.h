@@ -20,6 +20,7 @@ namespace tarvex::shell {
 struct switch_fib_entry {
   route_load::fib_entry entry;
   bool foreign = false;
+  bool other_vrf = false;  // of such an entry only the index is set
 };
 
 class fib_table_access {
@@ -32,7 +33,7 @@ class fib_table_access {
   void add(const route_load::fib_entry &entry) { write(entry, family_id::entry_add, "adding "); }
   void modify(const route_load::fib_entry &entry) { write(entry, family_id::entry_modify_by_match_spec, "modifying "); }
 
-  /// All entries of the VRF that routes are loaded into.
+  /// All entries, those of other VRFs than the one that routes are loaded into marked.
   void read(const std::function<void(const switch_fib_entry &)> &visit) const;
 
  private:

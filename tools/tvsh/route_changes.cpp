@@ -40,7 +40,8 @@ class switch_routes {
       read(call, layout.final_resolve, [&](switch_fib_entry &found) {
         const auto block = blocks.find(found.entry.partition_index);
         if (block == blocks.end()) {
-          found.foreign = true;
+          unreached_.push_back(found);
+          entries_.pop_back();
           return;
         }
         const routes::address &own = found.entry.destination.addr;
@@ -55,7 +56,8 @@ class switch_routes {
           routes::fib_table::ipv6_short_mask_lpm}) {
       read(call, table, [](switch_fib_entry &) {});
     }
-    std::ranges::sort(entries_, {}, [](const switch_fib_entry &each) { return key_of(each.entry); });
+    for (std::vector<switch_fib_entry> *const each : {&entries_, &unreached_})
+      std::ranges::sort(*each, {}, [](const switch_fib_entry &entry) { return key_of(entry.entry); });
   }
 
   const switch_fib_entry *find(const routes::fib_entry &entry) const
@@ -63,6 +65,18 @@ class switch_routes {
     const auto key = [](const switch_fib_entry &each) { return key_of(each.entry); };
     const auto found = std::ranges::lower_bound(entries_, key_of(entry), {}, key);
     return found == entries_.end() || key(*found) != key_of(entry) ? nullptr : &*found;
+  }
+
+  /// An entry of a final table with the same index, which no block leads to: what an interrupted load left.
+  const switch_fib_entry *find_unreached(const routes::fib_entry &entry) const
+  {
+    const auto same_key = [&](const switch_fib_entry &each) {
+      return key_of(each.entry) == key_of(entry) && each.entry.partition_index == entry.partition_index;
+    };
+    const auto [first, last] = std::ranges::equal_range(
+        unreached_, key_of(entry), {}, [](const switch_fib_entry &each) { return key_of(each.entry); });
+    const auto found = std::find_if(first, last, same_key);
+    return found == last ? nullptr : &*found;
   }
 
   /// Together with those of a file, which go first; sorted by destination.
@@ -84,6 +98,7 @@ class switch_routes {
   bool empty() const { return entries_.empty(); }
 
   routes::taken_indices taken;
+  routes::foreign_indices of_other_vrfs;
 
  private:
   template <typename Take>
@@ -91,12 +106,19 @@ class switch_routes {
   {
     fib_table_access(table, call.where()).read([&](const switch_fib_entry &found) {
       call.shell.check_interrupt();
+      if (found.other_vrf) {
+        const routes::partition_layout *const layout = layout_of_partition(table);
+        if (layout != nullptr)
+          of_other_vrfs[layout - routes::partition_layouts.begin()].insert(found.entry.partition_index);
+        return;
+      }
       entries_.push_back(found);
       take(entries_.back());
     });
   }
 
   std::vector<switch_fib_entry> entries_;
+  std::vector<switch_fib_entry> unreached_;
 };
 
 }  // namespace
@@ -106,19 +128,21 @@ route_changes find_route_changes(const invocation &call, const std::vector<route
   const switch_routes there(call);
   const std::vector<routes::route> merged = there.empty() ? std::vector<routes::route>() : there.with(of_file);
   const std::vector<routes::route> &all = there.empty() ? of_file : merged;
-  const routes::load_plan plan = routes::make_plan(all, routes::live_indices, there.taken);
+  const routes::load_plan plan = routes::make_plan(all, routes::live_indices, there.taken, there.of_other_vrfs);
   route_changes found;
   found.not_loaded = plan.routes_not_loaded;
   for (const routes::fib_entry &entry : routes::make_entries(all, plan)) {
     const switch_fib_entry *const before = there.find(entry);
-    const bool same = before != nullptr && !before->foreign && before->entry == entry;
-    if (!same) found.changes.push_back({entry, before != nullptr});
+    const switch_fib_entry *const own_key = before != nullptr ? before : there.find_unreached(entry);
+    const bool written = own_key != nullptr && !own_key->foreign && own_key->entry == entry;
+    const bool same = before != nullptr && written;
+    if (!written) found.changes.push_back({entry, own_key != nullptr});
     if (layout_of_partition(entry.table) != nullptr) continue;
     const auto route = std::ranges::lower_bound(of_file, entry.destination, {}, &routes::route::destination);
     if (route == of_file.end() || route->destination != entry.destination) continue;
     if (same) {
       ++found.unchanged;
-    } else if (before == nullptr) {
+    } else if (own_key == nullptr || written) {
       ++found.added;
     } else {
       found.replaced.push_back(*route);
