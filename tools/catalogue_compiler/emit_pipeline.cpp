@@ -41,6 +41,12 @@ void actions_array(generated_file &to, const model &m, const std::string &name, 
   to.line("};");
 }
 
+/// Rows of one kind as a span; a pipeline may have none, and an array of none there is not.
+void span_of(generated_file &to, const std::string &type, const std::string &name, bool empty)
+{
+  to.line("const std::span<const ", type, "> pipeline_", name, empty ? "" : " = " + name, ";");
+}
+
 }  // namespace
 
 void emit_pipeline_rows(const model &m, const std::filesystem::path &folder)
@@ -63,42 +69,46 @@ void emit_pipeline_rows(const model &m, const std::filesystem::path &folder)
             to_string(t.key_bytes), ", ", t.keyed() ? t.name + "_live" : "nullptr", ", ", hex(live_partition(t)), ", ",
             t.idle_time ? "true" : "false", ", ", t.indirect() ? "\"" + t.profile + "\"" : "nullptr", ", ", uses, "},");
   }
-  to.line("};").line().line("constexpr pipeline_profile profiles[] = {");
+  to.line("};").line();
+  if (!m.profiles.empty()) to.line("constexpr pipeline_profile profiles[] = {");
   for (const profile &p : m.profiles)
     to.line("    {\"", p.name, "\", ", hex(p.action_data_table), ", ", hex(p.selector_table), ", ",
             hex(m.find_table(p.table)->handle), ", ", p.name, "_actions},");
-  to.line("};").line().line("constexpr pipeline_resource resources[] = {");
+  if (!m.profiles.empty()) to.line("};").line();
+  if (!m.resources.empty()) to.line("constexpr pipeline_resource resources[] = {");
   for (const resource &r : m.resources)
     to.line("    {", hex(r.handle), ", \"", r.name, "\", resource_kind::", kind_name(r), ", ",
             is_direct(r) ? "true" : "false", ", ", r.table.empty() ? "0" : hex(m.find_table(r.table)->handle), "},");
-  to.line("};").line();
+  if (!m.resources.empty()) to.line("};").line();
   for (const hash_calculation &h : m.hashes) {
     std::string algorithms;
     for (const std::uint32_t a : h.algorithms) algorithms += (algorithms.empty() ? "" : ", ") + hex(a);
     to.line("constexpr std::uint32_t ", h.name, "_algorithms[] = {", algorithms, "};");
   }
-  to.line("constexpr pipeline_hash hashes[] = {");
+  if (!m.hashes.empty()) to.line("constexpr pipeline_hash hashes[] = {");
   for (const hash_calculation &h : m.hashes)
     to.line("    {", hex(h.handle), ", ", hex(h.first_input), ", ", to_string((1u << h.fields) - 1), ", ", h.name,
             "_algorithms},");
-  to.line("};");
+  if (!m.hashes.empty()) to.line("};");
   for (const snapshot_layout &layout : m.snapshot_layouts) {
+    if (layout.fields.empty()) continue;
     to.line().line("constexpr pipeline_snapshot_field ", layout.name, "_fields[] = {");
     for (const snapshot_field &f : layout.fields) to.line("    ", field_row(f), ",");
     to.line("};");
   }
   to.line().line("}  // namespace").line();
-  to.line("const std::span<const pipeline_table> pipeline_tables = tables;");
-  to.line("const std::span<const pipeline_profile> pipeline_profiles = profiles;");
-  to.line("const std::span<const pipeline_resource> pipeline_resources = resources;");
-  to.line("const std::span<const pipeline_hash> pipeline_hashes = hashes;");
+  span_of(to, "pipeline_table", "tables", m.tables.empty());
+  span_of(to, "pipeline_profile", "profiles", m.profiles.empty());
+  span_of(to, "pipeline_resource", "resources", m.resources.empty());
+  span_of(to, "pipeline_hash", "hashes", m.hashes.empty());
   for (const digest &d : m.digests)
     to.line("const pipeline_digest pipeline_learning_digest = {", hex(d.handle), ", ", to_string(d.entry_bytes), "};");
   if (m.digests.empty()) to.line("const pipeline_digest pipeline_learning_digest = {};");
   to.line("const std::uint32_t pipeline_value_set = ", m.value_sets.empty() ? "0" : hex(m.value_sets.front().handle),
           ";");
-  to.line("const std::span<const pipeline_snapshot_field> pipeline_ingress_fields = ingress_fields;");
-  to.line("const std::span<const pipeline_snapshot_field> pipeline_egress_fields = egress_fields;").line();
+  for (const snapshot_layout &layout : m.snapshot_layouts)
+    span_of(to, "pipeline_snapshot_field", layout.name + "_fields", layout.fields.empty());
+  to.line();
   to.line("}  // namespace tarvex::standin");
   to.write(folder / "standin" / "pipeline_rows.cpp");
 }
