@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "pd_calls.h"
+
 namespace tarvex::fuzz {
 
 namespace {
@@ -172,7 +174,8 @@ void reply::to(pd_res_spec_t **list)
 void reply::to(void *memory)
 {
   if (argument().kind == driver::value_kind::capture) fill(memory, 256);
-  if (argument().kind == driver::value_kind::trigger) seen().add(behind(static_cast<std::uint8_t *>(memory), 712));
+  if (argument().kind == driver::value_kind::trigger)
+    seen().add(behind(static_cast<std::uint8_t *>(memory), calls::pd::snapshot_field_bytes));
 }
 
 template <>

@@ -159,7 +159,8 @@ std::uint64_t library_call::number_for(argument_kind kind, byte_source &input)
     case table_handle: {
       const auto choice = input.number<std::uint8_t>();
       if (choice < calls::tables.size()) return calls::tables[choice].handle;
-      if (choice < calls::tables.size() + 50) return calls::profiles[choice % calls::profiles.size()].action_data_table;
+      if (!calls::profiles.empty() && choice < calls::tables.size() + 50)
+        return calls::profiles[choice % calls::profiles.size()].action_data_table;
       return input.number<std::uint32_t>();
     }
     case snapshot_list_callback: return reinterpret_cast<std::uintptr_t>(&on_field);

@@ -224,6 +224,8 @@ def run_document(path, arguments, counted):
     text = path.read_text()
     check_links(path, text, counted)
     with tempfile.TemporaryDirectory() as folder:
+        if arguments.source:
+            (pathlib.Path(folder) / "tarvex_pd").symlink_to(arguments.source.resolve())
         if arguments.build:
             (pathlib.Path(folder) / "build").mkdir()
             (pathlib.Path(folder) / "build" / "release").symlink_to(arguments.build.resolve())
@@ -242,6 +244,8 @@ def main():
     parser.add_argument("--libraries", default="lib", help="folder of the libraries within the prefix")
     parser.add_argument("--build", type=pathlib.Path,
                         help="a build folder, which sessions find as build/release where they run")
+    parser.add_argument("--source", type=pathlib.Path,
+                        help="the sources, which sessions find as tarvex_pd where they run")
     parser.add_argument("--shell", default="bash", help="the shell of the sessions (default: %(default)s)")
     parser.add_argument("--bare", action="store_true", help="this is a bare machine: install the packages, too")
     arguments = parser.parse_args()

@@ -15,7 +15,7 @@
 #include <thread>
 
 #include "library_call.h"
-#include "tarvex_pd/lifecycle.h"
+#include "pd_calls.h"
 
 namespace {
 
@@ -70,7 +70,7 @@ std::vector<std::uint64_t> call_all(unsigned thread)
 int main(int argc, char **argv)
 {
   const std::chrono::duration<double> time(argc > 1 ? std::atof(argv[1]) : 2);
-  if (p4_pd_tarvex_switch_init() != BF_SUCCESS) return 1;
+  if (calls::pd::init() != BF_SUCCESS) return 1;
   std::vector<std::vector<std::uint64_t>> alone;
   for (unsigned i = 0; i < thread_count; ++i) alone.push_back(call_all(i));
 

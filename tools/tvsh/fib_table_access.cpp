@@ -81,7 +81,10 @@ const fib_table_access::ready_action &fib_table_access::action_for(const routes:
   if (entry.result == routes::no_route) {
     if (const ready_action *const found = ending_in(ending_without_result)) return *found;
   }
-  return *ending_in(endings[static_cast<std::size_t>(entry.result.kind)]);
+  const std::string_view ending = endings[static_cast<std::size_t>(entry.result.kind)];
+  if (const ready_action *const found = ending_in(ending)) return *found;
+  throw usage_error("table '" + std::string(table_.name) + "' has no action for routes: none ends in '" +
+                    std::string(ending) + "'");
 }
 
 const fib_table_access::ready_action *fib_table_access::ending_in(std::string_view ending) const

@@ -126,12 +126,7 @@ std::vector<shown_field> key_fields(const table_info &table)
 {
   std::vector<shown_field> fields;
   for (const rows::field_info &row : table.fields) {
-    const std::string_view short_name = row.short_name;
-    // Words of the shell's own, and names that two fields have, give way to the full name.
-    const bool taken =
-        (short_name == "priority" && table.kind == table_kind::ternary) || (short_name == "ttl" && table.idle_time) ||
-        std::ranges::count_if(table.fields, [&](const auto &other) { return short_name == other.short_name; }) > 1;
-    fields.push_back({std::string(taken ? row.name : row.short_name),
+    fields.push_back({row.short_name,
                       row.name,
                       display_of(row.display, row.bits, row.match),
                       row.match,
@@ -140,6 +135,15 @@ std::vector<shown_field> key_fields(const table_info &table)
                       number_of(row.live)});
   }
   join_halves(fields, [&](std::size_t i) { return table.fields[i].low_half; });
+  // Words of the shell's own, and short names that two fields have, give way to the full name.
+  std::vector<bool> taken;
+  for (const shown_field &field : fields) {
+    taken.push_back((field.name == "priority" && table.kind == table_kind::ternary) ||
+                    (field.name == "ttl" && table.idle_time) ||
+                    std::ranges::count(fields, field.name, &shown_field::name) > 1);
+  }
+  for (std::size_t i = 0; i < fields.size(); ++i)
+    if (taken[i]) fields[i].name = fields[i].full_name;
   return fields;
 }
 
