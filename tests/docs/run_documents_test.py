@@ -6,7 +6,7 @@ import subprocess
 import sys
 import tempfile
 
-RUNNER = pathlib.Path(__file__).with_name("run_documents.py")
+RUNNER = pathlib.Path(__file__).resolve().parents[2] / "tools" / "docs" / "run_documents.py"
 
 GOOD = """# A good one
 [itself](good.md#a-good-one)
