@@ -109,7 +109,8 @@ class switch_routes {
       if (found.other_vrf) {
         const routes::partition_layout *const layout = layout_of_partition(table);
         if (layout != nullptr)
-          of_other_vrfs[layout - routes::partition_layouts.begin()].insert(found.entry.partition_index);
+          of_other_vrfs[static_cast<std::size_t>(layout - routes::partition_layouts.begin())].insert(
+              found.entry.partition_index);
         return;
       }
       entries_.push_back(found);
