@@ -97,6 +97,7 @@ void spoil(nonsense &any, drv_stful_query_t &query, std::int32_t rows)
 std::uint64_t spoilt_answer(nonsense &any, const plausible_call &call, const recorded_call &asked)
 {
   static pd_res_spec_t one = {};
+  static std::int32_t rows = 0;  // there is room for as many as the driver said last
   const std::string &name = asked.function;
   const std::uint64_t status = call.oblige(asked);
   if (name == "p4_pd_ms_init_state" || name == "bf_drv_register") return status;
@@ -117,11 +118,11 @@ std::uint64_t spoilt_answer(nonsense &any, const plausible_call &call, const rec
   } else if (name == "pipe_stful_query_get_sizes") {
     // Rooms small enough to be had; larger ones are refused by the allocator.
     for (const std::size_t at : {3U, 4U}) asked.at<std::int32_t>(at) = static_cast<std::int32_t>(any.number() % 9) - 2;
+    rows = std::clamp(asked.at<std::int32_t>(3), 0, 1);
   } else if (name == "pipe_stful_ent_query" && call.function().family == register_read) {
-    spoil(any, asked.at<drv_stful_query_t>(4), 1);
+    spoil(any, asked.at<drv_stful_query_t>(4), rows);
   } else if (name == "pipe_stful_ent_query_range") {
-    for (std::size_t i = 0; i < 2; ++i)
-      spoil(any, (&asked.at<drv_stful_query_t>(5))[i], 1 - static_cast<std::int32_t>(i));
+    for (std::size_t i = 0; i < 2; ++i) spoil(any, (&asked.at<drv_stful_query_t>(5))[i], i == 0 ? rows : 0);
   }
   return any.chance(6) ? any.number() : 0;
 }
