@@ -44,7 +44,7 @@ class byte_source {
   bool compressed_ = false;
   place at_ = place::at_the_start;
   z_stream stream_{};
-  std::array<unsigned char, 65536> input_;  // stream_ points at what is left of it
+  std::array<unsigned char, 65536> input_;  // stream_ points at its unread part
   std::uint64_t bytes_read_ = 0;
   std::uint64_t bytes_total_ = 0;
 };

@@ -12,7 +12,7 @@ constexpr std::string_view byte_order_mark = "\xef\xbb\xbf";  // some editors be
 
 }  // namespace
 
-/// Reads on after what is left in the buffer. False at the end of the file.
+/// Reads more after the unread part of the buffer. False at the end of the file.
 bool line_reader::fill()
 {
   std::memmove(buffer_.data(), buffer_.data() + begin_, end_ - begin_);

@@ -8,7 +8,7 @@
  * library, and none that the program could want. What clients write goes to the switch beside the program's own writes,
  * in the driver's order; the program keeps its right to know, by the callbacks that the library has for it.
  *
- * The program starts the library (p4_pd_<pipeline>_init) and adds its devices itself, ahead of the agent, and stops
+ * The program starts the library (p4_pd_<pipeline>_init) and adds its devices itself, before the agent, and stops
  * the agent ahead of them. All functions here may be called from any thread but those of the agent, that is not from a
  * callback of the driver that a client's command gave rise to.
  *

@@ -34,7 +34,7 @@ def main():
                     faults += faults_of(name, comment, declaration, arguments)
     faults += [f"{name}: exported, and no header tells of it" for name in sorted(exported - told)]
     print("\n".join(faults[:40]))
-    print(f"{len(told)} of {len(exported)} exported names are told of, faults: {len(faults)}")
+    print(f"{len(told)} of {len(exported)} exported names are documented, faults: {len(faults)}")
     return 1 if faults or not told else 0
 
 

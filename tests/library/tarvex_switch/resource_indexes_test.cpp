@@ -1,4 +1,4 @@
-// Indexes of resources, where the right answer is told in so many words.
+// Indexes of resources with expectations written out.
 //
 // SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Whole texts of some tables, as they are told in so many words.
+// Whole texts of some tables, written out.
 //
 // SPDX-License-Identifier: Apache-2.0
 #include <map>
